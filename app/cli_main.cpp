@@ -1,0 +1,158 @@
+#include "DemoData.h"
+#include "Schema.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTextStream>
+
+namespace {
+
+QTextStream &out()
+{
+    static QTextStream s(stdout);
+    return s;
+}
+
+QTextStream &err()
+{
+    static QTextStream s(stderr);
+    return s;
+}
+
+const char *const kUsage =
+    "Usage: tendmark-cli COMMAND [options]\n"
+    "\n"
+    "Commands:\n"
+    "  new FILE                          create a database with the standard contents\n"
+    "  demo FILE --clients N [--seed S]  create a database filled with made-up households\n"
+    "  check FILE                        check a database's integrity, references and version\n"
+    "\n"
+    "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
+
+int commandNew(const QStringList &args)
+{
+    QCommandLineParser p;
+    p.setApplicationDescription(QStringLiteral("Creates a TendMark database with the standard contents."));
+    p.addHelpOption();
+    p.addOption({QStringLiteral("force"), QStringLiteral("Replace FILE when it exists.")});
+    p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file to create."));
+    p.process(args);
+    if (p.positionalArguments().size() != 1) {
+        err() << "tendmark-cli new: give exactly one FILE.\n";
+        return 2;
+    }
+    QString error;
+    const QString file = p.positionalArguments().constFirst();
+    if (!Schema::CreateDatabase(file, p.isSet(QStringLiteral("force")), &error)) {
+        err() << "tendmark-cli new: " << error << '\n';
+        return 1;
+    }
+    out() << "Created " << QFileInfo(file).absoluteFilePath() << '\n';
+    return 0;
+}
+
+int commandDemo(const QStringList &args)
+{
+    QCommandLineParser p;
+    p.setApplicationDescription(QStringLiteral("Creates a TendMark database filled with made-up, repeatable demo data."));
+    p.addHelpOption();
+    p.addOption({QStringLiteral("clients"), QStringLiteral("How many households (default 500)."), QStringLiteral("N"), QStringLiteral("500")});
+    p.addOption({QStringLiteral("seed"), QStringLiteral("Seed of the data (default 1): the same seed gives the same data."),
+                 QStringLiteral("S"), QStringLiteral("1")});
+    p.addOption({QStringLiteral("force"), QStringLiteral("Replace FILE when it exists.")});
+    p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file to create."));
+    p.process(args);
+    if (p.positionalArguments().size() != 1) {
+        err() << "tendmark-cli demo: give exactly one FILE.\n";
+        return 2;
+    }
+    bool okClients = false;
+    bool okSeed = false;
+    DemoData::Options options;
+    options.clients = p.value(QStringLiteral("clients")).toInt(&okClients);
+    options.seed = p.value(QStringLiteral("seed")).toUInt(&okSeed);
+    if (!okClients || options.clients < 0 || !okSeed) {
+        err() << "tendmark-cli demo: --clients and --seed take whole numbers.\n";
+        return 2;
+    }
+    const QString file = p.positionalArguments().constFirst();
+    QString error;
+    QElapsedTimer timer;
+    timer.start();
+    if (!Schema::CreateDatabase(file, p.isSet(QStringLiteral("force")), &error)) {
+        err() << "tendmark-cli demo: " << error << '\n';
+        return 1;
+    }
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("demo"));
+        db.setDatabaseName(file);
+        ok = db.open();
+        if (ok) {
+            QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+            ok = DemoData::Generate(db, options, &error);
+        } else {
+            error = QStringLiteral("The new database could not be opened.");
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("demo"));
+    if (!ok) {
+        QFile::remove(file);
+        err() << "tendmark-cli demo: " << error << '\n';
+        return 1;
+    }
+    out() << "Created " << QFileInfo(file).absoluteFilePath() << " with " << options.clients << " households in "
+          << QString::number(timer.elapsed() / 1000.0, 'f', 1) << " s\n";
+    return 0;
+}
+
+int commandCheck(const QStringList &args)
+{
+    QCommandLineParser p;
+    p.setApplicationDescription(QStringLiteral("Checks a TendMark database without changing it."));
+    p.addHelpOption();
+    p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file to check."));
+    p.process(args);
+    if (p.positionalArguments().size() != 1) {
+        err() << "tendmark-cli check: give exactly one FILE.\n";
+        return 2;
+    }
+    const QString file = p.positionalArguments().constFirst();
+    const QStringList problems = Schema::CheckFile(file);
+    if (problems.isEmpty()) {
+        out() << file << ": ok (database version " << Schema::InspectFile(file).version << ")\n";
+        return 0;
+    }
+    for (const QString &problem : problems)
+        err() << file << ": " << problem << '\n';
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tendmark-cli"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TENDMARK_VERSION));
+    QStringList args = QCoreApplication::arguments();
+    if (args.size() < 2 || args.at(1) == QLatin1String("--help") || args.at(1) == QLatin1String("-h")) {
+        out() << kUsage;
+        return args.size() < 2 ? 2 : 0;
+    }
+    const QString command = args.takeAt(1);
+    args[0] = QStringLiteral("tendmark-cli ") + command;
+    if (command == QLatin1String("new"))
+        return commandNew(args);
+    if (command == QLatin1String("demo"))
+        return commandDemo(args);
+    if (command == QLatin1String("check"))
+        return commandCheck(args);
+    err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
+    return 2;
+}

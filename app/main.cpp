@@ -1,0 +1,58 @@
+#include "Prompt.h"
+#include "SingleInstance.h"
+#include "WidgetPrompts.h"
+#include "basRegistry.h"
+#include "frmMain.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+namespace {
+
+// The start procedure: one copy per user, then the main window.
+int Main(QApplication &app)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("TendMark: client records for food pantries."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The database file to open."));
+    parser.process(app);
+    const QStringList files = parser.positionalArguments();
+    const QString fileToOpen = files.isEmpty() ? QString() : files.constFirst();
+
+    WidgetPrompts prompts;
+    Prompt::setHandler(&prompts);
+
+    SingleInstance instance(QStringLiteral("TendMark-") + basRegistry::GetUserName());
+    if (instance.anotherIsRunning(files)) {
+        Prompt::message(QStringLiteral("TendMark"), QStringLiteral("An instance of TendMark is already open."),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        return 0;
+    }
+    instance.listen();
+
+    frmMain window;
+    QObject::connect(&instance, &SingleInstance::activated, &window, [&window](const QStringList &) {
+        window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+        window.show();
+        window.raise();
+        window.activateWindow();
+    });
+    window.show();
+    window.startUp(fileToOpen);
+    const int result = app.exec();
+    Prompt::setHandler(nullptr);
+    return result;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("TendMark"));
+    QApplication::setOrganizationName(QStringLiteral("TendMark"));
+    QApplication::setApplicationVersion(QStringLiteral(TENDMARK_VERSION));
+    return Main(app);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QDate>
+#include <QSqlDatabase>
+#include <QString>
+
+// Realistic, repeatable sample households for demonstrations and load tests.
+namespace DemoData {
+
+struct Options
+{
+    int clients = 500;
+    quint32 seed = 1;
+    QDate today = QDate::currentDate();   // no visit or payment is dated after this
+    int volunteers = -1;                  // -1: about clients/50, at least 5
+};
+
+// Fills an open database that already holds the standard contents (lookup
+// tables, States, Gender). Runs in one transaction; on failure rolls back,
+// sets *error and returns false. The same seed and today give the same data.
+bool Generate(QSqlDatabase db, const Options &options, QString *error);
+
+} // namespace DemoData

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <optional>
+
+// The one seam for every modal interaction. The program installs a handler that
+// shows real dialogs; tests install one that records each request and answers
+// from a script.
+namespace Prompt {
+
+enum class Icon { None, Information, Exclamation, Critical, Question };
+
+enum Button { Ok = 0x1, Cancel = 0x2, Yes = 0x4, No = 0x8 };
+using Buttons = int;
+
+struct Message
+{
+    QString title;
+    QString text;
+    Icon icon = Icon::None;
+    Buttons buttons = Ok;
+};
+
+struct FileRequest
+{
+    bool save = false;
+    QString title;
+    QString filter;          // Qt filter syntax: "Database Files (*.tmdb)"
+    QString defaultSuffix;   // without the dot
+    QString defaultName;     // save dialogs: the name offered
+    QString directory;
+};
+
+// The record picker: rows of a query, first column the row's key.
+struct PickRequest
+{
+    QString caption;
+    QString label;
+    QString sql;
+    QVariantList binds;
+};
+
+class Handler
+{
+public:
+    virtual ~Handler() = default;
+    virtual int message(const Message &m) = 0;
+    virtual QString fileName(const FileRequest &r) = 0;                   // empty when cancelled
+    virtual std::optional<QString> pick(const PickRequest &r) = 0;        // the chosen key; none on Cancel
+    virtual std::optional<QFont> font(const QString &title, const QFont &initial) = 0;
+};
+
+// Installs the handler used from now on (not owned); nullptr restores the quiet default.
+void setHandler(Handler *handler);
+Handler *handler();
+
+int message(const QString &title, const QString &text, Icon icon = Icon::None, Buttons buttons = Ok);
+QString openFileName(const QString &title, const QString &filter, const QString &directory = {});
+QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix,
+                     const QString &defaultName = {}, const QString &directory = {});
+std::optional<QString> pick(const PickRequest &request);
+std::optional<QFont> font(const QString &title, const QFont &initial);
+
+} // namespace Prompt

@@ -1,0 +1,268 @@
+#include "Schema.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUuid>
+
+namespace Schema {
+namespace {
+
+QString resourceText(const QString &name)
+{
+    QFile f(QStringLiteral(":/schema/") + name);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(f.readAll());
+}
+
+// Each step brings the database from version (index + 1) to (index + 2).
+const QStringList upgradeSteps = {};
+
+bool exec(QSqlDatabase db, const QString &sql, QString *error)
+{
+    QSqlQuery q(db);
+    if (q.exec(sql))
+        return true;
+    if (error)
+        *error = q.lastError().text();
+    return false;
+}
+
+// A private read-only connection for looking at a file.
+class ReadOnlyConnection
+{
+public:
+    explicit ReadOnlyConnection(const QString &path)
+        : m_name(QStringLiteral("tendmark-inspect-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
+        db.setDatabaseName(path);
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        m_ok = db.open();
+    }
+    ~ReadOnlyConnection()
+    {
+        {
+            QSqlDatabase db = QSqlDatabase::database(m_name, false);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(m_name);
+    }
+    bool ok() const { return m_ok; }
+    QSqlDatabase db() const { return QSqlDatabase::database(m_name, false); }
+
+private:
+    QString m_name;
+    bool m_ok = false;
+};
+
+bool pragmaInt(QSqlDatabase db, const QString &pragma, int *value)
+{
+    QSqlQuery q(db);
+    if (!q.exec(QStringLiteral("PRAGMA ") + pragma) || !q.next())
+        return false;
+    *value = q.value(0).toInt();
+    return true;
+}
+
+} // namespace
+
+bool RunScript(QSqlDatabase db, const QString &script, QString *error)
+{
+    const QStringList statements = script.split(QStringLiteral(";\n"), Qt::SkipEmptyParts);
+    for (QString s : statements) {
+        QStringList lines;
+        for (const QString &line : s.split(QLatin1Char('\n')))
+            if (!line.trimmed().startsWith(QLatin1String("--")))
+                lines << line;
+        s = lines.join(QLatin1Char('\n')).trimmed();
+        if (s.endsWith(QLatin1Char(';')))
+            s.chop(1);
+        if (s.isEmpty())
+            continue;
+        if (!exec(db, s, error))
+            return false;
+    }
+    return true;
+}
+
+FileCheck InspectFile(const QString &path)
+{
+    FileCheck check;
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists() || !info.isFile()) {
+        check.reason = QStringLiteral("The file '%1' does not exist.").arg(path);
+        return check;
+    }
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) {
+        check.state = FileState::Damaged;
+        check.reason = QStringLiteral("The file '%1' cannot be read.").arg(path);
+        return check;
+    }
+    const QByteArray header = f.read(16);
+    f.close();
+    if (header != QByteArray("SQLite format 3", 16)) {
+        check.state = FileState::NotSqlite;
+        check.reason = QStringLiteral("The file '%1' is not a TendMark database.").arg(path);
+        return check;
+    }
+    ReadOnlyConnection conn(path);
+    int appId = 0;
+    int version = 0;
+    int tables = 0;
+    if (!conn.ok() || !pragmaInt(conn.db(), QStringLiteral("application_id"), &appId)
+        || !pragmaInt(conn.db(), QStringLiteral("user_version"), &version)) {
+        check.state = FileState::Damaged;
+        check.reason = QStringLiteral("The file '%1' is damaged and cannot be read.").arg(path);
+        return check;
+    }
+    {
+        QSqlQuery q(conn.db());
+        if (!q.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master")) || !q.next()) {
+            check.state = FileState::Damaged;
+            check.reason = QStringLiteral("The file '%1' is damaged and cannot be read.").arg(path);
+            return check;
+        }
+        tables = q.value(0).toInt();
+    }
+    check.version = version;
+    if (appId != ApplicationId || version < 1 || tables == 0) {
+        check.state = FileState::Foreign;
+        check.reason = QStringLiteral("The file '%1' is a database of another program, not of TendMark.").arg(path);
+        return check;
+    }
+    if (version > CurrentVersion) {
+        check.state = FileState::Newer;
+        check.reason = QStringLiteral("The file '%1' was made by a newer version of TendMark (database version %2).")
+                           .arg(path)
+                           .arg(version);
+        return check;
+    }
+    if (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()) {
+        check.state = FileState::ReadOnly;
+        check.reason = QStringLiteral("The file '%1' or its folder is read-only; TendMark must be able to save to it.").arg(path);
+        return check;
+    }
+    check.state = FileState::Ok;
+    return check;
+}
+
+bool ApplyNewSchema(QSqlDatabase db, QString *error)
+{
+    const QString schema = resourceText(QStringLiteral("schema-v1.sql"));
+    const QString data = resourceText(QStringLiteral("standard-data.sql"));
+    if (schema.isEmpty() || data.isEmpty()) {
+        if (error)
+            *error = QStringLiteral("The schema resources are missing from the program.");
+        return false;
+    }
+    if (!db.transaction()) {
+        if (error)
+            *error = db.lastError().text();
+        return false;
+    }
+    const bool ok = RunScript(db, schema, error) && RunScript(db, data, error)
+                    && (CurrentVersion == 1 || Upgrade(db, 1, error))
+                    && exec(db, QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId), error)
+                    && exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
+    if (!ok || !db.commit()) {
+        if (ok && error)
+            *error = db.lastError().text();
+        db.rollback();
+        return false;
+    }
+    return true;
+}
+
+bool CreateDatabase(const QString &path, bool overwrite, QString *error)
+{
+    if (QFileInfo::exists(path)) {
+        if (!overwrite) {
+            if (error)
+                *error = QStringLiteral("The file '%1' already exists.").arg(path);
+            return false;
+        }
+        if (!QFile::remove(path)) {
+            if (error)
+                *error = QStringLiteral("The file '%1' cannot be replaced.").arg(path);
+            return false;
+        }
+    }
+    const QString name = QStringLiteral("tendmark-create-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        if (!db.open()) {
+            if (error)
+                *error = db.lastError().text();
+        } else {
+            exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), nullptr);
+            ok = ApplyNewSchema(db, error);
+            db.close();
+        }
+    }
+    QSqlDatabase::removeDatabase(name);
+    if (!ok)
+        QFile::remove(path);
+    return ok;
+}
+
+bool Upgrade(QSqlDatabase db, int fromVersion, QString *error)
+{
+    if (fromVersion >= CurrentVersion)
+        return true;
+    const bool own = db.transaction();
+    for (int v = fromVersion; v < CurrentVersion; ++v) {
+        const int step = v - 1;
+        if (step < 0 || step >= upgradeSteps.size() || !RunScript(db, resourceText(upgradeSteps.at(step)), error)) {
+            if (error && error->isEmpty())
+                *error = QStringLiteral("No upgrade from database version %1.").arg(v);
+            if (own)
+                db.rollback();
+            return false;
+        }
+    }
+    if (!exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error) || (own && !db.commit())) {
+        if (own)
+            db.rollback();
+        return false;
+    }
+    return true;
+}
+
+QStringList CheckFile(const QString &path)
+{
+    const FileCheck check = InspectFile(path);
+    if (check.state != FileState::Ok && check.state != FileState::ReadOnly)
+        return {check.reason};
+    QStringList problems;
+    ReadOnlyConnection conn(path);
+    QSqlQuery q(conn.db());
+    if (!q.exec(QStringLiteral("PRAGMA integrity_check"))) {
+        problems << QStringLiteral("The integrity check could not run: %1").arg(q.lastError().text());
+    } else {
+        while (q.next()) {
+            const QString line = q.value(0).toString();
+            if (line != QLatin1String("ok"))
+                problems << QStringLiteral("Integrity: %1").arg(line);
+        }
+    }
+    if (!q.exec(QStringLiteral("PRAGMA foreign_key_check"))) {
+        problems << QStringLiteral("The foreign key check could not run: %1").arg(q.lastError().text());
+    } else {
+        while (q.next())
+            problems << QStringLiteral("Table %1, row %2 refers to a missing row of %3.")
+                            .arg(q.value(0).toString(), q.value(1).toString(), q.value(2).toString());
+    }
+    if (check.version < CurrentVersion)
+        problems << QStringLiteral("The database is version %1; this program uses version %2 and upgrades it when the file is opened.")
+                        .arg(check.version)
+                        .arg(CurrentVersion);
+    return problems;
+}
+
+} // namespace Schema

@@ -1,0 +1,399 @@
+#include "basDatabase.h"
+
+#include "Money.h"
+#include "Recordset.h"
+#include "Schema.h"
+#include "SqlText.h"
+#include "TmError.h"
+#include "basErrorHandler.h"
+#include "basTendmark.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QSqlError>
+
+namespace basDatabase {
+namespace {
+
+const QString kConnection = QStringLiteral("tendmark");
+QString openPath;
+QHash<QString, QList<FieldInfo>> fieldCache;
+
+TmError sqlError(const QSqlError &e)
+{
+    bool ok = false;
+    const int native = e.nativeErrorCode().toInt(&ok);
+    return TmError(ok ? native : -1, e.text());
+}
+
+const QString kMatchColumns = QStringLiteral(
+    "SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, Address, City, State, ZipCode FROM Client WHERE ");
+
+bool hasRows(const QString &sql, const QVariantList &binds)
+{
+    QSqlQuery q = Execute(QStringLiteral("SELECT EXISTS (") + sql + QLatin1Char(')'), binds);
+    return q.next() && q.value(0).toBool();
+}
+
+} // namespace
+
+QSqlDatabase Connection() { return QSqlDatabase::database(kConnection, false); }
+
+bool IsOpen() { return QSqlDatabase::contains(kConnection) && Connection().isOpen(); }
+
+QString DatabasePath() { return IsOpen() ? openPath : QString(); }
+
+bool OpenConnection(const QString &path, QString *reason)
+{
+    const Schema::FileCheck check = Schema::InspectFile(path);
+    if (check.state != Schema::FileState::Ok) {
+        if (reason)
+            *reason = check.reason;
+        return false;
+    }
+    CloseConnection();
+    if (check.version < Schema::CurrentVersion) {
+        const QString backup = path + QStringLiteral(".v%1.bak").arg(check.version);
+        QFile::remove(backup);
+        if (!QFile::copy(path, backup)) {
+            if (reason)
+                *reason = QStringLiteral("A backup copy could not be written before upgrading '%1'.").arg(path);
+            return false;
+        }
+    }
+    QString error;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
+        db.setDatabaseName(path);
+        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+        if (!db.open()) {
+            error = db.lastError().text();
+        } else {
+            QSqlQuery q(db);
+            if (!q.exec(QStringLiteral("PRAGMA foreign_keys = ON")))
+                error = q.lastError().text();
+            else if (!Schema::Upgrade(db, check.version, &error) && error.isEmpty())
+                error = QStringLiteral("The database could not be upgraded.");
+        }
+    }
+    if (!error.isEmpty()) {
+        CloseConnection();
+        if (reason)
+            *reason = error;
+        return false;
+    }
+    openPath = QFileInfo(path).absoluteFilePath();
+    fieldCache.clear();
+    return true;
+}
+
+void CloseConnection()
+{
+    fieldCache.clear();
+    openPath.clear();
+    if (!QSqlDatabase::contains(kConnection))
+        return;
+    {
+        QSqlDatabase db = QSqlDatabase::database(kConnection, false);
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(kConnection);
+}
+
+QSqlQuery Execute(const QString &sql, const QVariantList &binds)
+{
+    if (!IsOpen())
+        throw TmError(-1, QStringLiteral("No database is open."));
+    QSqlQuery q(Connection());
+    q.setForwardOnly(true);
+    if (!q.prepare(sql))
+        throw sqlError(q.lastError());
+    for (const QVariant &v : binds)
+        q.addBindValue(v);
+    if (!q.exec())
+        throw sqlError(q.lastError());
+    return q;
+}
+
+QVariant ScalarValue(const QString &sql, const QVariantList &binds)
+{
+    QSqlQuery q = Execute(sql, binds);
+    return q.next() ? q.value(0) : QVariant();
+}
+
+QList<FieldInfo> Fields(const QString &table)
+{
+    const QString key = table.toLower();
+    auto it = fieldCache.constFind(key);
+    if (it != fieldCache.constEnd())
+        return *it;
+    QList<FieldInfo> fields;
+    QSqlQuery q = Execute(QStringLiteral("SELECT name, type, \"notnull\", pk FROM pragma_table_info(?)"), {table});
+    while (q.next()) {
+        FieldInfo f;
+        f.table = table;
+        f.name = q.value(0).toString();
+        f.type = FieldInfo::typeFromDeclaration(q.value(1).toString(), &f.size);
+        f.required = q.value(2).toInt() != 0;
+        f.isKey = q.value(3).toInt() != 0;
+        fields << f;
+    }
+    fieldCache.insert(key, fields);
+    return fields;
+}
+
+FieldInfo Field(const QString &table, const QString &column)
+{
+    for (const FieldInfo &f : Fields(table))
+        if (f.name.compare(column, Qt::CaseInsensitive) == 0)
+            return f;
+    return {};
+}
+
+bool DeleteItemFromTable(const QString &table, const QString &keyColumn, const QString &keyValue)
+{
+    return basErrorHandler::Guard(QStringLiteral("basDatabase.DeleteItemFromTable"), [&] {
+        bool ok = false;
+        const qlonglong key = keyValue.toLongLong(&ok);
+        if (!ok)
+            throw TmError(13, QStringLiteral("Type mismatch: '%1' is not a record number.").arg(keyValue));
+        Execute(QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(SqlText::id(table), SqlText::id(keyColumn)), {key});
+    });
+}
+
+bool FieldIsValid(const FieldInfo &field, const QVariant &value, QString &message)
+{
+    message.clear();
+    if (field.isNumeric()) {
+        if (!basTendmark::IsNumeric(value)) {
+            message = QStringLiteral(" must be numeric.");
+            return false;
+        }
+    } else if (field.type == FieldInfo::Type::Date) {
+        if (!basTendmark::IsDate(value)) {
+            message = QStringLiteral(" is not a valid date.");
+            return false;
+        }
+    } else if (field.type == FieldInfo::Type::Text) {
+        const int length = value.toString().size();
+        if (field.name == QLatin1String("SocialSecurityNumber")) {
+            if (length != field.size - 2) {
+                message = QStringLiteral(" must be %1 characters.").arg(field.size);
+                return false;
+            }
+        } else if (length > field.size) {
+            message = QStringLiteral(" cannot exceed %1 characters.").arg(field.size);
+            return false;
+        }
+    }
+    if (field.required && !field.isKey && (value.isNull() || value.toString().trimmed().isEmpty())) {
+        message = QStringLiteral(" cannot be empty.");
+        return false;
+    }
+    return true;
+}
+
+QVariant StorageValue(const FieldInfo &field, const QVariant &value)
+{
+    const QString text = value.typeId() == QMetaType::QDate ? value.toDate().toString(Qt::ISODate) : value.toString();
+    const bool empty = value.isNull() || text.trimmed().isEmpty();
+    switch (field.type) {
+    case FieldInfo::Type::Integer: {
+        if (empty)
+            return QVariant(QMetaType(QMetaType::LongLong));
+        const auto cents = Money::parse(text);
+        if (!cents)
+            throw TmError(13, QStringLiteral("Type mismatch: '%1' is not a number.").arg(text));
+        return Money::wholeUnitsHalfEven(*cents);
+    }
+    case FieldInfo::Type::Currency: {
+        if (empty)
+            return QVariant(QMetaType(QMetaType::LongLong));
+        const auto cents = Money::parse(text);
+        if (!cents)
+            throw TmError(13, QStringLiteral("Type mismatch: '%1' is not an amount.").arg(text));
+        return *cents;
+    }
+    case FieldInfo::Type::Double: {
+        if (empty)
+            return QVariant(QMetaType(QMetaType::Double));
+        bool ok = false;
+        QString plain = text;
+        const double d = plain.remove(QLatin1Char(',')).remove(QLatin1Char('$')).toDouble(&ok);
+        if (!ok)
+            throw TmError(13, QStringLiteral("Type mismatch: '%1' is not a number.").arg(text));
+        return d;
+    }
+    case FieldInfo::Type::Date: {
+        if (empty)
+            return QVariant(QMetaType(QMetaType::QString));
+        const QDate d = value.typeId() == QMetaType::QDate ? value.toDate() : basTendmark::ParseDate(text);
+        if (!d.isValid())
+            throw TmError(13, QStringLiteral("Type mismatch: '%1' is not a date.").arg(text));
+        return d.toString(Qt::ISODate);
+    }
+    case FieldInfo::Type::Boolean:
+        if (value.typeId() == QMetaType::Bool)
+            return value.toBool() ? 1 : 0;
+        return (text.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0 || text == QLatin1String("1")
+                || text.compare(QLatin1String("Yes"), Qt::CaseInsensitive) == 0)
+                   ? 1
+                   : 0;
+    case FieldInfo::Type::Text:
+    case FieldInfo::Type::Memo:
+        return empty ? QVariant(QMetaType(QMetaType::QString)) : QVariant(text);
+    case FieldInfo::Type::Unknown:
+        break;
+    }
+    return value;
+}
+
+bool UpdateDataField(Recordset &recordset, const QString &column, const QVariant &value)
+{
+    return basErrorHandler::Guard(QStringLiteral("basDatabase.UpdateDataField"), [&] {
+        const FieldInfo field = recordset.field(column);
+        if (!field.isValid())
+            throw TmError(3265, QStringLiteral("Item cannot be found in the collection: no column '%1'.").arg(column));
+        recordset.setValue(column, StorageValue(field, value));
+    });
+}
+
+QString DisplayText(const FieldInfo &field, const QVariant &stored)
+{
+    if (stored.isNull() || !stored.isValid())
+        return {};
+    switch (field.type) {
+    case FieldInfo::Type::Date:
+        return basTendmark::FormatIsoDate(stored.toString());
+    case FieldInfo::Type::Currency:
+        return Money::plain(stored.toLongLong());
+    case FieldInfo::Type::Boolean:
+        return stored.toInt() != 0 ? QStringLiteral("True") : QStringLiteral("False");
+    default:
+        return stored.toString();
+    }
+}
+
+bool GetCityStateFromZip(const QString &zip, QString &city, QString &state)
+{
+    return basErrorHandler::Guard(QStringLiteral("basDatabase.GetCityStateFromZip"), [&] {
+        QSqlQuery q = Execute(QStringLiteral("SELECT City, State FROM ZipCode WHERE ZipCode = ? ORDER BY ZipCodeID LIMIT 1"),
+                              {zip.trimmed()});
+        if (q.next()) {
+            city = q.value(0).toString();
+            state = q.value(1).toString();
+        } else {
+            city.clear();
+            state.clear();
+        }
+    });
+}
+
+bool GetClientInfo(const QString &clientId, QStringList &result)
+{
+    return basErrorHandler::Guard(QStringLiteral("basDatabase.GetClientInfo"), [&] {
+        QSqlQuery q = Execute(QStringLiteral("SELECT LastName, FirstName, MiddleInitial, SocialSecurityNumber, "
+                                             "DriversLicenseNumber FROM Client WHERE ClientID = ?"),
+                              {clientId.toLongLong()});
+        if (!q.next())
+            throw TmError(3021, QStringLiteral("Either BOF or EOF is True: no client %1.").arg(clientId));
+        result = {q.value(0).toString() + QStringLiteral(", ") + q.value(1).toString() + QLatin1Char(' ') + q.value(2).toString(),
+                  basTendmark::FormatSSN(q.value(3).toString()), q.value(4).toString()};
+    });
+}
+
+bool GetDatabaseOptions(std::array<bool, 9> &flags)
+{
+    flags.fill(true);
+    if (!IsOpen())
+        return true;
+    return basErrorHandler::Guard(QStringLiteral("basDatabase.GetDatabaseOptions"), [&] {
+        QSqlQuery q = Execute(QStringLiteral(
+            "SELECT ShowNotesTab, ShowEmployerTab, ShowFamilyMembersTab, ShowFoodServiceTab, ShowPaymentHistoryTab, "
+            "ShowIncomeExpensesTab, ShowHealthMedicalTab, ShowFEMATab, ShowFormerAddressTab FROM Options LIMIT 1"));
+        if (q.next())
+            for (int i = 0; i < 9; ++i)
+                if (!q.isNull(i))
+                    flags[i] = q.value(i).toInt() != 0;
+    });
+}
+
+bool GetOrganizationNameAddress(std::array<QString, 7> &values)
+{
+    for (QString &v : values)
+        v.clear();
+    return basErrorHandler::Guard(QStringLiteral("basDatabase.GetOrganizationNameAddress"), [&] {
+        QSqlQuery q = Execute(QStringLiteral(
+            "SELECT OrganizationName, OrganizationAddress, OrganizationCity, OrganizationState, OrganizationZip, "
+            "OrganizationPhone, OrganizationLogo FROM Organization LIMIT 1"));
+        if (q.next())
+            for (int i = 0; i < 7; ++i)
+                values[i] = q.value(i).toString();
+    });
+}
+
+int GetFoodVisitIntervalDays()
+{
+    int days = 0;
+    basErrorHandler::Guard(QStringLiteral("basDatabase.GetFoodVisitIntervalDays"),
+                           [&] { days = ScalarValue(QStringLiteral("SELECT FoodVisitIntervalDays FROM Options LIMIT 1")).toInt(); });
+    return days;
+}
+
+bool MatchAddress(const QString &clientId, const QString &address, const QString &city, const QString &state,
+                  Prompt::PickRequest &result)
+{
+    if (address.isEmpty() || city.isEmpty() || state.isEmpty())
+        return false;
+    bool found = false;
+    basErrorHandler::Guard(QStringLiteral("basDatabase.MatchAddress"), [&] {
+        QString sql = kMatchColumns;
+        QVariantList binds;
+        if (!clientId.isEmpty()) {
+            sql += QStringLiteral("ClientID <> ? AND ");
+            binds << clientId.toLongLong();
+        }
+        sql += QStringLiteral("lower(Address) = ? AND lower(City) = ? AND State = ? ORDER BY ClientID");
+        binds << address.toLower() << city.toLower() << state;
+        if (hasRows(sql, binds)) {
+            result.sql = sql;
+            result.binds = binds;
+            found = true;
+        }
+    });
+    return found;
+}
+
+bool MatchSSN(const QString &clientId, const QString &ssn, Prompt::PickRequest &result)
+{
+    bool found = false;
+    basErrorHandler::Guard(QStringLiteral("basDatabase.MatchSSN"), [&] {
+        QString sql = kMatchColumns;
+        QVariantList binds;
+        if (!clientId.isEmpty()) {
+            sql += QStringLiteral("ClientID <> ? AND ");
+            binds << clientId.toLongLong();
+        }
+        sql += QStringLiteral("SocialSecurityNumber = ? ORDER BY ClientID");
+        binds << ssn;
+        if (hasRows(sql, binds)) {
+            result.sql = sql;
+            result.binds = binds;
+            found = true;
+        }
+    });
+    return found;
+}
+
+bool FindRecord(Recordset &recordset, const QString &column, const QString &value)
+{
+    bool found = false;
+    basErrorHandler::Guard(QStringLiteral("basDatabase.FindRecord"), [&] {
+        found = recordset.findFirst(column, value);
+    });
+    return found;
+}
+
+} // namespace basDatabase

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Prompt.h"
+
+#include <QList>
+#include <QStringList>
+
+// Answers every modal question from a script and records what was asked.
+// Installed for its lifetime. Unscripted message boxes answer Ok, else No, else Cancel.
+class ScriptedPrompts : public Prompt::Handler
+{
+public:
+    ScriptedPrompts();
+    ~ScriptedPrompts() override;
+
+    void answer(int button) { m_answers << button; }
+    void answerFile(const QString &path) { m_files << path; }
+    void answerPick(std::optional<QString> key) { m_picks << key; }
+
+    const QList<Prompt::Message> &messages() const { return m_messages; }
+    const QList<Prompt::FileRequest> &fileRequests() const { return m_fileRequests; }
+    const QList<Prompt::PickRequest> &pickRequests() const { return m_pickRequests; }
+    Prompt::Message last() const { return m_messages.isEmpty() ? Prompt::Message{} : m_messages.last(); }
+    QStringList titles() const;
+    void clear();
+
+    int message(const Prompt::Message &m) override;
+    QString fileName(const Prompt::FileRequest &r) override;
+    std::optional<QString> pick(const Prompt::PickRequest &r) override;
+    std::optional<QFont> font(const QString &title, const QFont &initial) override;
+
+private:
+    QList<int> m_answers;
+    QStringList m_files;
+    QList<std::optional<QString>> m_picks;
+    QList<Prompt::Message> m_messages;
+    QList<Prompt::FileRequest> m_fileRequests;
+    QList<Prompt::PickRequest> m_pickRequests;
+};

@@ -1,0 +1,62 @@
+#include "TestDatabase.h"
+
+#include "Schema.h"
+#include "SqlText.h"
+#include "basDatabase.h"
+#include "basErrorHandler.h"
+
+#include <QDir>
+#include <QSqlQuery>
+#include <QTest>
+
+TestDatabase::TestDatabase(bool open)
+{
+    m_path = QDir(m_dir.path()).filePath(QStringLiteral("test.tmdb"));
+    basErrorHandler::setLogFilePathForTesting(QDir(m_dir.path()).filePath(QStringLiteral("error.log")));
+    QString error;
+    if (!Schema::CreateDatabase(m_path, false, &error))
+        qFatal("test database: %s", qPrintable(error));
+    if (open && !basDatabase::OpenConnection(m_path, &error))
+        qFatal("test database: %s", qPrintable(error));
+}
+
+TestDatabase::~TestDatabase() { basDatabase::CloseConnection(); }
+
+qint64 TestDatabase::insert(const QString &table, const QVariantMap &values)
+{
+    QStringList columns;
+    QStringList marks;
+    QVariantList binds;
+    for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
+        columns << SqlText::id(it.key());
+        marks << QStringLiteral("?");
+        binds << it.value();
+    }
+    const QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                            .arg(SqlText::id(table), columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+    return basDatabase::Execute(sql, binds).lastInsertId().toLongLong();
+}
+
+QVariant TestDatabase::scalar(const QString &sql, const QVariantList &binds) { return basDatabase::ScalarValue(sql, binds); }
+
+int TestDatabase::count(const QString &table, const QString &where, const QVariantList &binds)
+{
+    QString sql = QStringLiteral("SELECT COUNT(*) FROM %1").arg(SqlText::id(table));
+    if (!where.isEmpty())
+        sql += QStringLiteral(" WHERE ") + where;
+    return scalar(sql, binds).toInt();
+}
+
+qint64 TestDatabase::lookupId(const QString &table, const QString &description)
+{
+    const QString key = table == QLatin1String("ExpenseCategories") ? QStringLiteral("ExpenseCategoryID")
+                        : table == QLatin1String("FoodServiceTypes") ? QStringLiteral("FoodServiceTypeID")
+                        : table == QLatin1String("IncomeSources")    ? QStringLiteral("IncomeSourceID")
+                        : table == QLatin1String("PaymentTypes")     ? QStringLiteral("PaymentTypeID")
+                        : table == QLatin1String("Relationships")    ? QStringLiteral("RelationshipID")
+                                                                     : table + QStringLiteral("ID");
+    const QString desc = key.left(key.size() - 2) + QStringLiteral("Description");
+    return scalar(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?").arg(SqlText::id(key), SqlText::id(table), SqlText::id(desc)),
+                  {description})
+        .toLongLong();
+}

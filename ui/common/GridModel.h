@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QList>
+#include <QVariant>
+#include <QVector>
+
+// The model behind every list grid. Column 0 is the narrow selector column;
+// columns 1.. show the query's fields 1..; field 0 is the row's key, kept as
+// row data and not shown. Rows are read page by page as they are scrolled to,
+// so a list of a hundred thousand clients opens at once. An empty result
+// still shows one blank row, whose key is 0.
+class GridModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    struct Column
+    {
+        QString heading;
+        int widthTwips = -1;        // -1: the grid's default width
+        Qt::Alignment alignment;    // empty: the grid's default alignment
+    };
+
+    explicit GridModel(QObject *parent = nullptr);
+
+    // "^ID,800|<Last Name,1400|City," as described for list grids.
+    void setColumnSpec(const QString &spec);
+    const QList<Column> &columns() const { return m_columns; }   // including the selector column
+    static QList<Column> parseColumnSpec(const QString &spec);
+
+    // Runs the query; countSql (optional) returns the same number of rows faster.
+    void setQuery(const QString &sql, const QVariantList &binds = {}, const QString &countSql = {});
+    void clear();
+    void refresh();                                               // runs the same query again
+    void sortByColumn(int column, Qt::SortOrder order);           // column as shown; 0 restores the query's order
+
+    const QString &sql() const { return m_sql; }
+    int dataRowCount() const { return m_count; }                  // 0 when only the blank row shows
+    qint64 rowKey(int row) const;
+    QString text(int row, int column) const;
+    QStringList fieldNames() const { return m_fieldNames; }
+    int findKey(qint64 key) const;                                // row of the key, or -1
+    void removeDataRow(int row);                                  // after its record was deleted
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+private:
+    const QVariantList *rowValues(int row) const;
+    void runCount();
+
+    QList<Column> m_columns;
+    QString m_sql;
+    QVariantList m_binds;
+    QString m_countSql;
+    int m_sortColumn = 0;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    int m_count = 0;
+    QStringList m_fieldNames;
+    mutable QHash<int, QVector<QVariantList>> m_pages;
+    mutable QList<int> m_pageAge;
+    mutable QVector<qint64> m_allKeys;
+};

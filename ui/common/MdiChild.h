@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWidget>
+
+class frmMain;
+
+// What the main window asks of every child window. A window that lists or edits
+// records overrides what applies to it; the rest answer "nothing to do".
+class MdiChild : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Kind { Other, Client, Volunteer };
+
+    explicit MdiChild(frmMain *main, QWidget *parent = nullptr);
+    ~MdiChild() override;
+
+    frmMain *mainWindow() const { return m_main; }
+
+    virtual Kind kind() const { return Kind::Other; }
+    virtual bool DataChanged() const { return false; }
+    virtual bool SaveCurrentRecord() { return true; }
+    virtual void DeleteCurrentRecord() {}
+
+    // List windows: the current query, its re-reading, and the current key.
+    virtual bool hasSQL() const { return false; }
+    virtual QString SQL() const { return {}; }
+    virtual void setSQL(const QString &) {}
+    virtual void ExecuteSQL() {}
+    virtual void SortColumn(Qt::SortOrder) {}
+    virtual QString currentKey() const { return {}; }
+    // The search bar's choice for this window.
+    virtual void showRecord(const QString &) {}
+
+    // Set by record editors after they save or delete, so the client windows refill their grids.
+    void setRefreshPending(bool pending) { m_refreshPending = pending; }
+    bool refreshPending() const { return m_refreshPending; }
+
+    // Called by the main window when this window becomes the active one.
+    virtual void activated() {}
+
+protected:
+    // Asked before the window closes; false keeps it open.
+    virtual bool queryUnload() { return true; }
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    frmMain *m_main;
+    bool m_refreshPending = false;
+    bool m_counted = false;
+    friend class frmMain;
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Prompt.h"
+
+// Shows the real dialogs: message boxes, file dialogs, the record picker, the font dialog.
+class WidgetPrompts : public Prompt::Handler
+{
+public:
+    int message(const Prompt::Message &m) override;
+    QString fileName(const Prompt::FileRequest &r) override;
+    std::optional<QString> pick(const Prompt::PickRequest &r) override;
+    std::optional<QFont> font(const QString &title, const QFont &initial) override;
+};

@@ -1,0 +1,684 @@
+#include "frmMain.h"
+
+#include "DataBinding.h"
+#include "MdiChild.h"
+#include "Prompt.h"
+#include "Schema.h"
+#include "basDatabase.h"
+#include "basErrorHandler.h"
+#include "basRegistry.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QStyle>
+#include <QToolBar>
+
+namespace {
+
+const QString kNoDatabase = QStringLiteral("There is no current database open.");
+const QString kDatabaseFilter = QStringLiteral("Database Files (*.%1)").arg(QLatin1String(Schema::FileSuffix));
+constexpr int kRecentFilesKept = 6;
+
+} // namespace
+
+const std::array<frmMain::LookupTable, 12> &frmMain::lookupTables()
+{
+    static const std::array<LookupTable, 12> tables = {{
+        {"mnuToolsTablesEducationLevel", "Education Level", "EducationLevel", "EducationLevelID", "^ID,800|^Education Level,5200"},
+        {"mnuToolsTablesEthnicOrigin", "Ethnic Origin", "EthnicOrigin", "EthnicOriginID", "^ID,800|^Ethnic Origin,5200"},
+        {"mnuToolsTablesExpenseCategories", "Expense Categories", "ExpenseCategories", "ExpenseCategoryID", "^ID,800|^Expense Categories,5200"},
+        {"mnuToolsTablesFoodServiceTypes", "Food Service Types", "FoodServiceTypes", "FoodServiceTypeID", "^ID,800|^Food Service Types,5200"},
+        {"mnuToolsTablesHousing", "Housing", "Housing", "HousingID", "^ID,800|^Housing,5200"},
+        {"mnuToolsTablesIncomeSources", "Income Sources", "IncomeSources", "IncomeSourceID", ">ID,800|^Income Sources,5200"},
+        {"mnuToolsTablesMaritalStatus", "Marital Status", "MaritalStatus", "MaritalStatusID", "^ID,800|^Marital Status,5200"},
+        {"mnuToolsTablesOtherAssistance", "Other Assistance", "OtherAssistance", "OtherAssistanceID", "^ID,800|^Other Types of Assistance,5200"},
+        {"mnuToolsTablesPaymentTypes", "Payment Types", "PaymentTypes", "PaymentTypeID", "^ID,800|^Payment Types,5200"},
+        {"mnuToolsTablesRelationships", "Family Relationships", "Relationships", "RelationshipID", "^ID,800|^Relationship,5000"},
+        {"mnuToolsTablesReligiousPreference", "Religious Preference", "ReligiousPreference", "ReligiousPreferenceID", "^ID,800|^Religious Preference,5200"},
+        {"mnuToolsTablesZipCodes", "Zip Codes", "ZipCode", "ZipCodeID", "^ID,800|^Zip Code,1100|<City,3000|^State,1100"},
+    }};
+    return tables;
+}
+
+frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("TendMark"));
+    m_optionFlags.fill(true);
+    m_mdiArea = new QMdiArea(this);
+    m_mdiArea->setObjectName(QStringLiteral("mdiArea"));
+    m_mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(m_mdiArea);
+    connect(m_mdiArea, &QMdiArea::subWindowActivated, this, &frmMain::subWindowActivated);
+    buildToolbars();
+    buildSearchBar();
+    buildMenus();
+    buildStatusBar();
+    SetToolbarButtons(false, false, false, false);
+    EnableSearchBar(false);
+    enableSaveButton(false);
+    resize(1100, 760);
+}
+
+frmMain::~frmMain() = default;
+
+QAction *frmMain::addMenuAction(QMenu *menu, const QString &name, const QString &caption, const QKeySequence &shortcut)
+{
+    QAction *a = menu->addAction(caption);
+    a->setObjectName(name);
+    if (!shortcut.isEmpty())
+        a->setShortcut(shortcut);
+    return a;
+}
+
+void frmMain::buildToolbars()
+{
+    m_toolBar = addToolBar(QStringLiteral("Toolbar"));
+    m_toolBar->setObjectName(QStringLiteral("tbrToolBar1"));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    m_toolBar->setMovable(false);
+    struct Button { const char *key; QStyle::StandardPixmap icon; const char *tip; };
+    const Button buttons[] = {
+        {"Open", QStyle::SP_DialogOpenButton, "Open a database file"},
+        {"Save", QStyle::SP_DialogSaveButton, "Save the current record"},
+        {"Delete", QStyle::SP_TrashIcon, "Delete the current record"},
+        {"Filter", QStyle::SP_FileDialogContentsView, "Filter the current list"},
+        {"Sort Ascending", QStyle::SP_ArrowUp, "Sort the selected column, A to Z"},
+        {"Sort Descending", QStyle::SP_ArrowDown, "Sort the selected column, Z to A"},
+    };
+    for (const Button &b : buttons) {
+        QAction *a = m_toolBar->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.key));
+        a->setObjectName(QStringLiteral("tbr") + QString::fromLatin1(b.key).remove(QLatin1Char(' ')));
+        a->setProperty("Key", QString::fromLatin1(b.key));
+        a->setToolTip(QString::fromLatin1(b.tip));
+        if (QLatin1String(b.key) == QLatin1String("Delete") || QLatin1String(b.key) == QLatin1String("Filter"))
+            m_toolBar->insertSeparator(a);
+    }
+    connect(toolbarButton(QStringLiteral("Open")), &QAction::triggered, this, &frmMain::mnuFileOpen_Click);
+    connect(toolbarButton(QStringLiteral("Save")), &QAction::triggered, this, &frmMain::mnuFileSave_Click);
+    connect(toolbarButton(QStringLiteral("Delete")), &QAction::triggered, this, &frmMain::mnuFileDelete_Click);
+    connect(toolbarButton(QStringLiteral("Filter")), &QAction::triggered, this, &frmMain::mnuDataFilter_Click);
+    connect(toolbarButton(QStringLiteral("Sort Ascending")), &QAction::triggered, this, &frmMain::mnuDataSortSortAscending_Click);
+    connect(toolbarButton(QStringLiteral("Sort Descending")), &QAction::triggered, this, &frmMain::mnuDataSortSortDescending_Click);
+}
+
+void frmMain::buildSearchBar()
+{
+    m_searchBar = new QToolBar(QStringLiteral("Search Bar"), this);
+    m_searchBar->setObjectName(QStringLiteral("tbrToolBar2"));
+    m_searchBar->setMovable(false);
+    addToolBarBreak();
+    addToolBar(m_searchBar);
+    auto *searchOnCaption = new QLabel(QStringLiteral(" Search on: "), m_searchBar);
+    searchOnCaption->setObjectName(QStringLiteral("txtSearchOnCaption"));
+    m_cboSearchOn = new QComboBox(m_searchBar);
+    m_cboSearchOn->setObjectName(QStringLiteral("cboSearchOn"));
+    m_cboSearchOn->setMinimumContentsLength(24);
+    auto *searchForCaption = new QLabel(QStringLiteral("  Search for: "), m_searchBar);
+    searchForCaption->setObjectName(QStringLiteral("txtSearchForCaption"));
+    m_cboSearchFor = new QComboBox(m_searchBar);
+    m_cboSearchFor->setObjectName(QStringLiteral("cboSearchFor"));
+    m_cboSearchFor->setEditable(true);
+    m_cboSearchFor->setInsertPolicy(QComboBox::NoInsert);
+    m_cboSearchFor->setMinimumContentsLength(24);
+    m_searchBar->addWidget(searchOnCaption);
+    m_searchBar->addWidget(m_cboSearchOn);
+    m_searchBar->addWidget(searchForCaption);
+    m_searchBar->addWidget(m_cboSearchFor);
+    QAction *search = m_searchBar->addAction(style()->standardIcon(QStyle::SP_FileDialogContentsView), QStringLiteral("Search"));
+    search->setObjectName(QStringLiteral("tbrSearch"));
+    search->setProperty("Key", QStringLiteral("Search"));
+    search->setToolTip(QStringLiteral("Find the records that match"));
+    connect(search, &QAction::triggered, this, &frmMain::cmdSearch_Click);
+    connect(m_cboSearchOn, &QComboBox::currentTextChanged, this, [this] { EnableSearchBar(m_cboSearchOn->isEnabled()); });
+    connect(m_cboSearchFor, &QComboBox::editTextChanged, this, [this] { EnableSearchBar(m_cboSearchOn->isEnabled()); });
+    connect(m_cboSearchFor->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+        if (QAction *s = toolbarButton(QStringLiteral("Search")); s && s->isEnabled())
+            cmdSearch_Click();
+    });
+}
+
+void frmMain::buildStatusBar()
+{
+    statusBar()->setObjectName(QStringLiteral("sbrStatusBar"));
+    m_statusPanel = new QLabel(this);
+    m_statusPanel->setObjectName(QStringLiteral("Status"));
+    statusBar()->addWidget(m_statusPanel, 1);
+}
+
+void frmMain::buildMenus()
+{
+    QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->setObjectName(QStringLiteral("mnuFile"));
+    connect(addMenuAction(file, QStringLiteral("mnuFileNew"), QStringLiteral("&New Database..."), QKeySequence::New),
+            &QAction::triggered, this, &frmMain::mnuFileNew_Click);
+    connect(addMenuAction(file, QStringLiteral("mnuFileOpen"), QStringLiteral("&Open..."), QKeySequence::Open),
+            &QAction::triggered, this, &frmMain::mnuFileOpen_Click);
+    connect(addMenuAction(file, QStringLiteral("mnuFileClose"), QStringLiteral("&Close")), &QAction::triggered, this,
+            &frmMain::mnuFileClose_Click);
+    file->addSeparator();
+    connect(addMenuAction(file, QStringLiteral("mnuFileSave"), QStringLiteral("&Save"), QKeySequence::Save),
+            &QAction::triggered, this, &frmMain::mnuFileSave_Click);
+    connect(addMenuAction(file, QStringLiteral("mnuFileDelete"), QStringLiteral("&Delete")), &QAction::triggered, this,
+            &frmMain::mnuFileDelete_Click);
+    file->addSeparator();
+    connect(addMenuAction(file, QStringLiteral("mnuFilePrintLabels"), QStringLiteral("Print &Labels..."), QKeySequence::Print),
+            &QAction::triggered, this, &frmMain::mnuFilePrintLabels_Click);
+    file->addSeparator();
+    connect(addMenuAction(file, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"), QKeySequence(Qt::ALT | Qt::Key_F4)),
+            &QAction::triggered, this, &QWidget::close);
+
+    QMenu *data = menuBar()->addMenu(QStringLiteral("&Data"));
+    data->setObjectName(QStringLiteral("mnuData"));
+    connect(addMenuAction(data, QStringLiteral("mnuDataClientSummary"), QStringLiteral("Client &Summary"), QKeySequence(Qt::CTRL | Qt::Key_1)),
+            &QAction::triggered, this, &frmMain::mnuDataClientSummary_Click);
+    connect(addMenuAction(data, QStringLiteral("mnuDataClientDetails"), QStringLiteral("Client &Details"), QKeySequence(Qt::CTRL | Qt::Key_2)),
+            &QAction::triggered, this, &frmMain::mnuDataClientDetails_Click);
+    connect(addMenuAction(data, QStringLiteral("mnuDataClientTable"), QStringLiteral("Client &Table"), QKeySequence(Qt::CTRL | Qt::Key_3)),
+            &QAction::triggered, this, &frmMain::mnuDataClientTable_Click);
+    connect(addMenuAction(data, QStringLiteral("mnuDataVolunteers"), QStringLiteral("&Volunteers"), QKeySequence(Qt::CTRL | Qt::Key_4)),
+            &QAction::triggered, this, &frmMain::mnuDataVolunteers_Click);
+    data->addSeparator();
+    QMenu *exportMenu = data->addMenu(QStringLiteral("&Export"));
+    exportMenu->menuAction()->setObjectName(QStringLiteral("mnuDataExport"));
+    connect(addMenuAction(exportMenu, QStringLiteral("mnuDataExportClients"), QStringLiteral("&Clients...")), &QAction::triggered,
+            this, &frmMain::mnuDataExportClients_Click);
+    connect(addMenuAction(exportMenu, QStringLiteral("mnuDataExportVolunteers"), QStringLiteral("&Volunteers...")),
+            &QAction::triggered, this, &frmMain::mnuDataExportVolunteers_Click);
+    data->addSeparator();
+    connect(addMenuAction(data, QStringLiteral("mnuDataFilter"), QStringLiteral("&Filter..."), QKeySequence(Qt::CTRL | Qt::Key_L)),
+            &QAction::triggered, this, &frmMain::mnuDataFilter_Click);
+    QMenu *sort = data->addMenu(QStringLiteral("S&ort"));
+    sort->menuAction()->setObjectName(QStringLiteral("mnuDataSort"));
+    connect(addMenuAction(sort, QStringLiteral("mnuDataSortSortAscending"), QStringLiteral("Sort &Ascending")),
+            &QAction::triggered, this, &frmMain::mnuDataSortSortAscending_Click);
+    connect(addMenuAction(sort, QStringLiteral("mnuDataSortSortDescending"), QStringLiteral("Sort &Descending")),
+            &QAction::triggered, this, &frmMain::mnuDataSortSortDescending_Click);
+
+    QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
+    view->setObjectName(QStringLiteral("mnuView"));
+    auto addToggle = [&](const QString &name, const QString &caption, QWidget *bar) {
+        QAction *a = addMenuAction(view, name, caption);
+        a->setCheckable(true);
+        a->setChecked(true);
+        connect(a, &QAction::toggled, bar, &QWidget::setVisible);
+        return a;
+    };
+    addToggle(QStringLiteral("mnuViewToolbar"), QStringLiteral("&Toolbar"), m_toolBar);
+    addToggle(QStringLiteral("mnuViewSearchbar"), QStringLiteral("&Search Bar"), m_searchBar);
+    addToggle(QStringLiteral("mnuViewStatusbar"), QStringLiteral("Status &Bar"), statusBar());
+
+    QMenu *reports = menuBar()->addMenu(QStringLiteral("&Reports"));
+    reports->setObjectName(QStringLiteral("mnuReports"));
+    const std::pair<const char *, const char *> reportEntries[] = {
+        {"mnuReportsClientDetail", "Client &Detail..."},
+        {"mnuReportsClientList", "Client &List..."},
+        {"mnuReportsDemographics", "D&emographics..."},
+        {"mnuReportsFoodServiceByClient", "&Food Service History By Client..."},
+        {"mnuReportsGeographicSummary", "&Geographic Summary..."},
+        {"mnuReportsGroceryLog", "G&rocery Log..."},
+        {"mnuReportsPaymentHistoryByClient", "&Payment History By Client..."},
+        {"mnuReportsVolunteerDetail", "&Volunteer Detail..."},
+        {"mnuReportsVolunteerList", "Volunteer L&ist..."},
+    };
+    for (const auto &[name, caption] : reportEntries) {
+        const QString menuName = QString::fromLatin1(name);
+        connect(addMenuAction(reports, menuName, QString::fromLatin1(caption)), &QAction::triggered, this,
+                [this, menuName] { openReport(menuName); });
+    }
+
+    QMenu *tools = menuBar()->addMenu(QStringLiteral("&Tools"));
+    tools->setObjectName(QStringLiteral("mnuTools"));
+    QMenu *tables = tools->addMenu(QStringLiteral("&Tables"));
+    tables->menuAction()->setObjectName(QStringLiteral("mnuToolsTables"));
+    for (int i = 0; i < int(lookupTables().size()); ++i) {
+        const LookupTable &t = lookupTables()[i];
+        connect(addMenuAction(tables, QString::fromLatin1(t.menuName), QString::fromLatin1(t.caption)), &QAction::triggered,
+                this, [this, i] { openLookupTable(i); });
+    }
+    tools->addSeparator();
+    connect(addMenuAction(tools, QStringLiteral("mnuToolsOptions"), QStringLiteral("&Options...")), &QAction::triggered, this,
+            &frmMain::mnuToolsOptions_Click);
+
+    m_windowMenu = menuBar()->addMenu(QStringLiteral("&Window"));
+    m_windowMenu->setObjectName(QStringLiteral("mnuWindow"));
+    connect(m_windowMenu, &QMenu::aboutToShow, this, &frmMain::updateWindowMenu);
+    updateWindowMenu();
+
+    QMenu *help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->setObjectName(QStringLiteral("mnuHelp"));
+    connect(addMenuAction(help, QStringLiteral("mnuHelpContents"), QStringLiteral("&Contents"), QKeySequence::HelpContents),
+            &QAction::triggered, this, &frmMain::mnuHelpContents_Click);
+    connect(addMenuAction(help, QStringLiteral("mnuHelpIndex"), QStringLiteral("&Index")), &QAction::triggered, this,
+            &frmMain::mnuHelpIndex_Click);
+    help->addSeparator();
+    connect(addMenuAction(help, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About TendMark...")), &QAction::triggered,
+            this, &frmMain::mnuHelpAbout_Click);
+}
+
+void frmMain::updateWindowMenu()
+{
+    m_windowMenu->clear();
+    connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowCascade"), QStringLiteral("&Cascade")), &QAction::triggered,
+            m_mdiArea, &QMdiArea::cascadeSubWindows);
+    connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowTileHorizontal"), QStringLiteral("Tile &Horizontally")),
+            &QAction::triggered, m_mdiArea, &QMdiArea::tileSubWindows);
+    connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowTileVertical"), QStringLiteral("Tile &Vertically")),
+            &QAction::triggered, m_mdiArea, &QMdiArea::tileSubWindows);
+    connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowArrangeIcons"), QStringLiteral("&Arrange Icons")),
+            &QAction::triggered, m_mdiArea, &QMdiArea::cascadeSubWindows);
+    const QList<QMdiSubWindow *> windows = m_mdiArea->subWindowList();
+    if (!windows.isEmpty())
+        m_windowMenu->addSeparator();
+    int n = 1;
+    for (QMdiSubWindow *sub : windows) {
+        QAction *a = m_windowMenu->addAction(QStringLiteral("&%1 %2").arg(n++).arg(sub->windowTitle()));
+        a->setCheckable(true);
+        a->setChecked(sub == m_mdiArea->activeSubWindow());
+        connect(a, &QAction::triggered, this, [this, sub] { m_mdiArea->setActiveSubWindow(sub); });
+    }
+}
+
+QAction *frmMain::toolbarButton(const QString &key) const
+{
+    for (QToolBar *bar : {m_toolBar, m_searchBar})
+        for (QAction *a : bar->actions())
+            if (a->property("Key").toString() == key)
+                return a;
+    return nullptr;
+}
+
+void frmMain::startUp(const QString &fileToOpen)
+{
+    GetSettings();
+    const QString path = fileToOpen.isEmpty() ? m_databasePath : fileToOpen;
+    m_databasePath.clear();
+    if (!path.isEmpty())
+        openDatabaseFile(path, !fileToOpen.isEmpty());
+    else
+        setDatabasePath({});
+    refreshOptionFlags();
+}
+
+void frmMain::GetSettings()
+{
+    basRegistry::CreateKey(basRegistry::SettingsKey());
+    m_databasePath = basRegistry::GetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"));
+}
+
+void frmMain::SaveSettings()
+{
+    basRegistry::CreateKey(basRegistry::SettingsKey());
+    basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"), m_databasePath);
+}
+
+QStringList frmMain::recentFiles() const
+{
+    return basRegistry::GetString(basRegistry::SettingsKey(), QStringLiteral("RecentFiles")).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+void frmMain::setDatabasePath(const QString &path)
+{
+    m_databasePath = path;
+    if (path.isEmpty()) {
+        setWindowTitle(QStringLiteral("TendMark"));
+        m_statusPanel->setText(QStringLiteral("No database open"));
+    } else {
+        DisplayOrganizationName();
+        m_statusPanel->setText(QDir::toNativeSeparators(path));
+        QStringList recent = recentFiles();
+        recent.removeAll(path);
+        recent.prepend(path);
+        basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("RecentFiles"),
+                               recent.mid(0, kRecentFilesKept).join(QLatin1Char('\n')));
+    }
+    if (QAction *open = toolbarButton(QStringLiteral("Open")))
+        open->setEnabled(path.isEmpty());
+    SaveSettings();
+}
+
+bool frmMain::openDatabaseFile(const QString &path, bool reportFailure)
+{
+    m_mdiArea->closeAllSubWindows();
+    if (!m_mdiArea->subWindowList().isEmpty())
+        return false;
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QString reason;
+    const bool ok = basDatabase::OpenConnection(absolute, &reason);
+    setDatabasePath(ok ? absolute : QString());
+    refreshOptionFlags();
+    if (!ok && reportFailure) {
+        Prompt::message(QStringLiteral("Database Open Error"),
+                        QStringLiteral("The selected database file may not be a valid TendMark database.\r\n"
+                                       "Please make sure that you are selecting the correct database file."),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        basErrorHandler::ReportError(QStringLiteral("frmMain.mnuFileOpen_Click"), -2147467259, reason);
+    }
+    return ok;
+}
+
+bool frmMain::closeDatabase()
+{
+    m_mdiArea->closeAllSubWindows();
+    if (!m_mdiArea->subWindowList().isEmpty())
+        return false;
+    basDatabase::CloseConnection();
+    setDatabasePath({});
+    refreshOptionFlags();
+    return true;
+}
+
+void frmMain::refreshOptionFlags() { basDatabase::GetDatabaseOptions(m_optionFlags); }
+
+bool frmMain::requireDatabase()
+{
+    if (basDatabase::IsOpen())
+        return true;
+    Prompt::message(QStringLiteral("No Database open"), kNoDatabase, Prompt::Icon::Exclamation, Prompt::Ok);
+    return false;
+}
+
+void frmMain::DisplayOrganizationName()
+{
+    std::array<QString, 7> org;
+    basDatabase::GetOrganizationNameAddress(org);
+    setWindowTitle(org[0].isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + org[0]);
+}
+
+void frmMain::EnableSearchBar(bool enabled)
+{
+    m_cboSearchOn->setEnabled(enabled);
+    m_cboSearchFor->setEnabled(enabled);
+    if (QAction *search = toolbarButton(QStringLiteral("Search")))
+        search->setEnabled(enabled && !m_cboSearchOn->currentText().isEmpty() && !m_cboSearchFor->currentText().isEmpty());
+}
+
+void frmMain::SetToolbarButtons(std::optional<bool> deleteButton, std::optional<bool> filter, std::optional<bool> sortAscending,
+                                std::optional<bool> sortDescending)
+{
+    const std::pair<const char *, std::optional<bool>> states[] = {
+        {"Delete", deleteButton}, {"Filter", filter}, {"Sort Ascending", sortAscending}, {"Sort Descending", sortDescending}};
+    for (const auto &[key, state] : states)
+        if (state)
+            if (QAction *a = toolbarButton(QString::fromLatin1(key)))
+                a->setEnabled(*state);
+}
+
+void frmMain::enableSaveButton(bool enabled)
+{
+    if (QAction *save = toolbarButton(QStringLiteral("Save")))
+        save->setEnabled(enabled);
+}
+
+bool frmMain::GetClientFormOpen() const
+{
+    for (QMdiSubWindow *sub : m_mdiArea->subWindowList()) {
+        const QString name = sub->widget() ? sub->widget()->objectName() : QString();
+        if (name == QLatin1String("frmClientDetails") || name == QLatin1String("frmClientSummary") || name == QLatin1String("frmClientGrid"))
+            return true;
+    }
+    return false;
+}
+
+void frmMain::AddSearchForItem()
+{
+    static const QStringList volunteerFields = {
+        QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Address"), QStringLiteral("Home Phone"),
+        QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"), QStringLiteral("E-Mail Address"),
+        QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"), QStringLiteral("Affiliation"),
+        QStringLiteral("Comments")};
+    static const QStringList clientFields = {
+        QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Social Security Number"),
+        QStringLiteral("Driver's License Number"), QStringLiteral("Address"), QStringLiteral("Birth Date"),
+        QStringLiteral("Home Phone"), QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"),
+        QStringLiteral("Employer Name"), QStringLiteral("Employer Address"), QStringLiteral("Family Member Last Name"),
+        QStringLiteral("Family Member First Name"), QStringLiteral("Family Member Social Security Number"),
+        QStringLiteral("Family Member Driver's License Number")};
+    const MdiChild *child = activeChild();
+    const QStringList &fields = child && child->kind() == MdiChild::Kind::Volunteer ? volunteerFields : clientFields;
+    QStringList current;
+    for (int i = 0; i < m_cboSearchOn->count(); ++i)
+        current << m_cboSearchOn->itemText(i);
+    if (current == fields)
+        return;
+    m_cboSearchOn->clear();
+    m_cboSearchOn->addItems(fields);
+}
+
+void frmMain::SearchForClient() { notAvailableYet(); }
+
+void frmMain::SearchForVolunteer() { notAvailableYet(); }
+
+void frmMain::cmdSearch_Click()
+{
+    if (!requireDatabase())
+        return;
+    const MdiChild *child = activeChild();
+    if (child && child->kind() == MdiChild::Kind::Volunteer)
+        SearchForVolunteer();
+    else
+        SearchForClient();
+}
+
+MdiChild *frmMain::activeChild() const
+{
+    QMdiSubWindow *sub = m_mdiArea->activeSubWindow();
+    return sub ? qobject_cast<MdiChild *>(sub->widget()) : nullptr;
+}
+
+QMdiSubWindow *frmMain::addChild(MdiChild *child)
+{
+    const bool first = m_childCount == 0;
+    QMdiSubWindow *sub = m_mdiArea->addSubWindow(child);
+    sub->setWindowIcon(windowIcon());
+    basTendmark::SetMDIChildDimensions(child, m_mdiArea);
+    if (first && basRegistry::GetString(basRegistry::SettingsKey(), child->objectName()).isEmpty())
+        sub->move(0, 0);
+    child->m_counted = true;
+    ++m_childCount;
+    child->show();
+    return sub;
+}
+
+void frmMain::activateChild(MdiChild *child)
+{
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(child->parentWidget())) {
+        if (sub->isMinimized())
+            sub->showNormal();
+        m_mdiArea->setActiveSubWindow(sub);
+    }
+}
+
+void frmMain::childClosed(MdiChild *)
+{
+    if (--m_childCount <= 0) {
+        m_childCount = 0;
+        SetToolbarButtons(false, false, false, false);
+        EnableSearchBar(false);
+        enableSaveButton(false);
+    }
+}
+
+void frmMain::subWindowActivated(QMdiSubWindow *window)
+{
+    if (!window)
+        return;
+    if (auto *child = qobject_cast<MdiChild *>(window->widget())) {
+        AddSearchForItem();
+        enableSaveButton(child->DataChanged());
+        child->activated();
+    }
+}
+
+void frmMain::markClientWindowsForRefresh()
+{
+    for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
+        if (auto *child = qobject_cast<MdiChild *>(sub->widget()); child && child->kind() == MdiChild::Kind::Client)
+            child->setRefreshPending(true);
+}
+
+void frmMain::notAvailableYet()
+{
+    Prompt::message(QStringLiteral("TendMark"), QStringLiteral("This part of TendMark is not available yet."),
+                    Prompt::Icon::Information, Prompt::Ok);
+}
+
+void frmMain::mnuFileNew_Click()
+{
+    const QString path = Prompt::saveFileName(QStringLiteral("New Database"), kDatabaseFilter, QLatin1String(Schema::FileSuffix),
+                                              QStringLiteral("pantry.%1").arg(QLatin1String(Schema::FileSuffix)));
+    if (path.isEmpty())
+        return;
+    if (!closeDatabase())
+        return;
+    QString error;
+    if (!Schema::CreateDatabase(path, true, &error)) {
+        Prompt::message(QStringLiteral("New Database"), QStringLiteral("The database could not be created.\r\n") + error,
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        return;
+    }
+    openDatabaseFile(path, true);
+}
+
+void frmMain::mnuFileOpen_Click()
+{
+    const QString path = Prompt::openFileName(QStringLiteral("Open Database"), kDatabaseFilter);
+    if (path.isEmpty())
+        return;
+    openDatabaseFile(path, true);
+}
+
+void frmMain::mnuFileClose_Click() { closeDatabase(); }
+
+void frmMain::mnuFileSave_Click()
+{
+    if (!requireDatabase())
+        return;
+    if (MdiChild *child = activeChild(); child && child->DataChanged())
+        child->SaveCurrentRecord();
+}
+
+void frmMain::mnuFileDelete_Click()
+{
+    if (!requireDatabase())
+        return;
+    if (MdiChild *child = activeChild())
+        child->DeleteCurrentRecord();
+}
+
+void frmMain::mnuFilePrintLabels_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataClientSummary_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataClientDetails_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataClientTable_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataVolunteers_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataExportClients_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataExportVolunteers_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataFilter_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuDataSortSortAscending_Click()
+{
+    if (!requireDatabase())
+        return;
+    if (MdiChild *child = activeChild())
+        child->SortColumn(Qt::AscendingOrder);
+}
+
+void frmMain::mnuDataSortSortDescending_Click()
+{
+    if (!requireDatabase())
+        return;
+    if (MdiChild *child = activeChild())
+        child->SortColumn(Qt::DescendingOrder);
+}
+
+void frmMain::mnuToolsOptions_Click()
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::openLookupTable(int)
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::openReport(const QString &)
+{
+    if (requireDatabase())
+        notAvailableYet();
+}
+
+void frmMain::mnuHelpContents_Click() { notAvailableYet(); }
+
+void frmMain::mnuHelpIndex_Click() { notAvailableYet(); }
+
+void frmMain::mnuHelpAbout_Click()
+{
+    Prompt::message(QStringLiteral("About TendMark"),
+                    QStringLiteral("TendMark %1\r\nClient records for food pantries and assistance organizations.")
+                        .arg(QStringLiteral(TENDMARK_VERSION)),
+                    Prompt::Icon::Information, Prompt::Ok);
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    m_mdiArea->closeAllSubWindows();
+    if (!m_mdiArea->subWindowList().isEmpty()) {
+        event->ignore();
+        return;
+    }
+    SaveSettings();
+    basDatabase::CloseConnection();
+    event->accept();
+}

@@ -1,0 +1,130 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <array>
+#include <optional>
+
+class MdiChild;
+class QAction;
+class QComboBox;
+class QLabel;
+class QMenu;
+class QToolBar;
+
+// The frame window: menus, toolbars, view bar, search bar and status bar around
+// the area in which every other window opens. Owns the open database's path.
+class frmMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    struct LookupTable
+    {
+        const char *menuName;
+        const char *caption;
+        const char *table;
+        const char *keyColumn;
+        const char *columnSpec;
+    };
+    static const std::array<LookupTable, 12> &lookupTables();
+
+    explicit frmMain(QWidget *parent = nullptr);
+    ~frmMain() override;
+
+    // Start-up: reads the settings and opens the remembered database, or the given file.
+    void startUp(const QString &fileToOpen = {});
+
+    QString databasePath() const { return m_databasePath; }
+    const std::array<bool, 9> &optionFlags() const { return m_optionFlags; }
+    void refreshOptionFlags();
+
+    // Opens a database file. reportFailure: tell the user when it fails (else quiet).
+    bool openDatabaseFile(const QString &path, bool reportFailure);
+    bool closeDatabase();
+    // True when a database is open; otherwise says so and returns false.
+    bool requireDatabase();
+
+    void DisplayOrganizationName();
+    void EnableSearchBar(bool enabled);
+    void SetToolbarButtons(std::optional<bool> deleteButton = std::nullopt, std::optional<bool> filter = std::nullopt,
+                           std::optional<bool> sortAscending = std::nullopt, std::optional<bool> sortDescending = std::nullopt);
+    void enableSaveButton(bool enabled);
+    bool GetClientFormOpen() const;
+    void AddSearchForItem();
+    void SearchForClient();
+    void SearchForVolunteer();
+    void GetSettings();
+    void SaveSettings();
+    QStringList recentFiles() const;
+
+    QAction *toolbarButton(const QString &key) const;
+    QMdiArea *mdiArea() const { return m_mdiArea; }
+    MdiChild *activeChild() const;
+    int openChildCount() const { return m_childCount; }
+    QMdiSubWindow *addChild(MdiChild *child);
+    template<typename T>
+    T *findChildWindow() const
+    {
+        for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
+            if (auto *w = qobject_cast<T *>(sub->widget()))
+                return w;
+        return nullptr;
+    }
+    void activateChild(MdiChild *child);
+    // Record editors call this after they save or delete: client windows refill their grids.
+    void markClientWindowsForRefresh();
+
+public Q_SLOTS:
+    void mnuFileNew_Click();
+    void mnuFileOpen_Click();
+    void mnuFileClose_Click();
+    void mnuFileSave_Click();
+    void mnuFileDelete_Click();
+    void mnuFilePrintLabels_Click();
+    void mnuDataClientSummary_Click();
+    void mnuDataClientDetails_Click();
+    void mnuDataClientTable_Click();
+    void mnuDataVolunteers_Click();
+    void mnuDataExportClients_Click();
+    void mnuDataExportVolunteers_Click();
+    void mnuDataFilter_Click();
+    void mnuDataSortSortAscending_Click();
+    void mnuDataSortSortDescending_Click();
+    void mnuToolsOptions_Click();
+    void openLookupTable(int index);
+    void openReport(const QString &menuName);
+    void mnuHelpContents_Click();
+    void mnuHelpIndex_Click();
+    void mnuHelpAbout_Click();
+    void cmdSearch_Click();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    friend class MdiChild;
+    void childClosed(MdiChild *child);
+    void buildMenus();
+    void buildToolbars();
+    void buildSearchBar();
+    void buildStatusBar();
+    QAction *addMenuAction(QMenu *menu, const QString &name, const QString &caption, const QKeySequence &shortcut = {});
+    void notAvailableYet();
+    void updateWindowMenu();
+    void subWindowActivated(QMdiSubWindow *window);
+    void setDatabasePath(const QString &path);
+
+    QMdiArea *m_mdiArea = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    QToolBar *m_searchBar = nullptr;
+    QLabel *m_statusPanel = nullptr;
+    QComboBox *m_cboSearchOn = nullptr;
+    QComboBox *m_cboSearchFor = nullptr;
+    QMenu *m_windowMenu = nullptr;
+    QString m_databasePath;
+    std::array<bool, 9> m_optionFlags{};
+    int m_childCount = 0;
+};
