@@ -528,6 +528,12 @@ void frmMain::markClientWindowsForRefresh()
             child->setRefreshPending(true);
 }
 
+void frmMain::openRecordEditor(Editor, const QString &, const QString &) { notAvailableYet(); }
+
+void frmMain::showClient(const QString &) { notAvailableYet(); }
+
+void frmMain::showVolunteer(const QString &) { notAvailableYet(); }
+
 void frmMain::notAvailableYet()
 {
     Prompt::message(QStringLiteral("TendMark"), QStringLiteral("This part of TendMark is not available yet."),

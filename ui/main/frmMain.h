@@ -77,6 +77,13 @@ public:
     // Record editors call this after they save or delete: client windows refill their grids.
     void markClientWindowsForRefresh();
 
+    enum class Editor { FamilyMember, FoodService, Payment, Income, Expenses };
+    // Opens a record editor for one client, on the given record or on a new one when recordId is empty.
+    void openRecordEditor(Editor editor, const QString &clientId, const QString &recordId);
+    // The search bar's hand-off: show this client (or volunteer) in the active window of its kind.
+    void showClient(const QString &clientId);
+    void showVolunteer(const QString &volunteerId);
+
 public Q_SLOTS:
     void mnuFileNew_Click();
     void mnuFileOpen_Click();
