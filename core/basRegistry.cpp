@@ -1,5 +1,6 @@
 #include "basRegistry.h"
 
+#include <QDir>
 #include <QSettings>
 
 namespace basRegistry {
@@ -85,6 +86,8 @@ QString GetUserName()
     QString name = qEnvironmentVariable("USERNAME");
     if (name.isEmpty())
         name = qEnvironmentVariable("USER");
+    if (name.isEmpty())
+        name = QDir::home().dirName();
     return name;
 }
 

@@ -1,0 +1,168 @@
+#include "Recordset.h"
+#include "ScriptedPrompts.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+
+#include <QTest>
+
+class TestDatabaseServices : public QObject
+{
+    Q_OBJECT
+
+private:
+    static bool valid(const char *table, const char *column, const QVariant &value, QString *message = nullptr)
+    {
+        QString m;
+        const bool ok = basDatabase::FieldIsValid(basDatabase::Field(table, column), value, m);
+        if (message)
+            *message = m;
+        return ok;
+    }
+
+private Q_SLOTS:
+    void fieldIsValidDecidesByTheDeclaredColumn()
+    {
+        TestDatabase db;
+        QString m;
+        QVERIFY(valid("Client", "SocialSecurityNumber", "123456789", &m));
+        QVERIFY(m.isEmpty());
+        QVERIFY(!valid("Client", "SocialSecurityNumber", "123-45-6789", &m));
+        QCOMPARE(m, QStringLiteral(" must be 11 characters."));
+        QVERIFY(!valid("Client", "SocialSecurityNumber", "12345", &m));
+        QCOMPARE(m, QStringLiteral(" must be 11 characters."));
+
+        QVERIFY(valid("Client", "LastName", QString(50, 'x')));
+        QVERIFY(!valid("Client", "LastName", QString(51, 'x'), &m));
+        QCOMPARE(m, QStringLiteral(" cannot exceed 50 characters."));
+        QVERIFY(valid("Client", "LastName", "O'Brien"));
+        QVERIFY(valid("Client", "Comments", QString(5000, 'x'))); // memo: no length test
+
+        QVERIFY(!valid("Client", "EmployerDurationYears", "", &m));
+        QCOMPARE(m, QStringLiteral(" must be numeric."));
+        QVERIFY(!valid("Client", "EmployerDurationYears", "ten", &m));
+        QVERIFY(valid("Client", "EmployerDurationYears", "12"));
+        QVERIFY(valid("Payments", "AmountPaid", "$1,234.50"));
+        QVERIFY(valid("Payments", "AmountPaid", "1234.5"));
+        QVERIFY(!valid("Payments", "AmountPaid", "12.5.0", &m));
+        QCOMPARE(m, QStringLiteral(" must be numeric."));
+
+        QVERIFY(!valid("Client", "BirthDate", "", &m));
+        QCOMPARE(m, QStringLiteral(" is not a valid date."));
+        QVERIFY(!valid("Client", "BirthDate", "02/30/2001", &m));
+        QVERIFY(!valid("Client", "BirthDate", "12/3/", &m));
+        QVERIFY(valid("Client", "BirthDate", "12/31/1980"));
+        QVERIFY(valid("Client", "BirthDate", "1/5/1980"));
+
+        QVERIFY(!valid("EthnicOrigin", "EthnicOriginDescription", "   ", &m));
+        QCOMPARE(m, QStringLiteral(" cannot be empty."));
+        QVERIFY(valid("Client", "FEMAContacted", "True"));
+    }
+
+    void updateDataFieldStoresByTheColumnsType()
+    {
+        TestDatabase db;
+        const qint64 client = TestDatabase::insert("Client", {{"LastName", "Doe"}});
+        Recordset rs;
+        rs.open("Payments", "PaymentID", "SELECT * FROM Payments WHERE ClientID = ?", {client});
+        rs.addNew();
+        QVERIFY(basDatabase::UpdateDataField(rs, "ClientID", QString::number(client)));
+        QVERIFY(basDatabase::UpdateDataField(rs, "PaymentDate", "03/07/2026"));
+        QVERIFY(basDatabase::UpdateDataField(rs, "AmountPaid", "$1,234.5"));
+        QVERIFY(basDatabase::UpdateDataField(rs, "AmountRequested", ""));
+        QVERIFY(basDatabase::UpdateDataField(rs, "Comments", "Paid the gas bill, \"final notice\""));
+        rs.update();
+        QCOMPARE(TestDatabase::scalar("SELECT PaymentDate FROM Payments").toString(), QStringLiteral("2026-03-07"));
+        QCOMPARE(TestDatabase::scalar("SELECT AmountPaid FROM Payments").toLongLong(), 123450);
+        QCOMPARE(TestDatabase::scalar("SELECT typeof(AmountRequested) FROM Payments").toString(), QStringLiteral("null"));
+        QCOMPARE(basDatabase::DisplayText(rs.field("AmountPaid"), rs.value("AmountPaid")), QStringLiteral("1234.50"));
+        QCOMPARE(basDatabase::DisplayText(rs.field("PaymentDate"), rs.value("PaymentDate")), QStringLiteral("03/07/2026"));
+
+        Recordset clients;
+        clients.open("Client", "ClientID", "SELECT * FROM Client");
+        QVERIFY(basDatabase::UpdateDataField(clients, "FEMAContacted", "True"));
+        QVERIFY(basDatabase::UpdateDataField(clients, "EmployerDurationYears", "3"));
+        clients.update();
+        QCOMPARE(TestDatabase::scalar("SELECT FEMAContacted FROM Client").toInt(), 1);
+        QCOMPARE(TestDatabase::scalar("SELECT typeof(EmployerDurationYears) FROM Client").toString(), QStringLiteral("integer"));
+
+        ScriptedPrompts prompts;
+        QVERIFY(!basDatabase::UpdateDataField(clients, "NoSuchColumn", "x"));
+        QCOMPARE(prompts.last().title, QStringLiteral("Application Error"));
+        QVERIFY(prompts.last().text.contains("basDatabase.UpdateDataField"));
+    }
+
+    void lookups()
+    {
+        TestDatabase db;
+        TestDatabase::insert("ZipCode", {{"ZipCode", "78701"}, {"City", "Austin"}, {"State", "TX"}});
+        QString city = "old", state = "old";
+        QVERIFY(basDatabase::GetCityStateFromZip("78701", city, state));
+        QCOMPARE(city, QStringLiteral("Austin"));
+        QCOMPARE(state, QStringLiteral("TX"));
+        QVERIFY(basDatabase::GetCityStateFromZip("99999", city, state));
+        QVERIFY(city.isEmpty() && state.isEmpty());
+        QVERIFY(basDatabase::GetCityStateFromZip("' OR 1=1 --", city, state));
+        QVERIFY(city.isEmpty());
+
+        const qint64 id = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"FirstName", "Pat"}, {"MiddleInitial", "J"},
+                                                          {"SocialSecurityNumber", "123456789"}});
+        QStringList info;
+        QVERIFY(basDatabase::GetClientInfo(QString::number(id), info));
+        QCOMPARE(info, (QStringList{"O'Brien, Pat J", "123-45-6789", ""}));
+
+        basDatabase::Execute("UPDATE Options SET ShowFEMATab = 0, ShowNotesTab = 0");
+        std::array<bool, 9> flags{};
+        QVERIFY(basDatabase::GetDatabaseOptions(flags));
+        QCOMPARE(flags[0], false);
+        QCOMPARE(flags[7], false);
+        QCOMPARE(flags[8], true);
+        basDatabase::Execute("DELETE FROM Options");
+        QVERIFY(basDatabase::GetDatabaseOptions(flags));
+        QVERIFY(std::all_of(flags.begin(), flags.end(), [](bool b) { return b; }));
+
+        basDatabase::Execute("UPDATE Organization SET OrganizationName = 'Hope Pantry', OrganizationCity = 'Austin'");
+        std::array<QString, 7> org;
+        QVERIFY(basDatabase::GetOrganizationNameAddress(org));
+        QCOMPARE(org[0], QStringLiteral("Hope Pantry"));
+        QCOMPARE(org[2], QStringLiteral("Austin"));
+        QVERIFY(org[6].isEmpty());
+    }
+
+    void duplicateSearches()
+    {
+        TestDatabase db;
+        const qint64 a = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"Address", "12 O'Neil St"}, {"City", "Austin"},
+                                                         {"State", "TX"}, {"SocialSecurityNumber", "123456789"}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "Doe"}, {"Address", "12 o'neil st"}, {"City", "AUSTIN"},
+                                                         {"State", "TX"}, {"SocialSecurityNumber", "987654321"}});
+        Prompt::PickRequest r;
+        QVERIFY(basDatabase::MatchAddress("", "12 O'NEIL ST", "austin", "TX", r));
+        QCOMPARE(TestDatabase::scalar("SELECT COUNT(*) FROM (" + r.sql + ")", r.binds).toInt(), 2);
+        QVERIFY(basDatabase::MatchAddress(QString::number(a), "12 O'Neil St", "Austin", "TX", r));
+        QCOMPARE(TestDatabase::scalar("SELECT ClientID FROM (" + r.sql + ")", r.binds).toLongLong(), b);
+        QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "Austin", "tx", r)); // the state keeps its case
+        QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "", "TX", r));
+        QVERIFY(!basDatabase::MatchAddress(QString::number(b), "1 Other Rd", "Austin", "TX", r));
+
+        QVERIFY(basDatabase::MatchSSN("", "123456789", r));
+        QCOMPARE(TestDatabase::scalar("SELECT LastName FROM (" + r.sql + ")", r.binds).toString(), QStringLiteral("O'Brien"));
+        QVERIFY(!basDatabase::MatchSSN(QString::number(a), "123456789", r));
+        QVERIFY(basDatabase::MatchSSN(QString::number(b), "123456789", r));
+    }
+
+    void deleteItemFromTableTakesNumbersOnly()
+    {
+        TestDatabase db;
+        ScriptedPrompts prompts;
+        const qint64 a = TestDatabase::insert("Volunteer", {{"LastName", "Ames"}});
+        TestDatabase::insert("Volunteer", {{"LastName", "Bond"}});
+        QVERIFY(!basDatabase::DeleteItemFromTable("Volunteer", "VolunteerID", "1 OR 1=1"));
+        QCOMPARE(TestDatabase::count("Volunteer"), 2);
+        QCOMPARE(prompts.messages().size(), 1);
+        QVERIFY(basDatabase::DeleteItemFromTable("Volunteer", "VolunteerID", QString::number(a)));
+        QCOMPARE(TestDatabase::count("Volunteer"), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDatabaseServices)
+#include "tst_database.moc"
