@@ -36,6 +36,7 @@ void FormatDataGrid(QTableView *grid)
 {
     GridModel *model = Model(grid);
     grid->setUpdatesEnabled(false);
+    grid->horizontalHeader()->setMinimumSectionSize(12);
     model->setColumnSpec(grid->property("ColumnSpec").toString());
     const auto &columns = model->columns();
     for (int i = 0; i < columns.size(); ++i)

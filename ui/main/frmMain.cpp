@@ -356,6 +356,8 @@ bool frmMain::openDatabaseFile(const QString &path, bool reportFailure)
     const QString absolute = QFileInfo(path).absoluteFilePath();
     QString reason;
     const bool ok = basDatabase::OpenConnection(absolute, &reason);
+    if (!ok)
+        basDatabase::CloseConnection();
     setDatabasePath(ok ? absolute : QString());
     refreshOptionFlags();
     if (!ok && reportFailure) {

@@ -1,0 +1,193 @@
+#include "DataBinding.h"
+#include "GridModel.h"
+#include "Recordset.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+#include "basRegistry.h"
+
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTableView>
+#include <QTest>
+
+using namespace basTendmark;
+
+class TestDataBinding : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QTableView *grid(const QString &spec)
+    {
+        auto *g = new QTableView;
+        g->setProperty("ColumnSpec", spec);
+        FormatDataGrid(g);
+        return g;
+    }
+
+private Q_SLOTS:
+    void formatDataGridAppliesTheSpecification()
+    {
+        std::unique_ptr<QTableView> one(grid("^Ethnic Origin,5200"));
+        QCOMPARE(one->model()->columnCount(), 2);
+        QCOMPARE(one->columnWidth(0), 300 / 15);
+        QCOMPARE(one->columnWidth(1), 5200 / 15);
+        QCOMPARE(one->model()->headerData(0, Qt::Horizontal).toString(), QString());
+        QCOMPARE(one->model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Ethnic Origin"));
+        QCOMPARE(one->model()->rowCount(), 1); // formatting empties the grid to one blank row
+
+        std::unique_ptr<QTableView> zip(grid(">ID,800|Zip Code,1100|<City,|^State,1100"));
+        const int defaultWidth = zip->horizontalHeader()->defaultSectionSize();
+        QCOMPARE(zip->columnWidth(3), defaultWidth);
+        QCOMPARE(zip->model()->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Zip Code"));
+        auto *model = Model(zip.get());
+        QCOMPARE(model->columns().at(1).alignment, Qt::AlignRight | Qt::AlignVCenter);
+        QCOMPARE(model->columns().at(2).alignment, Qt::Alignment());
+        QCOMPARE(model->columns().at(4).alignment, Qt::AlignHCenter | Qt::AlignVCenter);
+    }
+
+    void populateAndRemoveRows()
+    {
+        TestDatabase db;
+        std::unique_ptr<QTableView> g(grid("<Last Name,1400|<First Name,1200"));
+        QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        PopulateDataGrid(g.get(), "SELECT ClientID, LastName, FirstName FROM Client ORDER BY LastName");
+        QCOMPARE(g->model()->rowCount(), 1);
+        QCOMPARE(GridRowKey(g.get(), 0), 0);
+        QCOMPARE(GridText(g.get(), 0, 1), QString());
+
+        const qint64 a = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"FirstName", QVariant()}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "Adams"}, {"FirstName", "Ann"}});
+        PopulateDataGrid(g.get(), "SELECT ClientID, LastName, FirstName FROM Client WHERE LastName <> ? ORDER BY LastName", {"x"});
+        QCOMPARE(g->model()->rowCount(), 2);
+        QCOMPARE(GridRowKey(g.get(), 0), b);
+        QCOMPARE(GridText(g.get(), 1, 1), QStringLiteral("O'Brien"));
+        QCOMPARE(GridText(g.get(), 1, 2), QString()); // null shows empty
+        QCOMPARE(Model(g.get())->findKey(a), 1);
+
+        basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {b});
+        RemoveGridRow(g.get(), 0);
+        QCOMPARE(g->model()->rowCount(), 1);
+        QCOMPARE(GridRowKey(g.get(), 0), a);
+        basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {a});
+        RemoveGridRow(g.get(), 0); // the last row is blanked, never lost
+        QCOMPARE(g->model()->rowCount(), 1);
+        QCOMPARE(GridRowKey(g.get(), 0), 0);
+        QCOMPARE(GridText(g.get(), 0, 1), QString());
+    }
+
+    void largeListsAreReadInPages()
+    {
+        TestDatabase db;
+        basDatabase::Execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
+                             "INSERT INTO Client (LastName) SELECT printf('L%05d', i) FROM n");
+        std::unique_ptr<QTableView> g(grid("<Last Name,1400"));
+        QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        PopulateDataGrid(g.get(), "SELECT ClientID, LastName FROM Client ORDER BY LastName", {}, "SELECT ClientID FROM Client");
+        QCOMPARE(g->model()->rowCount(), 20000);
+        QCOMPARE(GridText(g.get(), 19999, 1), QStringLiteral("L20000"));
+        Model(g.get())->sortByColumn(1, Qt::DescendingOrder);
+        QCOMPARE(GridText(g.get(), 0, 1), QStringLiteral("L20000"));
+        SelectRow(g.get(), 5);
+        QCOMPARE(g->currentIndex().row(), 5);
+        QCOMPARE(g->selectionModel()->selectedIndexes().size(), 2);
+    }
+
+    void combos()
+    {
+        TestDatabase db;
+        QComboBox states;
+        PopulateDataCombo(&states, "States", "StateID", "StateCode");
+        QCOMPARE(states.count(), 56);
+        QCOMPARE(states.currentIndex(), -1);
+        const FieldInfo stateText = basDatabase::Field("Client", "State");
+        const FieldInfo originId = basDatabase::Field("Client", "EthnicOriginID");
+        QCOMPARE(GetComboItemIndex(&states, stateText, ""), -1);
+        QCOMPARE(states.itemText(GetComboItemIndex(&states, stateText, "TX")), QStringLiteral("TX"));
+        QCOMPARE(GetComboItemIndex(&states, stateText, "tx"), -1); // text matches keep their case
+        QCOMPARE(GetComboItemIndex(&states, stateText, "ZZ"), -1);
+
+        QComboBox origins;
+        PopulateDataCombo(&origins, "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription");
+        const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
+        QCOMPARE(origins.itemText(GetComboItemIndex(&origins, originId, QString::number(asian))), QStringLiteral("Asian"));
+        QCOMPARE(GetComboItemIndex(&origins, originId, "999"), -1);
+        origins.setCurrentIndex(GetComboItemIndex(&origins, originId, QString::number(asian)));
+        QCOMPARE(GetControlValue(&origins, originId), QString::number(asian));
+        states.setCurrentIndex(GetComboItemIndex(&states, stateText, "TX"));
+        QCOMPARE(GetControlValue(&states, stateText), QStringLiteral("TX"));
+    }
+
+    void controlsShowAndReturnTheStoredValues()
+    {
+        TestDatabase db;
+        TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"HomePhone", "5551234567"}, {"BirthDate", "1980-12-31"},
+                                        {"SocialSecurityNumber", "123456789"}, {"FEMAContacted", 1}, {"State", "TX"}});
+        Recordset rs;
+        rs.open("Client", "ClientID", "SELECT * FROM Client");
+        QLineEdit last, phone, birth, ssn;
+        QCheckBox fema;
+        QComboBox state;
+        PopulateDataCombo(&state, "States", "StateID", "StateCode");
+        phone.setInputMask("(999) 999-9999");
+        birth.setInputMask("99/99/9999");
+        ssn.setInputMask("999-99-9999");
+        const QList<std::pair<QWidget *, const char *>> bound = {{&last, "LastName"}, {&phone, "HomePhone"}, {&birth, "BirthDate"},
+                                                                 {&ssn, "SocialSecurityNumber"}, {&fema, "FEMAContacted"}, {&state, "State"}};
+        QList<QWidget *> controls;
+        for (auto [w, column] : bound) {
+            w->setProperty("DataField", column);
+            controls << w;
+        }
+        PopulateDataControls(controls, rs);
+        QCOMPARE(last.text(), QStringLiteral("O'Brien"));
+        QCOMPARE(phone.text(), QStringLiteral("(555) 123-4567"));
+        QCOMPARE(birth.text(), QStringLiteral("12/31/1980"));
+        QVERIFY(fema.isChecked());
+        QCOMPARE(state.currentText(), QStringLiteral("TX"));
+        QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")), QStringLiteral("5551234567"));
+        QCOMPARE(GetControlValue(&ssn, rs.field("SocialSecurityNumber")), QStringLiteral("123456789"));
+        QCOMPARE(GetControlValue(&birth, rs.field("BirthDate")), QStringLiteral("12/31/1980"));
+        QCOMPARE(GetControlValue(&fema, rs.field("FEMAContacted")), QStringLiteral("True"));
+        QCOMPARE(GetFieldValue(rs, "BirthDate"), QStringLiteral("12/31/1980"));
+        phone.clear();
+        birth.clear();
+        QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")), QString());
+        QCOMPARE(GetControlValue(&birth, rs.field("BirthDate")), QString());
+        QDateEdit date;
+        SetControlValue(&date, rs.field("BirthDate"), "12/31/1980");
+        QCOMPARE(date.date(), QDate(1980, 12, 31));
+    }
+
+    void childWindowsKeepTheirPlace()
+    {
+        basRegistry::DeleteKey(basRegistry::SettingsKey());
+        QMdiArea area;
+        area.resize(1000, 800);
+        area.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&area));
+        auto *child = new QWidget;
+        child->setObjectName("frmTestChild");
+        QMdiSubWindow *sub = area.addSubWindow(child);
+        sub->move(30, 40);
+        SetMDIChildDimensions(child, &area);
+        QCOMPARE(sub->width(), int(area.viewport()->width() * 0.85));
+        QCOMPARE(sub->height(), int(area.viewport()->height() * 0.75));
+        QCOMPARE(sub->pos(), QPoint(30, 40)); // no stored value: the design position stays
+        sub->setGeometry(50, 60, 400, 300);
+        SaveMDIChildDimensions(child);
+        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmTestChild"), QStringLiteral("50,60,400,300"));
+        sub->setGeometry(0, 0, 200, 200);
+        SetMDIChildDimensions(child, &area);
+        QCOMPARE(sub->geometry(), QRect(50, 60, 400, 300));
+    }
+};
+
+QTEST_MAIN(TestDataBinding)
+#include "tst_databinding.moc"

@@ -1,0 +1,165 @@
+#include "Schema.h"
+#include "ScriptedPrompts.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+#include "basRegistry.h"
+#include "frmMain.h"
+
+#include <QAction>
+#include <QFile>
+#include <QLabel>
+#include <QTest>
+
+namespace {
+
+QAction *menu(frmMain &w, const char *name) { return w.findChild<QAction *>(QString::fromLatin1(name)); }
+QString statusText(frmMain &w) { return w.findChild<QLabel *>("Status")->text(); }
+QString lastOpened() { return basRegistry::GetString(basRegistry::SettingsKey(), "LastOpened", "<none>"); }
+
+} // namespace
+
+class TestStartup : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { basRegistry::DeleteKey(basRegistry::SettingsKey()); }
+
+    void firstStartHasNoDatabaseAndCreatesTheSettings()
+    {
+        ScriptedPrompts prompts;
+        frmMain w;
+        w.startUp();
+        QVERIFY(!basDatabase::IsOpen());
+        QCOMPARE(w.windowTitle(), QStringLiteral("TendMark"));
+        QVERIFY(w.toolbarButton("Open")->isEnabled());
+        QVERIFY(prompts.messages().isEmpty());
+        QVERIFY(basRegistry::KeyExists(basRegistry::SettingsKey()));
+
+        menu(w, "mnuDataClientTable")->trigger();
+        QCOMPARE(prompts.last().title, QStringLiteral("No Database open"));
+        QCOMPARE(prompts.last().text, QStringLiteral("There is no current database open."));
+    }
+
+    void reopensTheLastDatabase()
+    {
+        TestDatabase db(false);
+        basRegistry::SetString(basRegistry::SettingsKey(), "LastOpened", db.path());
+        ScriptedPrompts prompts;
+        frmMain w;
+        w.startUp();
+        QVERIFY(basDatabase::IsOpen());
+        QCOMPARE(w.databasePath(), db.path());
+        QCOMPARE(w.windowTitle(), QStringLiteral("TendMark - [No Organization Name]"));
+        QVERIFY(statusText(w).contains("test.tmdb"));
+        QVERIFY(!w.toolbarButton("Open")->isEnabled());
+        QVERIFY(prompts.messages().isEmpty());
+
+        basDatabase::Execute("UPDATE Organization SET OrganizationName = ?", {"St. Mary's Pantry"});
+        w.DisplayOrganizationName();
+        QCOMPARE(w.windowTitle(), QStringLiteral("TendMark - St. Mary's Pantry"));
+
+        menu(w, "mnuFileClose")->trigger();
+        QVERIFY(!basDatabase::IsOpen());
+        QCOMPARE(w.windowTitle(), QStringLiteral("TendMark"));
+        QVERIFY(w.toolbarButton("Open")->isEnabled());
+        QVERIFY(!statusText(w).contains("test.tmdb"));
+    }
+
+    void aStaleLastOpenedIsClearedQuietly()
+    {
+        basRegistry::SetString(basRegistry::SettingsKey(), "LastOpened", "/nowhere/moved.tmdb");
+        ScriptedPrompts prompts;
+        frmMain w;
+        w.startUp();
+        QVERIFY(!basDatabase::IsOpen());
+        QVERIFY(prompts.messages().isEmpty());
+        QCOMPARE(lastOpened(), QString());
+    }
+
+    void openingAskesForAFileAndRemembersIt()
+    {
+        TestDatabase db(false);
+        ScriptedPrompts prompts;
+        frmMain w;
+        w.startUp();
+        prompts.answerFile(QString()); // cancelled
+        w.toolbarButton("Open")->trigger();
+        QCOMPARE(prompts.fileRequests().last().title, QStringLiteral("Open Database"));
+        QVERIFY(prompts.fileRequests().last().filter.contains("*.tmdb"));
+        QVERIFY(!basDatabase::IsOpen());
+
+        prompts.answerFile(db.path());
+        menu(w, "mnuFileOpen")->trigger();
+        QVERIFY(basDatabase::IsOpen());
+        QCOMPARE(lastOpened(), db.path());
+        QVERIFY(w.recentFiles().contains(db.path()));
+
+        prompts.answerFile(QString()); // cancelling leaves the open database alone
+        menu(w, "mnuFileOpen")->trigger();
+        QVERIFY(basDatabase::IsOpen());
+        QCOMPARE(w.databasePath(), db.path());
+        QVERIFY(prompts.messages().isEmpty());
+    }
+
+    void aFileOfAnotherKindIsRefusedAndLeftAlone()
+    {
+        TestDatabase db(false);
+        const QString other = db.folder() + "/notes.tmdb";
+        {
+            QFile f(other);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("Shopping list: beans, rice\n");
+        }
+        ScriptedPrompts prompts;
+        frmMain w;
+        w.startUp(db.path());
+        QVERIFY(basDatabase::IsOpen());
+        prompts.answerFile(other);
+        menu(w, "mnuFileOpen")->trigger();
+        QCOMPARE(prompts.messages().size(), 2);
+        const Prompt::Message refusal = prompts.messages().at(0);
+        QCOMPARE(refusal.title, QStringLiteral("Database Open Error"));
+        QCOMPARE(refusal.text, QStringLiteral("The selected database file may not be a valid TendMark database.\r\n"
+                                              "Please make sure that you are selecting the correct database file."));
+        QCOMPARE(refusal.icon, Prompt::Icon::Exclamation);
+        QCOMPARE(prompts.messages().at(1).title, QStringLiteral("Application Error"));
+        QVERIFY(prompts.messages().at(1).text.contains("Module: \t\tfrmMain.mnuFileOpen_Click"));
+        QVERIFY(!basDatabase::IsOpen());
+        QCOMPARE(w.databasePath(), QString());
+        QVERIFY(w.toolbarButton("Open")->isEnabled());
+        QFile f(other);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), QByteArray("Shopping list: beans, rice\n"));
+    }
+
+    void newDatabaseIsCreatedAndOpened()
+    {
+        TestDatabase holder(false);
+        const QString path = holder.folder() + "/hope.tmdb";
+        ScriptedPrompts prompts;
+        frmMain w;
+        w.startUp();
+        prompts.answerFile(path);
+        menu(w, "mnuFileNew")->trigger();
+        QVERIFY(basDatabase::IsOpen());
+        QCOMPARE(w.databasePath(), path);
+        QCOMPARE(TestDatabase::count("States"), 56);
+        QVERIFY(prompts.messages().isEmpty());
+    }
+
+    void closingTheWindowSavesTheSettings()
+    {
+        TestDatabase db(false);
+        {
+            frmMain w;
+            w.startUp(db.path());
+            w.close();
+        }
+        QCOMPARE(lastOpened(), db.path());
+        QVERIFY(!basDatabase::IsOpen());
+    }
+};
+
+QTEST_MAIN(TestStartup)
+#include "tst_startup.moc"
