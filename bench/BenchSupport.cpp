@@ -1,0 +1,72 @@
+#include "BenchSupport.h"
+
+#include "DemoData.h"
+#include "Schema.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTextStream>
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace Bench {
+
+double EnsureDemoDatabase(const QString &path, int clients, bool rebuild)
+{
+    if (!rebuild && Schema::InspectFile(path).state == Schema::FileState::Ok)
+        return -1;
+    QElapsedTimer timer;
+    timer.start();
+    QString error;
+    if (!Schema::CreateDatabase(path, true, &error))
+        qFatal("benchmark database: %s", qPrintable(error));
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("bench-demo"));
+        db.setDatabaseName(path);
+        if (!db.open())
+            qFatal("benchmark database: cannot open %s", qPrintable(path));
+        QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+        DemoData::Options options;
+        options.clients = clients;
+        if (!DemoData::Generate(db, options, &error))
+            qFatal("benchmark database: %s", qPrintable(error));
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("bench-demo"));
+    return timer.elapsed() / 1000.0;
+}
+
+double MedianMs(int runs, const std::function<void()> &body)
+{
+    std::vector<double> times;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer t;
+        t.start();
+        body();
+        times.push_back(t.nsecsElapsed() / 1e6);
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+void Print(const char *name, double value, const char *unit)
+{
+    std::printf("%s %.3f %s\n", name, value, unit);
+    std::fflush(stdout);
+}
+
+double PeakRssMb()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    return -1;
+}
+
+} // namespace Bench

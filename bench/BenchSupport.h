@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+// Shared pieces of the benchmark programs.
+namespace Bench {
+
+// The 100,000-household demo database, built when missing (or always with rebuild).
+// Returns the seconds the build took, or -1 when it was already there.
+double EnsureDemoDatabase(const QString &path, int clients, bool rebuild);
+// Milliseconds of the median of runs of body.
+double MedianMs(int runs, const std::function<void()> &body);
+void Print(const char *name, double value, const char *unit);
+double PeakRssMb();
+
+} // namespace Bench

@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Sets up and builds TendMark with warnings as errors, then runs every test.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh build-test -DTENDMARK_WERROR=ON -DCMAKE_BUILD_TYPE=Debug
+export QT_QPA_PLATFORM=offscreen
+ctest --test-dir build-test --output-on-failure -j"$(nproc)"
