@@ -238,6 +238,8 @@ private:
     bool insertPayments(qint64 clientId);
     bool insertIncomeAndExpenses(qint64 clientId, bool employed);
     bool insertVolunteer();
+    bool dropIndexes();
+    bool createIndexes();
 
     QSqlDatabase m_db;
     Options m_options;
@@ -249,6 +251,7 @@ private:
     QString m_state;
     QStringList m_zips, m_cities;
     QSet<qint32> m_ssns;
+    QStringList m_indexes;   // dropped during the run, rebuilt at its end
 
     Lookup m_marital, m_ethnic, m_education, m_housing, m_religion, m_assistance;
     Lookup m_relationships, m_serviceTypes, m_paymentTypes, m_incomeSources, m_expenseCategories;
@@ -719,6 +722,29 @@ bool Generator::run()
         || !loadLookup("ExpenseCategories", "ExpenseCategoryID", "ExpenseCategoryDescription", &m_expenseCategories))
         return false;
 
+    // SSNs already on file stay unique too.
+    qint64 existingClients = 0;
+    {
+        QSqlQuery existing(m_db);
+        existing.setForwardOnly(true);
+        if (!existing.exec(QStringLiteral("SELECT SocialSecurityNumber FROM Client WHERE SocialSecurityNumber IS NOT NULL "
+                                          "UNION SELECT SocialSecurityNumber FROM Family WHERE SocialSecurityNumber IS NOT NULL")))
+            return fail(QStringLiteral("Could not read existing SSNs"), existing);
+        while (existing.next()) {
+            bool ok = false;
+            const int value = existing.value(0).toString().toInt(&ok);
+            if (ok)
+                m_ssns.insert(value);
+        }
+        if (!existing.exec(QStringLiteral("SELECT COUNT(*) FROM Client")) || !existing.next())
+            return fail(QStringLiteral("Could not count clients"), existing);
+        existingClients = existing.value(0).toLongLong();
+    }
+    // Filling an index row by row costs far more than building it once at the end, unless
+    // the tables already hold more than this run adds.
+    if (m_options.clients >= existingClients && !dropIndexes())
+        return false;
+
     if (!prepare(m_client, QStringLiteral(
             "INSERT INTO Client (LastName, FirstName, MiddleInitial, SocialSecurityNumber, DriversLicenseNumber, "
             "Address, City, State, ZipCode, HomePhone, WorkPhone, MobilePhone, BirthDate, Gender, MaritalStatusID, "
@@ -746,21 +772,6 @@ bool Generator::run()
             "NumberInParty, Comments) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")))
         return false;
 
-    // SSNs already on file stay unique too.
-    {
-        QSqlQuery existing(m_db);
-        existing.setForwardOnly(true);
-        if (!existing.exec(QStringLiteral("SELECT SocialSecurityNumber FROM Client WHERE SocialSecurityNumber IS NOT NULL "
-                                          "UNION SELECT SocialSecurityNumber FROM Family WHERE SocialSecurityNumber IS NOT NULL")))
-            return fail(QStringLiteral("Could not read existing SSNs"), existing);
-        while (existing.next()) {
-            bool ok = false;
-            const int value = existing.value(0).toString().toInt(&ok);
-            if (ok)
-                m_ssns.insert(value);
-        }
-    }
-
     if (!insertZips() || !updateOrganization())
         return false;
     for (int i = 0; i < m_options.clients; ++i) {
@@ -772,6 +783,40 @@ bool Generator::run()
         if (!insertVolunteer())
             return false;
     }
+    return createIndexes();
+}
+
+bool Generator::dropIndexes()
+{
+    QSqlQuery query(m_db);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT name, sql FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL "
+                                   "AND tbl_name IN ('Client', 'Family', 'FoodService', 'Payments', 'Income', "
+                                   "'Expenses') ORDER BY rowid")))
+        return fail(QStringLiteral("Could not list the indexes"), query);
+    QStringList names;
+    while (query.next()) {
+        names.append(query.value(0).toString());
+        m_indexes.append(query.value(1).toString());
+    }
+    query.finish();
+    for (const QString &name : std::as_const(names)) {
+        QString quoted = name;
+        quoted.replace(QLatin1Char('"'), QStringLiteral("\"\""));
+        if (!query.exec(QStringLiteral("DROP INDEX \"%1\"").arg(quoted)))
+            return fail(QStringLiteral("Could not drop index %1").arg(name), query);
+    }
+    return true;
+}
+
+bool Generator::createIndexes()
+{
+    QSqlQuery query(m_db);
+    for (const QString &sql : std::as_const(m_indexes)) {
+        if (!query.exec(sql))
+            return fail(QStringLiteral("Could not rebuild an index"), query);
+    }
+    m_indexes.clear();
     return true;
 }
 

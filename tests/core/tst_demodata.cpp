@@ -23,6 +23,7 @@ private:
     QVariant scalar(const QString &sql, const QVariantList &values = {}, QSqlDatabase db = {});
     qint64 count(const QString &sql, const QVariantList &values = {}) { return scalar(sql, values).toLongLong(); }
     QByteArray checksum(QSqlDatabase db);
+    QStringList indexes(QSqlDatabase db);
 
 private slots:
     void initTestCase();
@@ -35,6 +36,7 @@ private slots:
     void householdsAreCoherent();
     void textKeepsSpecialCharacters();
     void sameSeedGivesSameData();
+    void indexesAreKept();
     void failureRollsBack();
 };
 
@@ -112,6 +114,18 @@ QByteArray TestDemoData::checksum(QSqlDatabase db)
         }
     }
     return hash.result();
+}
+
+QStringList TestDemoData::indexes(QSqlDatabase db)
+{
+    QStringList list;
+    QSqlQuery query(db);
+    if (!query.exec(QStringLiteral("SELECT name, tbl_name, sql FROM sqlite_master WHERE type = 'index' ORDER BY name")))
+        qFatal("index query failed");
+    while (query.next())
+        list.append(query.value(0).toString() + QLatin1Char('|') + query.value(1).toString() + QLatin1Char('|')
+                    + query.value(2).toString());
+    return list;
 }
 
 void TestDemoData::initTestCase()
@@ -293,6 +307,17 @@ void TestDemoData::sameSeedGivesSameData()
     QVERIFY(checksum(generated(QStringLiteral("other"), 2)) != first);
 }
 
+void TestDemoData::indexesAreKept()
+{
+    const QStringList expected = indexes(createDatabase(QStringLiteral("plain")));
+    QVERIFY(expected.size() > 30);
+    QCOMPARE(indexes(main()), expected);
+    QSqlQuery query(main());
+    QVERIFY(query.exec(QStringLiteral("PRAGMA integrity_check")));
+    QVERIFY(query.next());
+    QCOMPARE(query.value(0).toString(), QStringLiteral("ok"));
+}
+
 void TestDemoData::failureRollsBack()
 {
     QSqlDatabase db = createDatabase(QStringLiteral("broken"));
@@ -311,6 +336,7 @@ void TestDemoData::failureRollsBack()
     QCOMPARE(scalar(QStringLiteral("SELECT COUNT(*) FROM ZipCode"), {}, db).toInt(), 0);
     QVERIFY(scalar(QStringLiteral("SELECT OrganizationName FROM Organization"), {}, db).isNull());
     QVERIFY(!db.rollback());   // no transaction is left open
+    QCOMPARE(indexes(db), indexes(main()));
 }
 
 QTEST_GUILESS_MAIN(TestDemoData)

@@ -71,7 +71,16 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     resize(1100, 760);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    // The child windows outlive this object by a moment: they must not call back into it.
+    disconnect(m_mdiArea, nullptr, this, nullptr);
+    for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
+        if (auto *child = qobject_cast<MdiChild *>(sub->widget())) {
+            child->m_counted = false;
+            child->m_main = nullptr;
+        }
+}
 
 QAction *frmMain::addMenuAction(QMenu *menu, const QString &name, const QString &caption, const QKeySequence &shortcut)
 {

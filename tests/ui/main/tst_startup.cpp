@@ -1,3 +1,4 @@
+#include "MdiChild.h"
 #include "Schema.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
@@ -146,6 +147,25 @@ private Q_SLOTS:
         QCOMPARE(w.databasePath(), path);
         QCOMPARE(TestDatabase::count("States"), 56);
         QVERIFY(prompts.messages().isEmpty());
+    }
+
+    void childWindowsAreCountedAndSurviveTheFrame()
+    {
+        TestDatabase db(false);
+        auto *w = new frmMain;
+        w->startUp(db.path());
+        w->SetToolbarButtons(true, true, std::nullopt, std::nullopt);
+        auto *child = new MdiChild(w);
+        child->setObjectName("frmProbe");
+        w->addChild(child);
+        QCOMPARE(w->openChildCount(), 1);
+        QVERIFY(w->toolbarButton("Delete")->isEnabled());
+        child->close();
+        QTRY_COMPARE(w->openChildCount(), 0);
+        QVERIFY(!w->toolbarButton("Delete")->isEnabled()); // the last window closed resets the toolbar
+        QVERIFY(!w->toolbarButton("Filter")->isEnabled());
+        w->addChild(new MdiChild(w));
+        delete w; // with a child still open
     }
 
     void closingTheWindowSavesTheSettings()
