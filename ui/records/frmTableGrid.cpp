@@ -81,6 +81,12 @@ frmTableGrid::frmTableGrid(frmMain *main, const QString &tableName, const QStrin
             if (c >= kFirstEditColumn)
                 m_captions << heading;
         }
+        // The widest column (the description, or the city) takes the window's spare width.
+        int widest = lastColumn();
+        for (int c = kFirstEditColumn; c <= lastColumn(); ++c)
+            if (m_grid->columnWidth(c) > m_grid->columnWidth(widest))
+                widest = c;
+        m_grid->horizontalHeader()->setSectionResizeMode(widest, QHeaderView::Stretch);
         m_statusBar->clearMessage();
         if (m_tableName == kZipCodeTable)
             basTendmark::PopulateDataCombo(m_cboEditBox, QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
@@ -107,7 +113,6 @@ void frmTableGrid::buildControls(const QString &columnHeaders)
     m_grid->verticalHeader()->setDefaultSectionSize(m_grid->fontMetrics().height() + 8);
     m_grid->horizontalHeader()->setHighlightSections(false);
     m_grid->horizontalHeader()->setDefaultAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
-    m_grid->horizontalHeader()->setStretchLastSection(true);
     m_grid->installEventFilter(this);
     layout->addWidget(m_grid, 1);
 
@@ -279,6 +284,7 @@ void frmTableGrid::grdData_EnterCell(int row, int column)
         m_cboEditBox->setCurrentIndex(m_cboEditBox->findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive));
         box = m_cboEditBox;
     } else {
+        m_txtEditBox->setAlignment(Qt::Alignment(m_model->item(row, column)->textAlignment()) & Qt::AlignHorizontal_Mask);
         m_txtEditBox->setText(text);
         m_txtEditBox->selectAll();
         box = m_txtEditBox;
