@@ -7,6 +7,8 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
+#include "frmOptions.h"
+#include "frmTableGrid.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -660,14 +662,26 @@ void frmMain::mnuDataSortSortDescending_Click()
 
 void frmMain::mnuToolsOptions_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *dialog = new frmOptions(this);
+    dialog->open();
 }
 
-void frmMain::openLookupTable(int)
+void frmMain::openLookupTable(int index)
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase() || index < 0 || index >= int(lookupTables().size()))
+        return;
+    const LookupTable &t = lookupTables()[index];
+    const QString table = QString::fromLatin1(t.table);
+    for (QMdiSubWindow *sub : m_mdiArea->subWindowList()) {
+        if (auto *open = qobject_cast<frmTableGrid *>(sub->widget()); open && open->TableName() == table) {
+            activateChild(open);
+            return;
+        }
+    }
+    addChild(new frmTableGrid(this, table, QString::fromLatin1(t.keyColumn), QString::fromLatin1(t.caption),
+                              QString::fromLatin1(t.columnSpec)));
 }
 
 void frmMain::openReport(const QString &)

@@ -1,0 +1,422 @@
+#include "ScriptedPrompts.h"
+#include "TestDatabase.h"
+#include "frmMain.h"
+#include "frmTableGrid.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTableView>
+#include <QTest>
+
+class tst_tablegrid : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Session
+    {
+        TestDatabase db;
+        ScriptedPrompts prompts;
+        frmMain main;
+        Session()
+        {
+            main.resize(1100, 800);
+            main.show();
+            QVERIFY(main.openDatabaseFile(db.path(), true));
+        }
+        // The frame cannot yet be destroyed with child windows open: take them down first.
+        ~Session() { qDeleteAll(main.mdiArea()->subWindowList()); }
+    };
+
+    struct Editor
+    {
+        frmTableGrid *form = nullptr;
+        QTableView *grid = nullptr;
+        QAbstractItemModel *model = nullptr;
+        QLineEdit *txt = nullptr;
+        QComboBox *cbo = nullptr;
+
+        QString text(int row, int column) const { return model->index(row, column).data().toString(); }
+        int rowOf(const QString &description) const
+        {
+            for (int row = 0; row < model->rowCount(); ++row)
+                if (text(row, 2) == description)
+                    return row;
+            return -1;
+        }
+        int newRow() const { return model->rowCount() - 1; }
+        void enter(int row, int column) const { grid->setCurrentIndex(model->index(row, column)); }
+        // Types into a cell as the user does: the cell's text is selected on entering.
+        void type(int row, int column, const QString &value) const
+        {
+            enter(row, column);
+            QTest::keyClick(txt, Qt::Key_Backspace);
+            QTest::keyClicks(txt, value);
+        }
+        void key(Qt::Key k) const { QTest::keyClick(cbo->isVisible() ? static_cast<QWidget *>(cbo) : txt, k); }
+        void click(const char *name) const { form->findChild<QPushButton *>(QString::fromLatin1(name))->click(); }
+        QString status() const { return form->findChild<QStatusBar *>(QStringLiteral("sbrStatusBar"))->currentMessage(); }
+    };
+
+    static Editor open(frmMain &main, const char *menuName)
+    {
+        main.findChild<QAction *>(QString::fromLatin1(menuName))->trigger();
+        Editor e;
+        e.form = qobject_cast<frmTableGrid *>(main.activeChild());
+        if (!e.form)
+            return e;
+        e.grid = e.form->findChild<QTableView *>(QStringLiteral("grdData"));
+        e.model = e.grid->model();
+        e.txt = e.form->findChild<QLineEdit *>(QStringLiteral("txtEditBox"));
+        e.cbo = e.form->findChild<QComboBox *>(QStringLiteral("cboEditBox"));
+        return e;
+    }
+
+    static qint64 someClient() { return TestDatabase::insert("Client", {{"LastName", "Doe"}, {"FirstName", "Jane"}}); }
+
+private Q_SLOTS:
+    void showsTheTableWithANewRecordRow();
+    void itemsInUseAreNotDeleted_data();
+    void itemsInUseAreNotDeleted();
+    void unusedItemIsDeletedAfterConfirmation();
+    void zipCodeIsAlwaysDeletable();
+    void halfFilledNewRowWritesNothing();
+    void tabAndEscapeInTheEditBox();
+    void editedCellsAreValidated();
+    void changesAndNewRowSaveTogether();
+    void aFailedWriteLeavesTheTableAsItWas();
+    void zipCodeStateIsChosenFromTheList();
+    void closingWithPendingEditsAsks();
+};
+
+void tst_tablegrid::showsTheTableWithANewRecordRow()
+{
+    Session s;
+    Editor e = open(s.main, "mnuToolsTablesEducationLevel");
+    QVERIFY(e.form);
+    QAbstractItemModelTester tester(e.model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(e.form->windowTitle(), QStringLiteral("Education Level"));
+    QCOMPARE(e.model->columnCount(), 3);
+    QCOMPARE(e.model->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Education Level"));
+    QCOMPARE(e.model->rowCount(), TestDatabase::count("EducationLevel") + 1);
+    QCOMPARE(e.text(e.newRow(), 0), QStringLiteral("*"));
+    QCOMPARE(e.text(e.newRow(), 1), QString());
+    QCOMPARE(e.text(0, 0), QString());
+    QCOMPARE(e.text(0, 1), TestDatabase::scalar("SELECT MIN(EducationLevelID) FROM EducationLevel").toString());
+
+    // The key column is not edited; the description is, in place.
+    e.enter(0, 1);
+    QVERIFY(!e.txt->isVisible());
+    QVERIFY(e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"))->isEnabled());
+    e.enter(0, 2);
+    QVERIFY(e.txt->isVisible());
+    QCOMPARE(e.txt->text(), e.text(0, 2));
+    QCOMPARE(e.txt->geometry(), e.grid->visualRect(e.model->index(0, 2)));
+    e.enter(e.newRow(), 2);
+    QVERIFY(!e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"))->isEnabled());
+
+    // A second Education Level command brings the same window forward.
+    open(s.main, "mnuToolsTablesHousing");
+    Editor again = open(s.main, "mnuToolsTablesEducationLevel");
+    QCOMPARE(again.form, e.form);
+    int editors = 0;
+    for (QMdiSubWindow *sub : s.main.mdiArea()->subWindowList())
+        editors += qobject_cast<frmTableGrid *>(sub->widget()) ? 1 : 0;
+    QCOMPARE(editors, 2);
+}
+
+void tst_tablegrid::itemsInUseAreNotDeleted_data()
+{
+    QTest::addColumn<QString>("menu");
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QString>("keyColumn");
+    QTest::addColumn<QString>("referringTable");
+    QTest::addColumn<QString>("referringColumn");
+    auto row = [](const char *name, const char *menu, const char *table, const char *key, const char *refTable, const char *refColumn) {
+        QTest::newRow(name) << QString::fromLatin1(menu) << QString::fromLatin1(table) << QString::fromLatin1(key)
+                            << QString::fromLatin1(refTable) << QString::fromLatin1(refColumn);
+    };
+    row("food service type used by a food service", "mnuToolsTablesFoodServiceTypes", "FoodServiceTypes", "FoodServiceTypeID",
+        "FoodService", "FoodServiceTypeID");
+    row("education level used only by a family member", "mnuToolsTablesEducationLevel", "EducationLevel", "EducationLevelID",
+        "Family", "EducationLevelID");
+    row("expense category used by an expense", "mnuToolsTablesExpenseCategories", "ExpenseCategories", "ExpenseCategoryID",
+        "Expenses", "ExpenseCategoryID");
+}
+
+void tst_tablegrid::itemsInUseAreNotDeleted()
+{
+    QFETCH(QString, menu);
+    QFETCH(QString, table);
+    QFETCH(QString, keyColumn);
+    QFETCH(QString, referringTable);
+    QFETCH(QString, referringColumn);
+    Session s;
+    const qint64 key = TestDatabase::scalar(QStringLiteral("SELECT MAX(%1) FROM %2").arg(keyColumn, table)).toLongLong();
+    TestDatabase::insert(referringTable, {{"ClientID", someClient()}, {referringColumn, key}});
+    const int before = TestDatabase::count(table);
+
+    Editor e = open(s.main, qPrintable(menu));
+    const int row = e.newRow() - 1;
+    QCOMPARE(e.text(row, 1).toLongLong(), key);
+    e.enter(row, 1);
+    s.prompts.answer(Prompt::Yes);   // would confirm, were it asked
+    e.click("cmdDelete");
+    QCOMPARE(s.prompts.messages().size(), 1);
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Delete Record"));
+    QCOMPARE(s.prompts.last().text, QStringLiteral("This item is currently in use in the database.\r\n"
+                                                   "You must change all references to this item before it can be deleted."));
+    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Exclamation);
+    QCOMPARE(s.prompts.last().buttons, Prompt::Ok);
+    QCOMPARE(TestDatabase::count(table), before);
+    QCOMPARE(e.text(row, 1).toLongLong(), key);
+}
+
+void tst_tablegrid::unusedItemIsDeletedAfterConfirmation()
+{
+    Session s;
+    const qint64 key = TestDatabase::insert("FoodServiceTypes", {{"FoodServiceTypeDescription", "Holiday Box"}});
+    Editor e = open(s.main, "mnuToolsTablesFoodServiceTypes");
+    const int rows = e.model->rowCount();
+    const int row = e.rowOf(QStringLiteral("Holiday Box"));
+    QVERIFY(row >= 0);
+
+    e.enter(row, 2);
+    s.prompts.answer(Prompt::No);
+    e.click("cmdDelete");
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Are you sure you want to delete 'Holiday Box'?"));
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Delete Record"));
+    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Question);
+    QCOMPARE(s.prompts.last().buttons, Prompt::Yes | Prompt::No);
+    QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeID = ?", {key}), 1);
+
+    e.enter(row, 1);
+    s.prompts.answer(Prompt::Yes);
+    e.click("cmdDelete");
+    QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeID = ?", {key}), 0);
+    QCOMPARE(e.status(), QStringLiteral("Record number %1 deleted.").arg(key));
+    QCOMPARE(e.model->rowCount(), rows - 1);
+    QCOMPARE(e.rowOf(QStringLiteral("Holiday Box")), -1);
+    QCOMPARE(e.text(e.newRow(), 0), QStringLiteral("*"));
+}
+
+void tst_tablegrid::zipCodeIsAlwaysDeletable()
+{
+    Session s;
+    const qint64 key = TestDatabase::insert("ZipCode", {{"ZipCode", "99901"}, {"City", "Ketchikan"}, {"State", "AK"}});
+    TestDatabase::insert("Client", {{"LastName", "Doe"}, {"ZipCode", "99901"}, {"City", "Ketchikan"}, {"State", "AK"}});
+    Editor e = open(s.main, "mnuToolsTablesZipCodes");
+    QCOMPARE(e.model->columnCount(), 5);
+    const int row = e.rowOf(QStringLiteral("99901"));
+    QVERIFY(row >= 0);
+    QCOMPARE(e.text(row, 3), QStringLiteral("Ketchikan"));
+    QCOMPARE(e.text(row, 4), QStringLiteral("AK"));
+    e.enter(row, 1);
+    s.prompts.answer(Prompt::Yes);
+    e.click("cmdDelete");
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Are you sure you want to delete '99901'?"));
+    QCOMPARE(TestDatabase::count("ZipCode", "ZipCodeID = ?", {key}), 0);
+    QCOMPARE(e.status(), QStringLiteral("Record number %1 deleted.").arg(key));
+}
+
+void tst_tablegrid::halfFilledNewRowWritesNothing()
+{
+    Session s;
+    const qint64 key = TestDatabase::insert("ZipCode", {{"ZipCode", "78701"}, {"City", "Austin"}, {"State", "TX"}});
+    const int before = TestDatabase::count("ZipCode");
+    Editor e = open(s.main, "mnuToolsTablesZipCodes");
+    const int row = e.rowOf(QStringLiteral("78701"));
+    e.type(row, 3, QStringLiteral("Austin City"));
+    e.key(Qt::Key_Return);
+    e.type(e.newRow(), 2, QStringLiteral("78702"));
+    e.key(Qt::Key_Tab);
+    QTest::keyClicks(e.txt, QStringLiteral("Austin"));
+    QVERIFY(e.form->findChild<QPushButton *>(QStringLiteral("cmdSave"))->isEnabled());
+    e.click("cmdSave");
+
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Required Fields Missing"));
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Fields cannot be empty on new record."));
+    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Exclamation);
+    QCOMPARE(TestDatabase::count("ZipCode"), before);
+    QCOMPARE(TestDatabase::scalar("SELECT City FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("Austin"));
+    // The typing is still there to finish.
+    QCOMPARE(e.text(row, 3), QStringLiteral("Austin City"));
+    QCOMPARE(e.text(e.newRow(), 2), QStringLiteral("78702"));
+    QVERIFY(e.form->DataChanged());
+}
+
+void tst_tablegrid::tabAndEscapeInTheEditBox()
+{
+    Session s;
+    Editor e = open(s.main, "mnuToolsTablesZipCodes");
+    e.type(e.newRow(), 2, QStringLiteral("10001"));
+    e.key(Qt::Key_Tab);
+    QCOMPARE(e.grid->currentIndex().column(), 3);
+    QVERIFY(e.txt->isVisible());
+    QCOMPARE(e.txt->geometry(), e.grid->visualRect(e.model->index(e.newRow(), 3)));
+
+    // Tab in the last column stays there.
+    Editor edu = open(s.main, "mnuToolsTablesEducationLevel");
+    const QString old = edu.text(0, 2);
+    edu.type(0, 2, QStringLiteral("Changed"));
+    QCOMPARE(edu.text(0, 2), QStringLiteral("Changed"));
+    QVERIFY(edu.form->DataChanged());
+    edu.key(Qt::Key_Tab);
+    QCOMPARE(edu.grid->currentIndex(), edu.model->index(0, 2));
+    QVERIFY(edu.txt->isVisible());
+    QVERIFY(s.prompts.messages().isEmpty());
+
+    // Escape puts back the text the cell had when it was entered.
+    edu.type(1, 2, QStringLiteral("Oops"));
+    const QString second = TestDatabase::scalar("SELECT EducationLevelDescription FROM EducationLevel ORDER BY EducationLevelID LIMIT 1 OFFSET 1").toString();
+    edu.key(Qt::Key_Escape);
+    QCOMPARE(edu.text(1, 2), second);
+    QVERIFY(!edu.txt->isVisible());
+    QVERIFY(edu.form->isVisible());   // Escape in the box does not close the window
+    QCOMPARE(edu.text(0, 2), QStringLiteral("Changed"));
+    QVERIFY(old != QStringLiteral("Changed"));
+}
+
+void tst_tablegrid::editedCellsAreValidated()
+{
+    Session s;
+    Editor e = open(s.main, "mnuToolsTablesHousing");
+    e.type(0, 2, QString());
+    e.key(Qt::Key_Tab);
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Required Field"));
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Field cannot be empty."));
+    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Exclamation);
+    QVERIFY(e.txt->isVisible());
+
+    QTest::keyClicks(e.txt, QString(51, QLatin1Char('h')));
+    e.key(Qt::Key_Return);
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Data Entry Error"));
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Housing cannot exceed 50 characters."));
+    QVERIFY(e.txt->isVisible());
+
+    // Moving to another row with the refused value stays on it.
+    e.enter(1, 2);
+    QCOMPARE(e.grid->currentIndex(), e.model->index(0, 2));
+    const int messages = s.prompts.messages().size();
+    e.click("cmdSave");
+    QCOMPARE(s.prompts.messages().size(), messages + 1);
+    QCOMPARE(TestDatabase::count("Housing", "length(HousingDescription) > 50"), 0);
+}
+
+void tst_tablegrid::changesAndNewRowSaveTogether()
+{
+    Session s;
+    const int before = TestDatabase::count("Relationships");
+    const qint64 first = TestDatabase::scalar("SELECT MIN(RelationshipID) FROM Relationships").toLongLong();
+    Editor e = open(s.main, "mnuToolsTablesRelationships");
+    e.type(0, 2, QStringLiteral("O'Brien's Kin"));
+    e.key(Qt::Key_Return);
+    e.type(e.newRow(), 2, QStringLiteral("Mother's Partner"));
+    e.click("cmdSave");
+
+    QVERIFY2(s.prompts.messages().isEmpty(), qPrintable(s.prompts.last().text));
+    QCOMPARE(e.status(), QStringLiteral("Records updated."));
+    QCOMPARE(TestDatabase::count("Relationships"), before + 1);
+    QCOMPARE(TestDatabase::scalar("SELECT RelationshipDescription FROM Relationships WHERE RelationshipID = ?", {first}).toString(),
+             QStringLiteral("O'Brien's Kin"));
+    const qint64 added = TestDatabase::scalar("SELECT RelationshipID FROM Relationships WHERE RelationshipDescription = ?",
+                                              {QStringLiteral("Mother's Partner")}).toLongLong();
+    QVERIFY(added > 0);
+    // The grid is read again: the new row has its key and a fresh new-record row follows.
+    QCOMPARE(e.model->rowCount(), before + 2);
+    QCOMPARE(e.text(e.newRow() - 1, 1).toLongLong(), added);
+    QCOMPARE(e.text(e.newRow(), 2), QString());
+    QVERIFY(!e.form->DataChanged());
+    QVERIFY(!e.form->findChild<QPushButton *>(QStringLiteral("cmdSave"))->isEnabled());
+}
+
+void tst_tablegrid::aFailedWriteLeavesTheTableAsItWas()
+{
+    Session s;
+    const QString firstBefore = TestDatabase::scalar("SELECT IncomeSourceDescription FROM IncomeSources ORDER BY IncomeSourceID LIMIT 1").toString();
+    const int before = TestDatabase::count("IncomeSources");
+    TestDatabase::scalar("CREATE TEMP TRIGGER refuseIncome BEFORE INSERT ON IncomeSources BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    Editor e = open(s.main, "mnuToolsTablesIncomeSources");
+    e.type(0, 2, QStringLiteral("Changed First"));
+    e.key(Qt::Key_Return);
+    e.type(e.newRow(), 2, QStringLiteral("Lottery"));
+    e.key(Qt::Key_Return);
+    e.click("cmdSave");
+
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Application Error"));
+    QCOMPARE(TestDatabase::count("IncomeSources"), before);
+    QCOMPARE(TestDatabase::scalar("SELECT IncomeSourceDescription FROM IncomeSources ORDER BY IncomeSourceID LIMIT 1").toString(),
+             firstBefore);
+    QVERIFY(e.form->DataChanged());
+    QCOMPARE(e.text(0, 2), QStringLiteral("Changed First"));
+
+    // Once the obstacle is gone the same Save goes through.
+    TestDatabase::scalar("DROP TRIGGER refuseIncome");
+    e.click("cmdSave");
+    QCOMPARE(TestDatabase::count("IncomeSources"), before + 1);
+    QCOMPARE(TestDatabase::scalar("SELECT IncomeSourceDescription FROM IncomeSources ORDER BY IncomeSourceID LIMIT 1").toString(),
+             QStringLiteral("Changed First"));
+}
+
+void tst_tablegrid::zipCodeStateIsChosenFromTheList()
+{
+    Session s;
+    const qint64 key = TestDatabase::insert("ZipCode", {{"ZipCode", "73301"}, {"City", "Austin"}, {"State", "OK"}});
+    Editor e = open(s.main, "mnuToolsTablesZipCodes");
+    const int row = e.rowOf(QStringLiteral("73301"));
+    e.enter(row, 4);
+    QVERIFY(e.cbo->isVisible());
+    QVERIFY(!e.txt->isVisible());
+    QCOMPARE(e.cbo->currentText(), QStringLiteral("OK"));
+    QVERIFY(e.cbo->findText(QStringLiteral("TX")) >= 0);
+    e.cbo->setCurrentIndex(e.cbo->findText(QStringLiteral("TX")));
+    QCOMPARE(e.text(row, 4), QStringLiteral("TX"));
+    e.key(Qt::Key_Return);
+    QVERIFY(!e.cbo->isVisible());
+    e.click("cmdSave");
+    QCOMPARE(TestDatabase::scalar("SELECT State FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("TX"));
+
+    // A complete new zip code row, state from the list.
+    e.type(e.newRow(), 2, QStringLiteral("73344"));
+    e.key(Qt::Key_Tab);
+    QTest::keyClicks(e.txt, QStringLiteral("Austin"));
+    e.key(Qt::Key_Tab);
+    QVERIFY(e.cbo->isVisible());
+    e.cbo->setCurrentIndex(e.cbo->findText(QStringLiteral("TX")));
+    e.click("cmdSave");
+    QCOMPARE(TestDatabase::count("ZipCode", "ZipCode = '73344' AND City = 'Austin' AND State = 'TX'"), 1);
+}
+
+void tst_tablegrid::closingWithPendingEditsAsks()
+{
+    Session s;
+    const QString first = TestDatabase::scalar("SELECT MaritalStatusDescription FROM MaritalStatus ORDER BY MaritalStatusID LIMIT 1").toString();
+    Editor e = open(s.main, "mnuToolsTablesMaritalStatus");
+    e.type(0, 2, QStringLiteral("Something Else"));
+    e.key(Qt::Key_Return);
+    s.prompts.answer(Prompt::No);
+    e.click("cmdCancel");
+    QApplication::processEvents();
+    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Question);
+    QCOMPARE(s.prompts.last().buttons, Prompt::Yes | Prompt::No);
+    QVERIFY(e.form->isVisible());
+
+    QPointer<frmTableGrid> form = e.form;
+    s.prompts.answer(Prompt::Yes);
+    e.click("cmdCancel");
+    QTest::qWait(0);
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(form.isNull());
+    QCOMPARE(TestDatabase::scalar("SELECT MaritalStatusDescription FROM MaritalStatus ORDER BY MaritalStatusID LIMIT 1").toString(), first);
+    QCOMPARE(s.main.openChildCount(), 0);
+}
+
+QTEST_MAIN(tst_tablegrid)
+#include "tst_tablegrid.moc"

@@ -1,0 +1,410 @@
+#include "frmOptions.h"
+
+#include "DataBinding.h"
+#include "Prompt.h"
+#include "TmError.h"
+#include "basDatabase.h"
+#include "basErrorHandler.h"
+#include "basTendmark.h"
+#include "frmMain.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QImage>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVBoxLayout>
+
+namespace {
+
+const char *const kOrganizationColumns[] = {"OrganizationName", "OrganizationAddress", "OrganizationCity", "OrganizationState",
+                                            "OrganizationZip", "OrganizationPhone", "OrganizationLogo"};
+
+struct TabOption
+{
+    const char *column;
+    const char *caption;
+};
+// In the order of the option flags.
+const TabOption kTabOptions[] = {
+    {"ShowNotesTab", "Notes"},
+    {"ShowEmployerTab", "Employer"},
+    {"ShowFamilyMembersTab", "Family Members"},
+    {"ShowFoodServiceTab", "Food Service"},
+    {"ShowPaymentHistoryTab", "Payment History"},
+    {"ShowIncomeExpensesTab", "Income/Expenses"},
+    {"ShowHealthMedicalTab", "Health/Medical"},
+    {"ShowFEMATab", "FEMA"},
+    {"ShowFormerAddressTab", "Former Address"},
+};
+
+const QString kInterval = QStringLiteral("FoodVisitIntervalDays");
+
+QString pictureFilter()
+{
+    QStringList patterns;
+    for (const QByteArray &format : QImageReader::supportedImageFormats())
+        patterns << QStringLiteral("*.") + QString::fromLatin1(format).toLower();
+    patterns.removeDuplicates();
+    return QStringLiteral("Pictures (%1);;All Files (*)").arg(patterns.join(QLatin1Char(' ')));
+}
+
+QString caption(const QLineEdit *box) { return box->property("Caption").toString(); }
+
+} // namespace
+
+frmOptions::frmOptions(frmMain *main) : QDialog(main), m_main(main)
+{
+    setObjectName(QStringLiteral("frmOptions"));
+    setWindowTitle(QStringLiteral("Options"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    buildControls();
+    m_loading = true;
+    basErrorHandler::Guard(QStringLiteral("frmOptions.Form_Load"), [&] {
+        basTendmark::PopulateDataCombo(m_cboState, QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
+        PopulateOrganizationControls();
+        PopulateOptionsControls();
+    });
+    m_loading = false;
+    setDataChanged(false);
+    connect(qApp, &QApplication::focusChanged, this, &frmOptions::focusChanged);
+}
+
+// The focus watch ends before the dialog part goes, which still moves the focus.
+frmOptions::~frmOptions() { disconnect(qApp, nullptr, this, nullptr); }
+
+void frmOptions::buildControls()
+{
+    auto *layout = new QVBoxLayout(this);
+
+    auto *org = new QGroupBox(QStringLiteral("Organization"), this);
+    auto *grid = new QGridLayout(org);
+    int index = 0;
+    auto addLabel = [&](const QString &text, QWidget *buddy, int row, int column) {
+        auto *label = new QLabel(text, org);
+        label->setObjectName(QStringLiteral("lblLabels"));
+        label->setProperty("Index", index);
+        label->setBuddy(buddy);
+        buddy->setProperty("Index", index++);
+        grid->addWidget(label, row, column);
+    };
+    auto addText = [&](const QString &name, const QString &column, const QString &text, int row, int col, int span) {
+        auto *box = new QLineEdit(org);
+        box->setObjectName(name);
+        box->setProperty("DataField", column);
+        box->setProperty("Tag", QString());
+        box->setProperty("Caption", QString(text).remove(QLatin1Char('&')));
+        addLabel(text, box, row, col);
+        grid->addWidget(box, row, col + 1, 1, span);
+        m_textBoxes << box;
+        connect(box, &QLineEdit::textEdited, this, [this] { setDataChanged(true); });
+        return box;
+    };
+    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationName"), QStringLiteral("Organization &Name"), 0, 0, 5);
+    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationAddress"), QStringLiteral("&Address"), 1, 0, 5);
+    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationCity"), QStringLiteral("&City"), 2, 0, 1);
+
+    m_cboState = new QComboBox(org);
+    m_cboState->setObjectName(QStringLiteral("cboData"));
+    m_cboState->setProperty("DataField", QStringLiteral("OrganizationState"));
+    m_cboState->setProperty("Tag", QString());
+    m_cboState->setMinimumContentsLength(3);
+    addLabel(QStringLiteral("&State"), m_cboState, 2, 2);
+    grid->addWidget(m_cboState, 2, 3);
+    connect(m_cboState, &QComboBox::currentIndexChanged, this, [this] { setDataChanged(true); });
+
+    QLineEdit *zip = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationZip"), QStringLiteral("&Zip Code"), 2, 4, 1);
+    zip->setMaximumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 12);
+    QLineEdit *phone = addText(QStringLiteral("mskData"), QStringLiteral("OrganizationPhone"), QStringLiteral("&Phone"), 3, 0, 1);
+    phone->setInputMask(QStringLiteral("(999) 999-9999"));
+    grid->setColumnStretch(1, 1);
+    layout->addWidget(org);
+
+    auto *logo = new QGroupBox(QStringLiteral("Logo printed on reports"), this);
+    auto *logoLayout = new QHBoxLayout(logo);
+    m_picLogo = new QLabel(logo);
+    m_picLogo->setObjectName(QStringLiteral("picLogo"));
+    m_picLogo->setFixedSize(160, 90);
+    m_picLogo->setAlignment(Qt::AlignCenter);
+    m_picLogo->setFrameShape(QFrame::StyledPanel);
+    logoLayout->addWidget(m_picLogo);
+    auto *logoRight = new QVBoxLayout;
+    m_txtLogo = new QLineEdit(logo);
+    m_txtLogo->setObjectName(QStringLiteral("txtLogo"));
+    m_txtLogo->setProperty("DataField", QStringLiteral("OrganizationLogo"));
+    m_txtLogo->setProperty("Tag", QString());
+    m_txtLogo->setReadOnly(true);
+    m_txtLogo->setPlaceholderText(QStringLiteral("No logo"));
+    logoRight->addWidget(m_txtLogo);
+    auto *logoButtons = new QHBoxLayout;
+    auto *browse = new QPushButton(QStringLiteral("&Browse..."), logo);
+    browse->setObjectName(QStringLiteral("cmdBrowse"));
+    auto *remove = new QPushButton(QStringLiteral("&Remove"), logo);
+    remove->setObjectName(QStringLiteral("cmdRemoveLogo"));
+    logoButtons->addWidget(browse);
+    logoButtons->addWidget(remove);
+    logoButtons->addStretch();
+    logoRight->addLayout(logoButtons);
+    logoRight->addStretch();
+    logoLayout->addLayout(logoRight, 1);
+    layout->addWidget(logo);
+    connect(browse, &QPushButton::clicked, this, &frmOptions::cmdBrowse_Click);
+    connect(remove, &QPushButton::clicked, this, [this] {
+        showLogo({});
+        setDataChanged(true);
+    });
+
+    auto *tabs = new QGroupBox(QStringLiteral("Tabs shown on the client details window"), this);
+    auto *tabGrid = new QGridLayout(tabs);
+    int i = 0;
+    for (const TabOption &option : kTabOptions) {
+        auto *check = new QCheckBox(QString::fromLatin1(option.caption), tabs);
+        check->setObjectName(QStringLiteral("chkData"));
+        check->setProperty("DataField", QString::fromLatin1(option.column));
+        check->setProperty("Tag", QString());
+        tabGrid->addWidget(check, i / 3, i % 3);
+        m_tabChecks << check;
+        connect(check, &QCheckBox::toggled, this, [this] { setDataChanged(true); });
+        ++i;
+    }
+    layout->addWidget(tabs);
+
+    auto *food = new QGroupBox(QStringLiteral("Food service"), this);
+    auto *foodLayout = new QGridLayout(food);
+    m_spnInterval = new QSpinBox(food);
+    m_spnInterval->setObjectName(QStringLiteral("spnData"));
+    m_spnInterval->setProperty("DataField", kInterval);
+    m_spnInterval->setProperty("Tag", QString());
+    m_spnInterval->setRange(0, 365);
+    m_spnInterval->setSpecialValueText(QStringLiteral("0 (no warning)"));
+    auto *intervalLabel = new QLabel(QStringLiteral("Food &visit interval (days)"), food);
+    intervalLabel->setBuddy(m_spnInterval);
+    auto *hint = new QLabel(QStringLiteral("Warn when a client comes back for food sooner than this. 0 = no warning."), food);
+    hint->setWordWrap(true);
+    hint->setEnabled(false);
+    foodLayout->addWidget(intervalLabel, 0, 0);
+    foodLayout->addWidget(m_spnInterval, 0, 1);
+    foodLayout->setColumnStretch(2, 1);
+    foodLayout->addWidget(hint, 1, 0, 1, 3);
+    layout->addWidget(food);
+    connect(m_spnInterval, &QSpinBox::valueChanged, this, [this] { setDataChanged(true); });
+
+    layout->addStretch();
+    auto *buttons = new QDialogButtonBox(this);
+    auto *ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    ok->setObjectName(QStringLiteral("cmdOk"));
+    ok->setDefault(true);
+    m_cmdCancel = buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
+    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    m_cmdApply = buttons->addButton(QStringLiteral("&Apply"), QDialogButtonBox::ApplyRole);
+    m_cmdApply->setObjectName(QStringLiteral("cmdApply"));
+    // Clicking a button does not move the focus, so a refused entry is reported once, by the save.
+    for (QPushButton *b : {ok, m_cmdCancel, m_cmdApply})
+        b->setFocusPolicy(Qt::TabFocus);
+    layout->addWidget(buttons);
+    connect(ok, &QPushButton::clicked, this, &frmOptions::cmdOk_Click);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_cmdApply, &QPushButton::clicked, this, &frmOptions::cmdApply_Click);
+}
+
+void frmOptions::PopulateOrganizationControls()
+{
+    basErrorHandler::Guard(QStringLiteral("frmOptions.PopulateOrganizationControls"), [&] {
+        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM Organization LIMIT 1"));
+        const bool found = q.next();
+        auto value = [&](const QString &column) { return found ? q.value(column).toString() : QString(); };
+        for (QLineEdit *box : m_textBoxes) {
+            const QString text = value(basTendmark::DataField(box));
+            box->setText(box->inputMask().isEmpty() ? text : basTendmark::FormatPhone(text));
+        }
+        const FieldInfo state = basDatabase::Field(QStringLiteral("Organization"), QStringLiteral("OrganizationState"));
+        m_cboState->setCurrentIndex(basTendmark::GetComboItemIndex(m_cboState, state, value(QStringLiteral("OrganizationState"))));
+        showLogo(value(QStringLiteral("OrganizationLogo")));
+    });
+}
+
+void frmOptions::PopulateOptionsControls()
+{
+    basErrorHandler::Guard(QStringLiteral("frmOptions.PopulateOptionsControls"), [&] {
+        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM Options LIMIT 1"));
+        const bool found = q.next();
+        for (QCheckBox *check : m_tabChecks) {
+            const QVariant v = found ? q.value(basTendmark::DataField(check)) : QVariant();
+            check->setChecked(v.isNull() || v.toInt() != 0);
+        }
+        m_spnInterval->setValue(found ? q.value(kInterval).toInt() : 0);
+    });
+}
+
+void frmOptions::showLogo(const QString &path)
+{
+    m_txtLogo->setText(path);
+    m_txtLogo->setToolTip(QDir::toNativeSeparators(path));
+    m_picLogo->clear();
+    if (path.isEmpty()) {
+        m_picLogo->setText(QStringLiteral("No logo"));
+        return;
+    }
+    const QImage image(path);
+    if (image.isNull()) {
+        m_picLogo->setText(QFileInfo::exists(path) ? QStringLiteral("Cannot show\nthis picture") : QStringLiteral("Picture\nnot found"));
+        return;
+    }
+    m_picLogo->setPixmap(QPixmap::fromImage(image.scaled(m_picLogo->size() - QSize(4, 4), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+}
+
+void frmOptions::setDataChanged(bool changed)
+{
+    if (m_loading)
+        return;
+    m_dataChanged = changed;
+    m_cmdApply->setEnabled(changed);
+}
+
+bool frmOptions::txtData_Validate(QLineEdit *box)
+{
+    bool valid = true;
+    basErrorHandler::Guard(QStringLiteral("frmOptions.txtData_Validate"), [&] {
+        const QString column = basTendmark::DataField(box);
+        const FieldInfo field = basDatabase::Field(QStringLiteral("Organization"), column);
+        const QString value = basTendmark::GetControlValue(box, field);
+        QString message;
+        if (!basDatabase::FieldIsValid(field, value, message))
+            valid = false;
+        else if (!box->inputMask().isEmpty() && !value.isEmpty() && value.size() != 7 && value.size() != 10) {
+            message = QStringLiteral(" must have 7 or 10 digits.");
+            valid = false;
+        }
+        if (!valid)
+            Prompt::message(QStringLiteral("Data Entry Error"), caption(box) + message, Prompt::Icon::Exclamation, Prompt::Ok);
+    });
+    return valid;
+}
+
+void frmOptions::focusChanged(QWidget *old, QWidget *now)
+{
+    auto *box = qobject_cast<QLineEdit *>(old);
+    if (m_validating || !box || !m_textBoxes.contains(box) || !now || now == m_cmdCancel || !isAncestorOf(now))
+        return;
+    m_validating = true;
+    if (!txtData_Validate(box))
+        box->setFocus();
+    m_validating = false;
+}
+
+bool frmOptions::Update()
+{
+    m_validating = true;
+    for (QLineEdit *box : m_textBoxes) {
+        if (!txtData_Validate(box)) {
+            box->setFocus();
+            m_validating = false;
+            return false;
+        }
+    }
+    m_validating = false;
+    if (m_txtLogo->text().size() > basDatabase::Field(QStringLiteral("Organization"), QStringLiteral("OrganizationLogo")).size) {
+        Prompt::message(QStringLiteral("Data Entry Error"), QStringLiteral("The logo's file path is too long. Move the picture to a shorter path."),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        return false;
+    }
+
+    QSqlDatabase db = basDatabase::Connection();
+    const bool saved = basErrorHandler::Guard(QStringLiteral("frmOptions.Update"), [&] {
+        if (!db.transaction())
+            throw TmError(-1, QStringLiteral("Could not start a transaction."));
+        try {
+            // Organization: one row, added when the database has none.
+            QVariantList values;
+            QStringList assignments;
+            for (const char *name : kOrganizationColumns) {
+                const QString column = QString::fromLatin1(name);
+                const FieldInfo field = basDatabase::Field(QStringLiteral("Organization"), column);
+                QWidget *control = column == QLatin1String("OrganizationState") ? static_cast<QWidget *>(m_cboState)
+                                 : column == QLatin1String("OrganizationLogo")  ? static_cast<QWidget *>(m_txtLogo)
+                                                                                : nullptr;
+                for (QLineEdit *box : m_textBoxes)
+                    if (basTendmark::DataField(box) == column)
+                        control = box;
+                const QString text = control == m_txtLogo ? m_txtLogo->text() : basTendmark::GetControlValue(control, field);
+                values << basDatabase::StorageValue(field, text);
+                assignments << column + QStringLiteral(" = ?");
+            }
+            if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Organization")).toInt() == 0)
+                basDatabase::Execute(QStringLiteral("INSERT INTO Organization DEFAULT VALUES"));
+            basDatabase::Execute(QStringLiteral("UPDATE Organization SET %1 WHERE rowid = (SELECT rowid FROM Organization LIMIT 1)")
+                                     .arg(assignments.join(QStringLiteral(", "))),
+                                 values);
+
+            // Options: the nine tab flags and the visit interval.
+            values.clear();
+            assignments.clear();
+            for (QCheckBox *check : m_tabChecks) {
+                values << (check->isChecked() ? 1 : 0);
+                assignments << basTendmark::DataField(check) + QStringLiteral(" = ?");
+            }
+            values << m_spnInterval->value();
+            assignments << kInterval + QStringLiteral(" = ?");
+            if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Options")).toInt() == 0)
+                basDatabase::Execute(QStringLiteral("INSERT INTO Options DEFAULT VALUES"));
+            basDatabase::Execute(QStringLiteral("UPDATE Options SET %1 WHERE rowid = (SELECT rowid FROM Options LIMIT 1)")
+                                     .arg(assignments.join(QStringLiteral(", "))),
+                                 values);
+            if (!db.commit())
+                throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(db.lastError().text()));
+        } catch (...) {
+            db.rollback();
+            throw;
+        }
+    });
+    if (!saved)
+        return false;
+    setDataChanged(false);
+    m_main->DisplayOrganizationName();
+    m_main->refreshOptionFlags();
+    return true;
+}
+
+void frmOptions::cmdOk_Click()
+{
+    bool saved = true;
+    basErrorHandler::Guard(QStringLiteral("frmOptions.cmdOk_Click"), [&] { saved = !m_dataChanged || Update(); });
+    if (saved)
+        accept();
+}
+
+void frmOptions::cmdApply_Click()
+{
+    basErrorHandler::Guard(QStringLiteral("frmOptions.cmdApply_Click"), [&] { Update(); });
+}
+
+void frmOptions::cmdBrowse_Click()
+{
+    basErrorHandler::Guard(QStringLiteral("frmOptions.cmdBrowse_Click"), [&] {
+        const QString current = m_txtLogo->text();
+        const QString path = Prompt::openFileName(QStringLiteral("Select Organization Logo"), pictureFilter(),
+                                                  current.isEmpty() ? QString() : QFileInfo(current).absolutePath());
+        if (path.isEmpty())
+            return;
+        if (QImage(path).isNull()) {
+            Prompt::message(QStringLiteral("Select Organization Logo"),
+                            QStringLiteral("The file '%1' is not a picture TendMark can show.").arg(QDir::toNativeSeparators(path)),
+                            Prompt::Icon::Exclamation, Prompt::Ok);
+            return;
+        }
+        showLogo(path);
+        setDataChanged(true);
+    });
+}
