@@ -10,6 +10,7 @@
 #include <QDateEdit>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -37,6 +38,16 @@ struct EditorDesk
                                          {QStringLiteral("MiddleInitial"), QStringLiteral("K")},
                                          {QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
                                          {QStringLiteral("DriversLicenseNumber"), QStringLiteral("D1234")}});
+    }
+
+    // The main window must not outlive its children's signals: close them first, dropping changes.
+    ~EditorDesk()
+    {
+        for (QMdiSubWindow *sub : main.mdiArea()->subWindowList())
+            if (auto *editor = qobject_cast<RecordEditor *>(sub->widget()))
+                editor->setDataChanged(false);
+        main.mdiArea()->closeAllSubWindows();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
     template<typename T>

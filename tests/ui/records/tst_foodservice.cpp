@@ -1,5 +1,6 @@
 #include "EditorTesting.h"
 #include "MdiChild.h"
+#include "basDatabase.h"
 #include "frmFoodService.h"
 
 #include <QKeyEvent>
