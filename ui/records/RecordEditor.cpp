@@ -141,7 +141,12 @@ QWidget *RecordEditor::addField(QWidget *control, const char *objectName, const 
     const bool tall = qobject_cast<QPlainTextEdit *>(control) != nullptr;
     lbl->setAlignment(Qt::AlignRight | (tall ? Qt::AlignTop : Qt::AlignVCenter));
     m_fieldGrid->addWidget(lbl, row, column * 2);
-    m_fieldGrid->addWidget(control, row, column * 2 + 1, 1, columnSpan * 2 - 1);
+    if (isList(control) && control->maximumWidth() == QWIDGETSIZE_MAX) {
+        control->setMinimumWidth(220);
+        control->setMaximumWidth(360);
+    }
+    const Qt::Alignment align = control->maximumWidth() < QWIDGETSIZE_MAX ? Qt::AlignLeft : Qt::Alignment();
+    m_fieldGrid->addWidget(control, row, column * 2 + 1, 1, columnSpan * 2 - 1, align);
     m_labels.insert(index, lbl);
     m_controls << control;
     if (auto *text = qobject_cast<QPlainTextEdit *>(control))

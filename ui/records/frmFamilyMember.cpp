@@ -58,8 +58,10 @@ void frmFamilyMember::buildFields()
     addField(text(), "txtData", QStringLiteral("EmployerCity"), opt, 14, QStringLiteral("City"), 4, 1);
     auto *state = new QComboBox;
     state->setMaximumWidth(80);
+    state->setMinimumWidth(70);
     addField(state, "cboData", QStringLiteral("EmployerState"), opt, 15, QStringLiteral("State"), 5, 1);
     zip->setMaximumWidth(120);
+    zip->setMinimumWidth(100);
     addField(zip, "cboData", QStringLiteral("EmployerZip"), opt, 16, QStringLiteral("Zip Code"), 6, 1);
     addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationYears"), opt, 17,
              QStringLiteral("How long with this employer?"), 7, 1);

@@ -73,10 +73,12 @@ void frmVolunteer::buildFields()
     };
     auto *state = new QComboBox;
     state->setMaximumWidth(80);
+    state->setMinimumWidth(70);
     auto *zip = new QComboBox;
     zip->setEditable(true);
     zip->setInsertPolicy(QComboBox::NoInsert);
     zip->setMaximumWidth(120);
+    zip->setMinimumWidth(100);
     QLineEdit *party = maskedBox(QStringLiteral("999"));
     party->setMaximumWidth(50);
 
