@@ -6,6 +6,7 @@
 #include <QList>
 #include <QMap>
 #include <QString>
+#include <functional>
 
 class QGridLayout;
 class QLabel;
