@@ -7,8 +7,13 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
+#include "frmFamilyMember.h"
+#include "frmFoodService.h"
+#include "frmIncomeExpense.h"
 #include "frmOptions.h"
+#include "frmPaymentHistory.h"
 #include "frmTableGrid.h"
+#include "frmVolunteer.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -541,11 +546,77 @@ void frmMain::markClientWindowsForRefresh()
             child->setRefreshPending(true);
 }
 
-void frmMain::openRecordEditor(Editor, const QString &, const QString &) { notAvailableYet(); }
+void frmMain::openRecordEditor(Editor editor, const QString &clientId, const QString &recordId)
+{
+    if (!requireDatabase())
+        return;
+    const QString table = editor == Editor::Income ? QStringLiteral("Income") : QStringLiteral("Expenses");
+    // One editor per client and table: an open one moves to the record instead.
+    for (QMdiSubWindow *sub : m_mdiArea->subWindowList()) {
+        auto *open = qobject_cast<RecordEditor *>(sub->widget());
+        if (!open || open->ClientID() != clientId)
+            continue;
+        const bool same = (editor == Editor::FamilyMember && qobject_cast<frmFamilyMember *>(open))
+                          || (editor == Editor::FoodService && qobject_cast<frmFoodService *>(open))
+                          || (editor == Editor::Payment && qobject_cast<frmPaymentHistory *>(open))
+                          || (qobject_cast<frmIncomeExpense *>(open)
+                              && (editor == Editor::Income || editor == Editor::Expenses)
+                              && static_cast<frmIncomeExpense *>(open)->TableName() == table);
+        if (same) {
+            activateChild(open);
+            open->setRecordId(recordId);
+            return;
+        }
+    }
+    RecordEditor *window = nullptr;
+    switch (editor) {
+    case Editor::FamilyMember:
+        window = new frmFamilyMember(this);
+        break;
+    case Editor::FoodService:
+        window = new frmFoodService(this);
+        break;
+    case Editor::Payment:
+        window = new frmPaymentHistory(this);
+        break;
+    case Editor::Income:
+    case Editor::Expenses: {
+        auto *items = new frmIncomeExpense(this);
+        items->setTableName(table);
+        window = items;
+        break;
+    }
+    }
+    window->setClientID(clientId);
+    window->setRecordId(recordId);
+    if (!window->load()) {
+        delete window;
+        return;
+    }
+    QMdiSubWindow *sub = addChild(window);
+    const QSize area = m_mdiArea->viewport()->size();
+    sub->move(qMax(0, (area.width() - sub->width()) / 2), qMax(0, (area.height() - sub->height()) / 2));
+    activateChild(window);
+}
 
 void frmMain::showClient(const QString &) { notAvailableYet(); }
 
-void frmMain::showVolunteer(const QString &) { notAvailableYet(); }
+void frmMain::showVolunteer(const QString &volunteerId)
+{
+    if (auto *volunteers = findChildWindow<frmVolunteer>()) {
+        activateChild(volunteers);
+        volunteers->setVolunteerID(volunteerId);
+        return;
+    }
+    auto *volunteers = new frmVolunteer(this);
+    volunteers->setVolunteerID(volunteerId);
+    if (!volunteers->load()) {
+        delete volunteers;
+        return;
+    }
+    addChild(volunteers);
+    activateChild(volunteers);
+}
 
 void frmMain::notAvailableYet()
 {
@@ -622,8 +693,12 @@ void frmMain::mnuDataClientTable_Click()
 
 void frmMain::mnuDataVolunteers_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    if (auto *volunteers = findChildWindow<frmVolunteer>())
+        activateChild(volunteers);
+    else
+        showVolunteer({});
 }
 
 void frmMain::mnuDataExportClients_Click()

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "MdiChild.h"
+#include "Recordset.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <functional>
+
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+// The shape shared by every record editor: one table's rows, one at a time,
+// with a navigation strip. Edits are buffered in the result set and written
+// when the user leaves the record, saves or closes the window.
+class RecordEditor : public MdiChild
+{
+    Q_OBJECT
+
+public:
+    explicit RecordEditor(frmMain *main, QWidget *parent = nullptr);
+
+    QString ClientID() const { return m_clientId; }
+    void setClientID(const QString &id) { m_clientId = id; }
+    // The key of the current record; empty while adding.
+    QString recordId() const { return m_recordId; }
+    // Before load: the record to open on. Once open: moves to that record.
+    void setRecordId(const QString &id);
+
+    bool DataChanged() const override { return m_dataChanged; }
+    void setDataChanged(bool changed);
+    bool SaveCurrentRecord() override;
+    void DeleteCurrentRecord() override;
+    QString currentKey() const override { return m_recordId; }
+    void activated() override;
+
+    // Builds the window and opens the records; false when the window must not be shown.
+    bool load();
+
+    Recordset &recordset() { return madoPrimaryRS; }
+    QLabel *label(int index) const;
+    QList<QWidget *> boundControls() const { return m_controls; }
+    QWidget *boundControl(const QString &dataField) const;
+
+    void cmdFirst_Click();
+    void cmdPrevious_Click();
+    void cmdNext_Click();
+    void cmdLast_Click();
+    void cmdAdd_Click();
+
+protected:
+    // What each editor supplies.
+    virtual QString procedurePrefix() const = 0;          // "frmFoodService"
+    virtual QString tableName() const = 0;
+    virtual QString keyColumn() const = 0;
+    virtual QString query() const = 0;                    // bound to ClientID when hasClient()
+    virtual bool hasClient() const { return true; }
+    virtual QString dateColumn() const { return {}; }     // set to today on a new record; no future dates
+    virtual void buildFields() = 0;                       // adds the bound controls
+    virtual void populateCombos() {}
+    // Extra checks of one field during a save; false stops the save (the editor has told the user).
+    virtual bool checkField(QWidget *control, const QString &column, const QString &value, const QString &caption);
+    // Last word before a row is committed; false keeps the record dirty and unsaved.
+    virtual bool confirmCommit() { return true; }
+    virtual void afterDisplay() {}
+    virtual void afterSave() {}
+    virtual void controlChanged(QWidget *) {}
+    struct DeleteTexts
+    {
+        QString question, questionTitle, done, doneTitle;
+    };
+    virtual DeleteTexts deleteTexts() const = 0;
+
+    // Adds a bound control with its caption label lblLabels(index) to the field grid.
+    QWidget *addField(QWidget *control, const char *objectName, const QString &dataField, const QString &tag, int index,
+                      const QString &caption, int row, int column = 0, int columnSpan = 1);
+    QGridLayout *fieldGrid() const { return m_fieldGrid; }
+    static QLineEdit *maskedBox(const QString &mask);
+    void markAsAmount(QLineEdit *box);
+
+    QString GetControlValue(QWidget *control) const;
+    void MarkRequiredFields();
+    void DisplayRecordPosition();
+    void AddRecord();
+    bool UpdateFields();
+    bool UpdateRecord();
+    void populateControls();
+    bool isLoading() const { return m_loading; }
+    void setLoading(bool loading) { m_loading = loading; }
+    bool refuse(QWidget *control, const QString &title, const QString &text);
+    bool reopen(const QString &sql, const QVariantList &binds);
+    void takeKeyOfRow() { m_recordId = madoPrimaryRS.key().toString(); }
+
+    bool queryUnload() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    Recordset madoPrimaryRS;
+    QLabel *lblStatus = nullptr;
+    QLineEdit *txtClientName = nullptr;
+    QLineEdit *txtClientSSN = nullptr;
+    QLineEdit *txtClientDLN = nullptr;
+
+private:
+    void buildFrame();
+    void connectChange(QWidget *control);
+    void moveComplete();
+    bool validateOnLeave(QWidget *control);
+    bool amountKeyAccepted(QLineEdit *box, const QString &text) const;
+    void formatAmount(QLineEdit *box);
+    void guard(const char *procedure, const std::function<void()> &body);
+
+    QString m_clientId;
+    QString m_recordId;
+    bool m_dataChanged = false;
+    bool m_loading = false;
+    bool m_validating = false;
+    QList<QWidget *> m_controls;
+    QMap<int, QLabel *> m_labels;
+    QGridLayout *m_fieldGrid = nullptr;
+    QPushButton *cmdFirst = nullptr;
+    QPushButton *cmdPrevious = nullptr;
+    QPushButton *cmdNext = nullptr;
+    QPushButton *cmdLast = nullptr;
+    QPushButton *cmdAdd = nullptr;
+};

@@ -1,0 +1,116 @@
+#include "frmFamilyMember.h"
+
+#include "DataBinding.h"
+#include "basDatabase.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+frmFamilyMember::frmFamilyMember(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+{
+    setObjectName(QStringLiteral("frmFamilyMember"));
+    setWindowTitle(QStringLiteral("Family Member"));
+}
+
+QString frmFamilyMember::query() const { return QStringLiteral("SELECT * FROM Family WHERE ClientID = ? ORDER BY FamilyMemberID"); }
+
+void frmFamilyMember::buildFields()
+{
+    const QString req = QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    const QString opt = QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    auto text = [](int maxWidth = 0) {
+        auto *box = new QLineEdit;
+        if (maxWidth)
+            box->setMaximumWidth(maxWidth);
+        return box;
+    };
+    auto masked = [](const QString &mask, int width) {
+        QLineEdit *box = maskedBox(mask);
+        box->setMaximumWidth(width);
+        return box;
+    };
+    auto zip = new QComboBox;
+    zip->setEditable(true);
+    zip->setInsertPolicy(QComboBox::NoInsert);
+
+    // Left column: the person; right column: the employer.
+    addField(new QComboBox, "cboData", QStringLiteral("RelationshipID"), req, 0, QStringLiteral("Relationship"), 0, 0);
+    addField(text(), "txtData", QStringLiteral("LastName"), req, 1, QStringLiteral("Last Name"), 1, 0);
+    addField(text(), "txtData", QStringLiteral("FirstName"), req, 2, QStringLiteral("First Name"), 2, 0);
+    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 3, QStringLiteral("M.I."), 3, 0);
+    addField(masked(QStringLiteral("999-99-9999"), 110), "mskData", QStringLiteral("SocialSecurityNumber"), opt, 4,
+             QStringLiteral("Social Security No"), 4, 0);
+    addField(text(), "txtData", QStringLiteral("DriversLicenseNumber"), opt, 5, QStringLiteral("Drivers License No"), 5, 0);
+    addField(masked(QStringLiteral("99/99/9999"), 110), "mskData", QStringLiteral("BirthDate"), opt, 6, QStringLiteral("Birth Date"), 6, 0);
+    addField(new QComboBox, "cboData", QStringLiteral("Gender"), opt, 7, QStringLiteral("Gender"), 7, 0);
+    addField(new QComboBox, "cboData", QStringLiteral("EthnicOriginID"), opt, 8, QStringLiteral("Ethnic Origin"), 8, 0);
+    addField(new QComboBox, "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
+    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("MobilePhone"), opt, 10,
+             QStringLiteral("Mobile Phone"), 0, 1);
+    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11,
+             QStringLiteral("Work Phone"), 1, 1);
+    addField(text(), "txtData", QStringLiteral("EmployerName"), opt, 12, QStringLiteral("Employer Name"), 2, 1);
+    addField(text(), "txtData", QStringLiteral("EmployerAddress"), opt, 13, QStringLiteral("Address"), 3, 1);
+    addField(text(), "txtData", QStringLiteral("EmployerCity"), opt, 14, QStringLiteral("City"), 4, 1);
+    auto *state = new QComboBox;
+    state->setMaximumWidth(80);
+    state->setMinimumWidth(70);
+    addField(state, "cboData", QStringLiteral("EmployerState"), opt, 15, QStringLiteral("State"), 5, 1);
+    zip->setMaximumWidth(120);
+    zip->setMinimumWidth(100);
+    addField(zip, "cboData", QStringLiteral("EmployerZip"), opt, 16, QStringLiteral("Zip Code"), 6, 1);
+    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationYears"), opt, 17,
+             QStringLiteral("How long with this employer?"), 7, 1);
+    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18,
+             QStringLiteral("Months"), 8, 1);
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 19, QStringLiteral("Comments"), 10, 0, 2);
+    fieldGrid()->setColumnStretch(1, 1);
+    fieldGrid()->setColumnStretch(3, 1);
+    fieldGrid()->setColumnMinimumWidth(2, 150);
+}
+
+void frmFamilyMember::populateCombos()
+{
+    auto fill = [this](const char *column, const char *table, const char *key, const char *text) {
+        basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QLatin1String(column))), QLatin1String(table),
+                                       QLatin1String(key), QLatin1String(text));
+    };
+    fill("RelationshipID", "Relationships", "RelationshipID", "RelationshipDescription");
+    fill("Gender", "Gender", "GenderID", "GenderCode");
+    fill("EthnicOriginID", "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription");
+    fill("EducationLevelID", "EducationLevel", "EducationLevelID", "EducationLevelDescription");
+    fill("EmployerState", "States", "StateID", "StateCode");
+    fill("EmployerZip", "ZipCode", "ZipCodeID", "ZipCode");
+}
+
+void frmFamilyMember::controlChanged(QWidget *control)
+{
+    if (basTendmark::DataField(control) == QLatin1String("EmployerZip"))
+        PopulateCityState();
+}
+
+void frmFamilyMember::PopulateCityState()
+{
+    auto *zip = qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerZip")));
+    QString city, state;
+    if (!basDatabase::GetCityStateFromZip(zip->currentText(), city, state) || city.isEmpty())
+        return;
+    qobject_cast<QLineEdit *>(boundControl(QStringLiteral("EmployerCity")))->setText(city);
+    auto *stateList = qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerState")));
+    stateList->setCurrentIndex(stateList->findText(state));
+}
+
+RecordEditor::DeleteTexts frmFamilyMember::deleteTexts() const
+{
+    auto value = [this](const char *column) { return basTendmark::GetFieldValue(madoPrimaryRS, QLatin1String(column)); };
+    QString name = value("LastName");
+    if (!name.isEmpty())
+        name += QStringLiteral(", ") + value("FirstName");
+    name = (name + QLatin1Char(' ') + value("MiddleInitial")).trimmed();
+    return {QStringLiteral("Are you sure you want to delete family member '%1'?").arg(name), QStringLiteral("Delete Family Member?"),
+            QStringLiteral("Family member '%1' deleted.").arg(name), QStringLiteral("Delete Family Member")};
+}

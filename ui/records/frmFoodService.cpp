@@ -1,0 +1,91 @@
+#include "frmFoodService.h"
+
+#include "DataBinding.h"
+#include "Prompt.h"
+#include "basDatabase.h"
+#include "basTendmark.h"
+
+#include <QComboBox>
+#include <QDateEdit>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+frmFoodService::frmFoodService(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+{
+    setObjectName(QStringLiteral("frmFoodService"));
+    setWindowTitle(QStringLiteral("Food Service History"));
+}
+
+QString frmFoodService::query() const
+{
+    return QStringLiteral("SELECT * FROM FoodService WHERE ClientID = ? ORDER BY FoodServiceDate, FoodServiceID");
+}
+
+void frmFoodService::buildFields()
+{
+    const QString tag = QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    auto *date = new QDateEdit;
+    date->setDisplayFormat(QStringLiteral("MM/dd/yyyy"));
+    date->setCalendarPopup(true);
+    date->setMaximumWidth(130);
+    addField(date, "dtpData", QStringLiteral("FoodServiceDate"), tag, 0, QStringLiteral("Food Service Date"), 0);
+    auto *type = new QComboBox;
+    addField(type, "cboData", QStringLiteral("FoodServiceTypeID"), tag, 1, QStringLiteral("Food Service Type"), 1);
+    auto *bags = maskedBox(QStringLiteral("999"));
+    bags->setMaximumWidth(60);
+    addField(bags, "mskData", QStringLiteral("NumberOfBags"), tag, 2, QStringLiteral("Number of bags"), 2);
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 3, QStringLiteral("Comments"), 3);
+    fieldGrid()->setColumnStretch(1, 1);
+}
+
+void frmFoodService::populateCombos()
+{
+    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("FoodServiceTypeID"))),
+                                   QStringLiteral("FoodServiceTypes"), QStringLiteral("FoodServiceTypeID"),
+                                   QStringLiteral("FoodServiceTypeDescription"));
+}
+
+bool frmFoodService::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
+{
+    if (column == QLatin1String("NumberOfBags") && value.toInt() == 0)
+        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be zero."));
+    return RecordEditor::checkField(control, column, value, caption);
+}
+
+// A second visit within the organisation's interval asks before it is saved.
+bool frmFoodService::confirmCommit()
+{
+    const int interval = basDatabase::GetFoodVisitIntervalDays();
+    if (interval <= 0 || madoPrimaryRS.editMode() != Recordset::EditMode::Adding)
+        return true;
+    const QDate date = QDate::fromString(madoPrimaryRS.value(QStringLiteral("FoodServiceDate")).toString(), Qt::ISODate);
+    if (!date.isValid())
+        return true;
+    const QDate last = QDate::fromString(
+        basDatabase::ScalarValue(QStringLiteral("SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ? AND FoodServiceDate <= ?"),
+                                 {ClientID().toLongLong(), date.toString(Qt::ISODate)})
+            .toString(),
+        Qt::ISODate);
+    if (!last.isValid())
+        return true;
+    const qint64 days = last.daysTo(date);
+    if (days >= interval)
+        return true;
+    return Prompt::message(QStringLiteral("Recent Food Service"),
+                           QStringLiteral("This client received food %1 days ago (on %2). Save this food service anyway?")
+                               .arg(days)
+                               .arg(basTendmark::FormatDate(last)),
+                           Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
+           == Prompt::Yes;
+}
+
+RecordEditor::DeleteTexts frmFoodService::deleteTexts() const
+{
+    const auto *type = qobject_cast<const QComboBox *>(boundControl(QStringLiteral("FoodServiceTypeID")));
+    const QString description = basTendmark::GetFieldValue(madoPrimaryRS, QStringLiteral("FoodServiceDate")) + QLatin1Char(' ')
+                                + (type ? type->currentText() : QString());
+    return {QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
+            QStringLiteral("Delete Food Service Item?"), QStringLiteral("Food service item '%1' deleted.").arg(description),
+            QStringLiteral("Delete Food Service Item")};
+}

@@ -1,0 +1,71 @@
+#include "frmIncomeExpense.h"
+
+#include "DataBinding.h"
+#include "Money.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLineEdit>
+
+frmIncomeExpense::frmIncomeExpense(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+{
+    setObjectName(QStringLiteral("frmIncomeExpense"));
+    setWindowTitle(QStringLiteral("Income/Expense Item"));
+}
+
+QString frmIncomeExpense::tableName() const { return isIncome() ? QStringLiteral("Income") : QStringLiteral("Expenses"); }
+
+QString frmIncomeExpense::keyColumn() const { return isIncome() ? QStringLiteral("IncomeItemID") : QStringLiteral("ExpenseItemID"); }
+
+QString frmIncomeExpense::typeColumn() const
+{
+    return isIncome() ? QStringLiteral("IncomeSourceID") : QStringLiteral("ExpenseCategoryID");
+}
+
+QString frmIncomeExpense::query() const
+{
+    return QStringLiteral("SELECT * FROM %1 WHERE ClientID = ? ORDER BY %2, %3").arg(tableName(), typeColumn(), keyColumn());
+}
+
+void frmIncomeExpense::buildFields()
+{
+    setWindowTitle(isIncome() ? QStringLiteral("Add/Edit Income") : QStringLiteral("Add/Edit Expenses"));
+    addField(new QComboBox, "cboData", typeColumn(), QStringLiteral("R.Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 0,
+             isIncome() ? QStringLiteral("Income Source") : QStringLiteral("Expense Category"), 0);
+    auto *amount = new QLineEdit;
+    amount->setMaximumWidth(130);
+    markAsAmount(amount);
+    addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1,
+             QStringLiteral("Amount"), 1);
+    fieldGrid()->setColumnStretch(1, 1);
+}
+
+void frmIncomeExpense::populateCombos()
+{
+    auto *list = qobject_cast<QComboBox *>(boundControl(typeColumn()));
+    if (isIncome())
+        basTendmark::PopulateDataCombo(list, QStringLiteral("IncomeSources"), QStringLiteral("IncomeSourceID"),
+                                       QStringLiteral("IncomeSourceDescription"));
+    else
+        basTendmark::PopulateDataCombo(list, QStringLiteral("ExpenseCategories"), QStringLiteral("ExpenseCategoryID"),
+                                       QStringLiteral("ExpenseCategoryDescription"));
+}
+
+bool frmIncomeExpense::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
+{
+    if (column == QLatin1String("Amount") && !value.isEmpty()) {
+        const auto cents = Money::parse(value);
+        if (cents && Money::wholeUnitsHalfEven(*cents) == 0)
+            return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be zero."));
+    }
+    return RecordEditor::checkField(control, column, value, caption);
+}
+
+RecordEditor::DeleteTexts frmIncomeExpense::deleteTexts() const
+{
+    const auto *type = qobject_cast<const QComboBox *>(boundControl(typeColumn()));
+    const QString description = type ? type->currentText() : QString();
+    return {QStringLiteral("Are you sure you want to delete '%1'?").arg(description),
+            QStringLiteral("Delete %1 Item?").arg(m_tableName), QStringLiteral("'%1' deleted.").arg(description),
+            QStringLiteral("Delete %1 Item").arg(m_tableName)};
+}

@@ -1,0 +1,136 @@
+#include "frmVolunteer.h"
+
+#include "DataBinding.h"
+#include "Prompt.h"
+#include "basDatabase.h"
+#include "frmMain.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace {
+const QString kDefaultSql = QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
+}
+
+frmVolunteer::frmVolunteer(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+{
+    setObjectName(QStringLiteral("frmVolunteer"));
+    setWindowTitle(QStringLiteral("Volunteers"));
+}
+
+QString frmVolunteer::query() const { return m_sql.isEmpty() ? kDefaultSql : m_sql; }
+
+void frmVolunteer::setSQL(const QString &sql)
+{
+    m_sql = sql;
+    setWindowTitle(sql.isEmpty() ? QStringLiteral("Volunteers") : QStringLiteral("Volunteers (Filter Applied)"));
+}
+
+void frmVolunteer::ExecuteSQL()
+{
+    if (!UpdateRecord() || !reopen(query(), {}))
+        return;
+    setLoading(true);
+    if (madoPrimaryRS.recordCount() == 0) {
+        AddRecord();
+        Prompt::message(QStringLiteral("No Volunteer Records Found"),
+                        QStringLiteral("No records were found that matched the specified criteria."), Prompt::Icon::Exclamation,
+                        Prompt::Ok);
+    } else {
+        madoPrimaryRS.moveFirst();
+        takeKeyOfRow();
+        mainWindow()->SetToolbarButtons(true);
+    }
+    DisplayRecordPosition();
+    populateControls();
+    setDataChanged(false);
+    setLoading(false);
+}
+
+void frmVolunteer::activated()
+{
+    RecordEditor::activated();
+    mainWindow()->SetToolbarButtons(std::nullopt, true);
+    mainWindow()->EnableSearchBar(true);
+}
+
+void frmVolunteer::buildFields()
+{
+    const QString req = QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    const QString opt = QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    auto text = [](int maxWidth = 0) {
+        auto *box = new QLineEdit;
+        if (maxWidth)
+            box->setMaximumWidth(maxWidth);
+        return box;
+    };
+    auto phone = [] {
+        QLineEdit *box = maskedBox(QStringLiteral("(999) 999-9999"));
+        box->setMaximumWidth(130);
+        return box;
+    };
+    auto *state = new QComboBox;
+    state->setMaximumWidth(80);
+    state->setMinimumWidth(70);
+    auto *zip = new QComboBox;
+    zip->setEditable(true);
+    zip->setInsertPolicy(QComboBox::NoInsert);
+    zip->setMaximumWidth(120);
+    zip->setMinimumWidth(100);
+    QLineEdit *party = maskedBox(QStringLiteral("999"));
+    party->setMaximumWidth(50);
+
+    addField(text(), "txtData", QStringLiteral("LastName"), req, 0, QStringLiteral("Last Name"), 0, 0);
+    addField(text(), "txtData", QStringLiteral("FirstName"), req, 1, QStringLiteral("First Name"), 1, 0);
+    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 2, QStringLiteral("M.I."), 2, 0);
+    addField(text(), "txtData", QStringLiteral("Address"), opt, 3, QStringLiteral("Address"), 3, 0);
+    addField(text(), "txtData", QStringLiteral("City"), opt, 4, QStringLiteral("City"), 4, 0);
+    addField(state, "cboData", QStringLiteral("State"), opt, 5, QStringLiteral("State"), 5, 0);
+    addField(zip, "cboData", QStringLiteral("ZipCode"), opt, 6, QStringLiteral("Zip Code"), 6, 0);
+    addField(phone(), "mskData", QStringLiteral("HomePhone"), opt, 7, QStringLiteral("Home Phone"), 0, 1);
+    addField(phone(), "mskData", QStringLiteral("WorkPhone"), opt, 8, QStringLiteral("Phone"), 1, 1);
+    addField(phone(), "mskData", QStringLiteral("MobilePhone"), opt, 9, QStringLiteral("Mobile Phone"), 2, 1);
+    addField(phone(), "mskData", QStringLiteral("Fax"), opt, 10, QStringLiteral("Fax"), 3, 1);
+    addField(text(), "txtData", QStringLiteral("EmailAddress"), opt, 11, QStringLiteral("E-Mail Address"), 4, 1);
+    addField(text(), "txtData", QStringLiteral("EmergencyContact"), opt, 12, QStringLiteral("Emergency Contact"), 5, 1);
+    addField(phone(), "mskData", QStringLiteral("EmergencyContactPhone"), opt, 13, QStringLiteral("Emergency Phone"), 6, 1);
+    addField(party, "mskData", QStringLiteral("NumberInParty"), opt, 14, QStringLiteral("How many in your party?"), 7, 0);
+    addField(text(), "txtData", QStringLiteral("Affiliation"), opt, 15, QStringLiteral("Affiliation"), 7, 1);
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 16, QStringLiteral("Comments"), 8, 0, 2);
+    fieldGrid()->setColumnStretch(1, 1);
+    fieldGrid()->setColumnStretch(3, 1);
+    fieldGrid()->setColumnMinimumWidth(2, 120);
+}
+
+void frmVolunteer::populateCombos()
+{
+    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("State"))), QStringLiteral("States"),
+                                   QStringLiteral("StateID"), QStringLiteral("StateCode"));
+    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("ZipCode"))), QStringLiteral("ZipCode"),
+                                   QStringLiteral("ZipCodeID"), QStringLiteral("ZipCode"));
+}
+
+// A zip code the table knows fills in its city and state.
+void frmVolunteer::controlChanged(QWidget *control)
+{
+    if (basTendmark::DataField(control) != QLatin1String("ZipCode"))
+        return;
+    QString city, state;
+    if (!basDatabase::GetCityStateFromZip(qobject_cast<QComboBox *>(control)->currentText(), city, state) || city.isEmpty())
+        return;
+    qobject_cast<QLineEdit *>(boundControl(QStringLiteral("City")))->setText(city);
+    auto *stateList = qobject_cast<QComboBox *>(boundControl(QStringLiteral("State")));
+    stateList->setCurrentIndex(stateList->findText(state));
+}
+
+RecordEditor::DeleteTexts frmVolunteer::deleteTexts() const
+{
+    auto value = [this](const char *column) { return basTendmark::GetFieldValue(madoPrimaryRS, QLatin1String(column)); };
+    QString name = value("LastName") + QStringLiteral(", ") + value("FirstName");
+    if (!value("MiddleInitial").isEmpty())
+        name += QLatin1Char(' ') + value("MiddleInitial");
+    return {QStringLiteral("Are you sure you want to delete volunteer '%1'?").arg(name), QStringLiteral("Delete Volunteer?"),
+            QStringLiteral("Volunteer '%1' deleted.").arg(name), QStringLiteral("Delete Volunteer")};
+}
