@@ -7,6 +7,10 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
+#include "basClient.h"
+#include "frmClientDetails.h"
+#include "frmClientGrid.h"
+#include "frmClientSummary.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -530,7 +534,14 @@ void frmMain::markClientWindowsForRefresh()
 
 void frmMain::openRecordEditor(Editor, const QString &, const QString &) { notAvailableYet(); }
 
-void frmMain::showClient(const QString &) { notAvailableYet(); }
+void frmMain::showClient(const QString &clientId)
+{
+    MdiChild *child = activeChild();
+    if (child && child->kind() == MdiChild::Kind::Client)
+        child->showRecord(clientId);
+    else
+        basClient::OpenDetails(this, clientId);
+}
 
 void frmMain::showVolunteer(const QString &) { notAvailableYet(); }
 
@@ -591,20 +602,38 @@ void frmMain::mnuFilePrintLabels_Click()
 
 void frmMain::mnuDataClientSummary_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *summary = findChildWindow<frmClientSummary>();
+    if (!summary) {
+        summary = new frmClientSummary(this);
+        addChild(summary);
+    }
+    activateChild(summary);
 }
 
 void frmMain::mnuDataClientDetails_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *details = findChildWindow<frmClientDetails>();
+    if (!details) {
+        details = new frmClientDetails(this);
+        addChild(details);
+    }
+    activateChild(details);
 }
 
 void frmMain::mnuDataClientTable_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *list = findChildWindow<frmClientGrid>();
+    if (!list) {
+        list = new frmClientGrid(this);
+        addChild(list);
+    }
+    activateChild(list);
 }
 
 void frmMain::mnuDataVolunteers_Click()
