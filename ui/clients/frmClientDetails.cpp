@@ -587,11 +587,11 @@ void frmClientDetails::DisplayRecordPosition()
     } else if (position > 0) {
         lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(m_clientId));
     }
-    const int at = position < 0 ? count + 1 : position;
-    cmdFirst->setEnabled(count > 0 && at != 1);
-    cmdPrevious->setEnabled(count > 0 && at != 1);
-    cmdNext->setEnabled(count > 0 && at < count);
-    cmdLast->setEnabled(count > 0 && at != count);
+    const bool adding = position < 0;   // a new record leaves every way back open
+    cmdFirst->setEnabled(count > 0 && (adding || position != 1));
+    cmdPrevious->setEnabled(count > 0 && (adding || position != 1));
+    cmdNext->setEnabled(count > 0 && (adding || position < count));
+    cmdLast->setEnabled(count > 0 && (adding || position != count));
 }
 
 void frmClientDetails::showHousehold()

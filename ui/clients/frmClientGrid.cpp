@@ -87,8 +87,9 @@ frmClientGrid::frmClientGrid(frmMain *main) : MdiChild(main)
 
     m_baseSql = kDefaultSql;
     OpenRecordset();
-    connect(grdData->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &current) {
-        if (!m_busy && current.isValid() && !m_columnSelected)
+    connect(grdData->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &current, const QModelIndex &previous) {
+        // Arrow keys move the choice; the first current cell that focus makes is not a choice.
+        if (!m_busy && current.isValid() && previous.isValid() && !m_columnSelected)
             selectGridRow(current.row());
     });
 }
@@ -303,7 +304,9 @@ void frmClientGrid::activated()
     } else if (m_selectedRow >= 0 && !m_columnSelected) {
         basTendmark::SelectRow(grdData, m_selectedRow);
     }
+    m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
     grdData->setFocus();
+    m_busy = false;
     mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
     mainWindow()->EnableSearchBar(true);
 }

@@ -24,6 +24,11 @@ struct ClientWorld
         main.show();
         main.refreshOptionFlags();
     }
+    ~ClientWorld()
+    {
+        prompts.answer(Prompt::No);   // a pending change is dropped
+        main.close();
+    }
 
     template<typename T>
     T *open(const char *menu)
@@ -37,8 +42,14 @@ struct ClientWorld
     static qint64 addClient(const QString &last, const QString &first, const QString &middle = QStringLiteral("A"),
                             const QVariantMap &more = {})
     {
+        // Complete by default: a unique number and address, so that saving needs no answers.
+        static int serial = 0;
+        ++serial;
         QVariantMap values{{QStringLiteral("LastName"), last}, {QStringLiteral("FirstName"), first},
-                           {QStringLiteral("MiddleInitial"), middle}};
+                           {QStringLiteral("MiddleInitial"), middle},
+                           {QStringLiteral("SocialSecurityNumber"), QStringLiteral("9000%1").arg(serial, 5, 10, QLatin1Char('0'))},
+                           {QStringLiteral("Address"), QStringLiteral("%1 Test Lane").arg(serial)},
+                           {QStringLiteral("City"), QStringLiteral("Testville")}, {QStringLiteral("State"), QStringLiteral("IL")}};
         for (auto it = more.constBegin(); it != more.constEnd(); ++it)
             values.insert(it.key(), it.value());
         return TestDatabase::insert(QStringLiteral("Client"), values);
