@@ -4,7 +4,9 @@
 #include "frmClientDetails.h"
 #include "frmMain.h"
 
+#include <QHash>
 #include <QKeyEvent>
+#include <QTableView>
 #include <QWidget>
 
 namespace basClient {
@@ -23,6 +25,26 @@ bool ConfirmDelete(const QString &name)
                                + QStringLiteral("' and all supporting data from the database. \r\nAre you sure you want to do this?"),
                            Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
            == Prompt::Yes;
+}
+
+void FitColumns(QTableView *grid)
+{
+    static const QHash<QString, QString> widest = {
+        {QStringLiteral("SSN"), QStringLiteral("000-00-0000")},       {QStringLiteral("DLN"), QStringLiteral("WW00000000")},
+        {QStringLiteral("Birth Date"), QStringLiteral("00/00/0000")}, {QStringLiteral("Date"), QStringLiteral("00/00/0000")},
+        {QStringLiteral("Home Phone"), QStringLiteral("(000) 000-0000")}, {QStringLiteral("Work Phone"), QStringLiteral("(000) 000-0000")},
+        {QStringLiteral("Mobile Phone"), QStringLiteral("(000) 000-0000")}, {QStringLiteral("Amt Paid"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("Amt Req"), QStringLiteral("$0,000.00")},     {QStringLiteral("Amount"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("ID"), QStringLiteral("000000")},
+    };
+    const QAbstractItemModel *model = grid->model();
+    for (int column = 1; column < model->columnCount(); ++column) {
+        const QString heading = model->headerData(column, Qt::Horizontal).toString();
+        const QString sample = widest.value(heading, heading);
+        const int needed = qMax(grid->fontMetrics().horizontalAdvance(sample), grid->fontMetrics().horizontalAdvance(heading)) + 16;
+        if (grid->columnWidth(column) < needed)
+            grid->setColumnWidth(column, needed);
+    }
 }
 
 frmClientDetails *OpenDetails(frmMain *main, const QString &clientId)

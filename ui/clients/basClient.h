@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 
+class QTableView;
 class QWidget;
 class frmMain;
 class frmClientDetails;
@@ -17,6 +18,8 @@ namespace basClient {
 QString DeleteName(const QString &last, const QString &first, const QString &middle, bool emptyWithoutLastName);
 // Asks "Delete Client?"; true on Yes.
 bool ConfirmDelete(const QString &name);
+// Widens the columns of dates, numbers and phones so that a whole value shows.
+void FitColumns(QTableView *grid);
 // Opens the client details window, or brings it forward, on a client or on a new one ("ADD").
 frmClientDetails *OpenDetails(frmMain *main, const QString &clientId);
 

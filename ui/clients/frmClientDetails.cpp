@@ -59,6 +59,14 @@ QPlainTextEdit *memo(QWidget *parent, int lines)
     return edit;
 }
 
+// A multi-line box that stays a few lines high inside a form.
+QPlainTextEdit *shortMemo(QWidget *parent, int lines)
+{
+    QPlainTextEdit *edit = memo(parent, lines);
+    edit->setMaximumHeight(edit->minimumHeight() + edit->fontMetrics().lineSpacing());
+    return edit;
+}
+
 QLineEdit *masked(QWidget *parent, const QString &mask)
 {
     auto *edit = new QLineEdit(parent);
@@ -74,7 +82,7 @@ QComboBox *dropDown(QWidget *parent, bool editable = false)
     if (editable)
         combo->setCompleter(nullptr);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    combo->setMinimumContentsLength(12);
+    combo->setMinimumContentsLength(8);
     return combo;
 }
 
@@ -260,7 +268,7 @@ QWidget *frmClientDetails::buildTopPane()
 
     auto *address = new QGroupBox(QStringLiteral("Address and Telephone"), pane);
     auto *aForm = new QFormLayout(address);
-    row(aForm, bind(memo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
+    row(aForm, bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
                     QStringLiteral("Enter the client's address. Multiple lines are allowed.")));
     row(aForm, bind(text(address, 50, 0), "txtData", QStringLiteral("City"), QStringLiteral("City"), true,
                     QStringLiteral("Enter the client's city.")));
@@ -335,7 +343,7 @@ QWidget *frmClientDetails::buildTabs()
     employerName->setMaxLength(50);
     place(bind(employerName, "txtData", QStringLiteral("EmployerName"), QStringLiteral("Employer Name"), false,
                QStringLiteral("Enter the name of the client's employer.")), 0, 0);
-    place(bind(memo(employer, 2), "txtData", QStringLiteral("EmployerAddress"), QStringLiteral("Address"), false,
+    place(bind(shortMemo(employer, 2), "txtData", QStringLiteral("EmployerAddress"), QStringLiteral("Address"), false,
                QStringLiteral("Enter the employer's address. Multiple lines are allowed.")), 1, 0, 2);
     auto *employerCity = new QLineEdit(employer);
     employerCity->setMaxLength(50);
@@ -420,6 +428,8 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
         grid->setProperty("ColumnSpec", spec);
         grid->setProperty("Table", table);
         basTendmark::FormatDataGrid(grid);
+        basClient::FitColumns(grid);
+        grid->horizontalHeader()->setStretchLastSection(true);
         m_grids << SubGrid{grid, t, table, key, editor, sql};
         connect(grid, &QTableView::pressed, this, [this, t, grid] {
             m_expensesActive = grid->property("Table").toString() == QLatin1String("Expenses");

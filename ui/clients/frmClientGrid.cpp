@@ -49,6 +49,7 @@ frmClientGrid::frmClientGrid(frmMain *main) : MdiChild(main)
         "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
         "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
     basTendmark::FormatDataGrid(grdData);
+    basClient::FitColumns(grdData);
     grdData->horizontalHeader()->setSectionsClickable(true);
 
     auto button = [this](const char *name, const QString &caption, const QString &tip) {

@@ -141,6 +141,7 @@ QWidget *frmClientSummary::buildGrid(int index, const QString &caption, const QS
     grid->setProperty("ColumnSpec", spec);
     grid->setProperty("Index", index);
     basTendmark::FormatDataGrid(grid);
+    basClient::FitColumns(grid);
     grid->horizontalHeader()->setStretchLastSection(true);
     SubGrid g{grid, table, keyColumn, editor, sql};
     auto button = [box, index](const char *name, const QString &text) {
