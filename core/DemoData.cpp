@@ -129,10 +129,6 @@ const char *const kVisitComments[] = {
     "Picked up by neighbor", "Extra produce given", "Declined canned meat", "Delivered, homebound",
     "Added diapers", "Turkey included",
 };
-const char *const kPaymentComments[] = {
-    "Paid directly to landlord", "Check sent to AES Ohio", "Prescription filled at CVS", "Bus passes",
-    "Balance covered by St. Vincent de Paul", "Shutoff notice on file",
-};
 const char *const kVolunteerComments[] = {
     "Available Tuesday and Thursday mornings", "Can drive the van", "Speaks Spanish", "Prefers the intake desk",
     "Background check on file", "Helps with the holiday baskets",
@@ -180,7 +176,7 @@ public:
           m_surnames(TM_LIST(kSurnames)), m_male(TM_LIST(kMaleNames)), m_female(TM_LIST(kFemaleNames)),
           m_streets(TM_LIST(kStreets)), m_employers(TM_LIST(kEmployers)), m_affiliations(TM_LIST(kAffiliations)),
           m_comments(TM_LIST(kComments)), m_diets(TM_LIST(kDiets)), m_medical(TM_LIST(kMedical)),
-          m_visitComments(TM_LIST(kVisitComments)), m_paymentComments(TM_LIST(kPaymentComments)),
+          m_visitComments(TM_LIST(kVisitComments)),
           m_volunteerComments(TM_LIST(kVolunteerComments)), m_state(QString::fromLatin1(kState))
     {
     }
@@ -229,6 +225,11 @@ private:
     QString email(const Person &p);
     QDate daysAgo(int days) const { return m_options.today.addDays(-days); }
     qint64 dollars(int lo, int hi) { return qint64(between(lo, hi)) * 100; }
+    qint64 dollarsAndCents(int lo, int hi)
+    {
+        const qint64 whole = dollars(lo, hi);
+        return whole + between(0, 99);
+    }
 
     bool insertZips();
     bool updateOrganization();
@@ -247,7 +248,7 @@ private:
     QString m_error;
 
     QStringList m_surnames, m_male, m_female, m_streets, m_employers, m_affiliations;
-    QStringList m_comments, m_diets, m_medical, m_visitComments, m_paymentComments, m_volunteerComments;
+    QStringList m_comments, m_diets, m_medical, m_visitComments, m_volunteerComments;
     QString m_state;
     QStringList m_zips, m_cities;
     QSet<qint32> m_ssns;
@@ -369,8 +370,7 @@ QString Generator::email(const Person &p)
         }
         return out;
     };
-    const QString domain = percent(50) ? QStringLiteral("example.org") : QStringLiteral("example.com");
-    return clean(p.first) + QLatin1Char('.') + clean(p.last) + QLatin1Char('@') + domain;
+    return clean(p.first) + QLatin1Char('.') + clean(p.last) + QStringLiteral("@example.org");
 }
 
 bool Generator::insertZips()
@@ -423,7 +423,8 @@ bool Generator::insertHousehold()
 {
     const QVariant null;
     const QChar gender = percent(58) ? u'F' : u'M';
-    const int age = 18 + between(0, 36) + between(0, 36);   // peaks in the fifties
+    int age = 18 + between(0, 36);
+    age += between(0, 36);   // peaks in the fifties
     const Person head = person({}, gender, age);
     const QString middle = middleInitial();
     const QVariant ssnValue = percent(97) ? QVariant(ssn()) : null;
@@ -455,9 +456,13 @@ bool Generator::insertHousehold()
         if (percent(50))
             work = phone();
     }
-    const QVariant former = percent(10) ? QVariant(street() + QLatin1Char('\n') + pick(m_cities)
-                                                   + QStringLiteral(", OH ") + pick(m_zips))
-                                        : null;
+    QVariant former;
+    if (percent(10)) {
+        const QString formerStreet = street();
+        const int formerZip = between(0, int(m_zips.size()) - 1);
+        former = formerStreet + QLatin1Char('\n') + m_cities.at(formerZip) + QStringLiteral(", OH ")
+            + m_zips.at(formerZip);
+    }
     const QVariant diet = percent(8) ? QVariant(memo(m_diets, 25)) : null;
     const QVariant medical = percent(12) ? QVariant(memo(m_medical, 30)) : null;
     const QVariant relatives = permille(5) ? QVariant(QStringLiteral("Looking for a brother, last heard of in Columbus."))
@@ -511,24 +516,30 @@ bool Generator::insertFamily(qint64 clientId, const Person &head, bool married, 
             const int maxChild = std::min(head.age - 16, 30);
             if (head.age >= 56 && kind < 40) {
                 relationship = idOr(m_relationships, "Grandchild");
-                p = person(percent(70) ? head.last : QString(), g, between(0, std::min(head.age - 36, 20)));
+                const int age = between(0, std::min(head.age - 36, 20));
+                p = person(percent(70) ? head.last : QString(), g, age);
                 child = true;
             } else if (maxChild >= 0 && kind < 85) {
                 relationship = g == u'F' ? idOr(m_relationships, "Daughter") : idOr(m_relationships, "Son");
-                const int age = between(0, maxChild > 17 && percent(75) ? 17 : maxChild);
+                // Parents were 16 to 45 when their children were born; most children are minors.
+                const int youngest = std::max(0, head.age - 45);
+                const int oldest = maxChild > 17 && youngest <= 17 && percent(75) ? 17 : maxChild;
+                const int age = between(std::min(youngest, oldest), oldest);
                 p = person(percent(85) ? head.last : QString(), g, age);
                 child = true;
             } else if (head.age < 60 && kind < 92) {
                 relationship = idOr(m_relationships, "Parent");
-                p = person(percent(60) ? head.last : QString(), g, std::min(95, head.age + between(18, 35)));
+                const int age = std::min(95, head.age + between(18, 35));
+                p = person(percent(60) ? head.last : QString(), g, age);
             } else if (kind < 97) {
                 relationship = idOr(m_relationships, "Sibling");
-                p = person(percent(50) ? head.last : QString(), g, std::max(16, head.age + between(-10, 10)));
+                const int age = std::max(16, head.age + between(-10, 10));
+                p = person(percent(50) ? head.last : QString(), g, age);
             } else {
                 relationship = percent(50) ? idOr(m_relationships, "Other relative") : idOr(m_relationships, "Other");
                 p = person({}, g, between(5, 80));
             }
-            // Spouse or partner only ever in the first slot, so a household never has two.
+            // Only the first slot holds a spouse or partner; a lookup fallback must not add a second.
             if (hasSpouse && (relationship == m_relationships.find(QStringLiteral("Spouse"))
                               || relationship == m_relationships.find(QStringLiteral("Partner"))))
                 relationship = idOr(m_relationships, "Other relative");
@@ -608,16 +619,23 @@ bool Generator::insertPayments(qint64 clientId)
         const int type = pickId(m_paymentTypes);
         const QString description = m_paymentTypes.descriptions.at(m_paymentTypes.ids.indexOf(type));
         qint64 requested;
-        if (description == QLatin1String("Rent"))
+        QString note;
+        if (description == QLatin1String("Rent")) {
             requested = dollars(200, 900);
-        else if (description == QLatin1String("Utilities"))
-            requested = dollars(50, 350) + between(0, 99);
-        else if (description == QLatin1String("Prescription"))
-            requested = dollars(10, 150) + between(0, 99);
-        else if (description == QLatin1String("Transportation"))
+            note = QStringLiteral("Paid directly to the landlord");
+        } else if (description == QLatin1String("Utilities")) {
+            requested = dollarsAndCents(50, 350);
+            note = QStringLiteral("Shutoff notice on file; check sent to AES Ohio");
+        } else if (description == QLatin1String("Prescription")) {
+            requested = dollarsAndCents(10, 150);
+            note = QStringLiteral("Filled at the CVS on Wayne Ave");
+        } else if (description == QLatin1String("Transportation")) {
             requested = dollars(10, 80);
-        else
+            note = QStringLiteral("RTA bus passes");
+        } else {
             requested = dollars(20, 250);
+            note = QStringLiteral("Balance covered by St. Vincent de Paul");
+        }
         qint64 paid;
         const int outcome = between(0, 99);
         if (outcome < 15)
@@ -626,7 +644,7 @@ bool Generator::insertPayments(qint64 clientId)
             paid = requested;
         else
             paid = std::min(requested, dollars(5, std::max(5, int(requested / 100))));
-        const QVariant comments = percent(20) ? QVariant(pick(m_paymentComments)) : null;
+        const QVariant comments = percent(20) ? QVariant(note) : null;
         if (!exec(m_payment, {clientId, iso(daysAgo(offset)), type, requested, paid, comments}, "Payments"))
             return false;
     }
@@ -696,7 +714,9 @@ bool Generator::insertVolunteer()
     const QVariant mobile = percent(85) ? QVariant(phone()) : null;
     const QVariant mail = percent(85) ? QVariant(email(p)) : null;
     const QVariant affiliation = percent(80) ? QVariant(pick(m_affiliations)) : null;
-    const Person contact = person(percent(60) ? p.last : QString(), percent(50) ? u'F' : u'M', 0);
+    const QString contactLast = percent(60) ? p.last : QString();
+    const QChar contactGender = percent(50) ? u'F' : u'M';
+    const Person contact = person(contactLast, contactGender, 0);
     const QString contactPhone = phone();
     const int party = percent(70) ? 1 : between(2, 4);
     const QVariant comments = percent(30) ? QVariant(pick(m_volunteerComments)) : null;

@@ -7,6 +7,10 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
+#include "basClient.h"
+#include "frmClientDetails.h"
+#include "frmClientGrid.h"
+#include "frmClientSummary.h"
 #include "frmFamilyMember.h"
 #include "frmFoodService.h"
 #include "frmIncomeExpense.h"
@@ -599,7 +603,14 @@ void frmMain::openRecordEditor(Editor editor, const QString &clientId, const QSt
     activateChild(window);
 }
 
-void frmMain::showClient(const QString &) { notAvailableYet(); }
+void frmMain::showClient(const QString &clientId)
+{
+    MdiChild *child = activeChild();
+    if (child && child->kind() == MdiChild::Kind::Client)
+        child->showRecord(clientId);
+    else
+        basClient::OpenDetails(this, clientId);
+}
 
 void frmMain::showVolunteer(const QString &volunteerId)
 {
@@ -675,20 +686,38 @@ void frmMain::mnuFilePrintLabels_Click()
 
 void frmMain::mnuDataClientSummary_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *summary = findChildWindow<frmClientSummary>();
+    if (!summary) {
+        summary = new frmClientSummary(this);
+        addChild(summary);
+    }
+    activateChild(summary);
 }
 
 void frmMain::mnuDataClientDetails_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *details = findChildWindow<frmClientDetails>();
+    if (!details) {
+        details = new frmClientDetails(this);
+        addChild(details);
+    }
+    activateChild(details);
 }
 
 void frmMain::mnuDataClientTable_Click()
 {
-    if (requireDatabase())
-        notAvailableYet();
+    if (!requireDatabase())
+        return;
+    auto *list = findChildWindow<frmClientGrid>();
+    if (!list) {
+        list = new frmClientGrid(this);
+        addChild(list);
+    }
+    activateChild(list);
 }
 
 void frmMain::mnuDataVolunteers_Click()

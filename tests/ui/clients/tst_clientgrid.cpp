@@ -1,0 +1,154 @@
+#include "ClientTestKit.h"
+#include "DataBinding.h"
+#include "GridModel.h"
+#include "frmClientDetails.h"
+#include "frmClientGrid.h"
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableView>
+
+class tst_ClientGrid : public QObject
+{
+    Q_OBJECT
+
+    static QTableView *grid(QWidget *w) { return w->findChild<QTableView *>(QStringLiteral("grdData")); }
+    static QPushButton *button(QWidget *w, const char *name) { return w->findChild<QPushButton *>(QString::fromLatin1(name)); }
+    static void clickRow(QTableView *g, int row)
+    {
+        QTest::mouseClick(g->viewport(), Qt::LeftButton, {}, g->visualRect(g->model()->index(row, 2)).center());
+    }
+
+private slots:
+    void showsClientsSortedWithFormattedColumns()
+    {
+        ClientWorld world;
+        ClientWorld::addClient(QStringLiteral("Zeller"), QStringLiteral("Zoe"));
+        const qint64 id = ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"), QStringLiteral("B"),
+                                                 {{QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
+                                                  {QStringLiteral("HomePhone"), QStringLiteral("2175551234")},
+                                                  {QStringLiteral("BirthDate"), QStringLiteral("1980-03-15")},
+                                                  {QStringLiteral("Address"), QStringLiteral("1 Main\nApt 2")},
+                                                  {QStringLiteral("EthnicOriginID"), TestDatabase::lookupId(QStringLiteral("EthnicOrigin"), QStringLiteral("Asian"))}});
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        QVERIFY(w);
+        QCOMPARE(w->windowTitle(), QStringLiteral("Client Table"));
+        QAbstractItemModelTester tester(grid(w)->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(grid(w)->model()->rowCount(), 2);
+        QCOMPARE(grid(w)->model()->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Last Name"));
+        auto cell = [w](int row, int column) { return basTendmark::GridText(grid(w), row, column); };
+        QCOMPARE(cell(0, 1), QString::number(id));
+        QCOMPARE(cell(0, 2), QStringLiteral("Abbot"));
+        QCOMPARE(cell(0, 5), QStringLiteral("123-45-6789"));
+        QCOMPARE(cell(0, 7), QStringLiteral("03/15/1980"));
+        QCOMPARE(cell(0, 9), QStringLiteral("Asian"));
+        QCOMPARE(cell(0, 11), QStringLiteral("1 Main Apt 2"));
+        QCOMPARE(cell(0, 15), QStringLiteral("(217) 555-1234"));
+        QCOMPARE(cell(1, 2), QStringLiteral("Zeller"));
+        QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
+        QVERIFY(world.main.toolbarButton(QStringLiteral("Filter"))->isEnabled());
+    }
+
+    void filterCaptionAndEmptyResult()
+    {
+        ClientWorld world;
+        ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"), QStringLiteral("B"), {{QStringLiteral("City"), QStringLiteral("Peoria")}});
+        ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bo"), QStringLiteral("C"), {{QStringLiteral("City"), QStringLiteral("Pekin")}});
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Pekin'"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Client Table (Filter Applied)"));
+        w->ExecuteSQL();
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
+        QCOMPARE(basTendmark::GridText(grid(w), 0, 2), QStringLiteral("Baker"));
+        QVERIFY(world.prompts.messages().isEmpty());
+
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Nowhere'"));
+        w->ExecuteSQL();
+        QCOMPARE(world.prompts.last().title, QStringLiteral("No Client Records Found"));
+        QCOMPARE(world.prompts.last().text, QStringLiteral("No client records were found that matched the specified criteria."));
+        QCOMPARE(world.prompts.last().icon, Prompt::Icon::Exclamation);
+        QCOMPARE(grid(w)->model()->rowCount(), 1);   // one blank row
+        button(w, "cmdClientEdit")->click();
+        QVERIFY(!world.main.findChildWindow<frmClientDetails>());
+
+        w->setSQL(QString());
+        QCOMPARE(w->windowTitle(), QStringLiteral("Client Table"));
+        QCOMPARE(w->SQL(), QStringLiteral("SELECT * FROM Client"));
+        w->ExecuteSQL();
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 2);
+    }
+
+    void headerClickSelectsAColumnForSorting()
+    {
+        ClientWorld world;
+        ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Mia"));
+        ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Zed"));
+        ClientWorld::addClient(QStringLiteral("Clark"), QStringLiteral("Ann"));
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        QTableView *g = grid(w);
+        QHeaderView *header = g->horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionViewportPosition(3) + 5, 5));
+        QVERIFY(w->ColumnSelected());
+        QVERIFY(world.main.toolbarButton(QStringLiteral("Sort Descending"))->isEnabled());
+        QVERIFY(!button(w, "cmdClientDelete")->isEnabled());
+        world.toolbar("Sort Descending");
+        QCOMPARE(basTendmark::GridText(g, 0, 3), QStringLiteral("Zed"));
+        world.toolbar("Sort Ascending");
+        QCOMPARE(basTendmark::GridText(g, 0, 3), QStringLiteral("Ann"));
+
+        clickRow(g, 1);
+        QVERIFY(!w->ColumnSelected());
+        QVERIFY(!world.main.toolbarButton(QStringLiteral("Sort Ascending"))->isEnabled());
+        QCOMPARE(w->ClientID(), basTendmark::GridText(g, 1, 1));
+        QVERIFY(button(w, "cmdClientEdit")->isEnabled());
+    }
+
+    void deleteAsksAndRemovesTheRow()
+    {
+        ClientWorld world;
+        ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"));
+        const qint64 baker = ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bob"), QStringLiteral("B"));
+        TestDatabase::insert(QStringLiteral("Payments"), {{QStringLiteral("ClientID"), baker}, {QStringLiteral("AmountPaid"), 100}});
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        w->setClientID(QString::number(baker));
+        QCOMPARE(grid(w)->currentIndex().row(), 1);
+        world.prompts.answer(Prompt::No);
+        button(w, "cmdClientDelete")->click();
+        QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 2);
+        world.prompts.answer(Prompt::Yes);
+        button(w, "cmdClientDelete")->click();
+        QCOMPARE(world.prompts.last().title, QStringLiteral("Delete Client?"));
+        QCOMPARE(world.prompts.last().text, QStringLiteral("This will delete client 'Baker, Bob B' and all supporting data from the database. "
+                                                           "\r\nAre you sure you want to do this?"));
+        QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 1);
+        QCOMPARE(TestDatabase::count(QStringLiteral("Payments")), 0);
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
+        QVERIFY(!button(w, "cmdClientDelete")->isEnabled());
+        QVERIFY(w->ClientID().isEmpty());
+        w->setClientID(QStringLiteral("999"));   // not in the list: nothing changes
+        QVERIFY(w->ClientID() == QStringLiteral("999") || w->ClientID().isEmpty());
+        QVERIFY(!button(w, "cmdClientDelete")->isEnabled());
+    }
+
+    void editAndSearchHandOff()
+    {
+        ClientWorld world;
+        ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"));
+        const qint64 baker = ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bob"));
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        world.main.showClient(QString::number(baker));   // the list is active: it selects the row
+        QCOMPARE(w->ClientID(), QString::number(baker));
+        QCOMPARE(grid(w)->currentIndex().row(), 1);
+        QVERIFY(!world.main.findChildWindow<frmClientDetails>());
+        button(w, "cmdClientEdit")->click();
+        auto *details = world.main.findChildWindow<frmClientDetails>();
+        QVERIFY(details);
+        QCOMPARE(details->ClientID(), QString::number(baker));
+        button(w, "cmdClientAdd")->click();
+        QVERIFY(details->ClientID().isEmpty());
+    }
+};
+
+QTEST_MAIN(tst_ClientGrid)
+#include "tst_clientgrid.moc"

@@ -1,0 +1,100 @@
+#include "basClient.h"
+
+#include "Prompt.h"
+#include "frmClientDetails.h"
+#include "frmMain.h"
+
+#include <QHash>
+#include <QKeyEvent>
+#include <QTableView>
+#include <QWidget>
+
+namespace basClient {
+
+QString DeleteName(const QString &last, const QString &first, const QString &middle, bool emptyWithoutLastName)
+{
+    if (last.isEmpty())
+        return emptyWithoutLastName ? QString() : QLatin1Char(' ') + middle;
+    return last + QStringLiteral(", ") + first + QLatin1Char(' ') + middle;
+}
+
+bool ConfirmDelete(const QString &name)
+{
+    return Prompt::message(QStringLiteral("Delete Client?"),
+                           QStringLiteral("This will delete client '") + name
+                               + QStringLiteral("' and all supporting data from the database. \r\nAre you sure you want to do this?"),
+                           Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
+           == Prompt::Yes;
+}
+
+void FitColumns(QTableView *grid)
+{
+    static const QHash<QString, QString> widest = {
+        {QStringLiteral("SSN"), QStringLiteral("000-00-0000")},       {QStringLiteral("DLN"), QStringLiteral("WW00000000")},
+        {QStringLiteral("Birth Date"), QStringLiteral("00/00/0000")}, {QStringLiteral("Date"), QStringLiteral("00/00/0000")},
+        {QStringLiteral("Home Phone"), QStringLiteral("(000) 000-0000")}, {QStringLiteral("Work Phone"), QStringLiteral("(000) 000-0000")},
+        {QStringLiteral("Mobile Phone"), QStringLiteral("(000) 000-0000")}, {QStringLiteral("Amt Paid"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("Amt Req"), QStringLiteral("$0,000.00")},     {QStringLiteral("Amount"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("ID"), QStringLiteral("000000")},
+    };
+    const QAbstractItemModel *model = grid->model();
+    for (int column = 1; column < model->columnCount(); ++column) {
+        const QString heading = model->headerData(column, Qt::Horizontal).toString();
+        const QString sample = widest.value(heading, heading);
+        const int needed = qMax(grid->fontMetrics().horizontalAdvance(sample), grid->fontMetrics().horizontalAdvance(heading)) + 16;
+        if (grid->columnWidth(column) < needed)
+            grid->setColumnWidth(column, needed);
+    }
+}
+
+frmClientDetails *OpenDetails(frmMain *main, const QString &clientId)
+{
+    frmClientDetails *details = main->findChildWindow<frmClientDetails>();
+    if (!details) {
+        details = new frmClientDetails(main, clientId);
+        main->addChild(details);
+        main->activateChild(details);
+        return details;
+    }
+    main->activateChild(details);
+    details->showRecord(clientId);
+    return details;
+}
+
+} // namespace basClient
+
+NavigationKeys::NavigationKeys(QWidget *window, std::function<void(Move)> move)
+    : QObject(window), m_window(window), m_move(std::move(move))
+{
+}
+
+void NavigationKeys::watchChildren()
+{
+    m_window->installEventFilter(this);
+    for (QWidget *w : m_window->findChildren<QWidget *>())
+        w->installEventFilter(this);
+}
+
+bool NavigationKeys::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress || !m_window)
+        return false;
+    auto *widget = qobject_cast<QWidget *>(watched);
+    if (!widget || widget->window() != m_window->window())
+        return false;   // an open drop-down list keeps its own keys
+    const auto *key = static_cast<QKeyEvent *>(event);
+    const bool ctrl = (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
+    switch (key->key()) {
+    case Qt::Key_PageUp:
+        m_move(ctrl ? Move::First : Move::Previous);
+        return true;
+    case Qt::Key_PageDown:
+        m_move(ctrl ? Move::Last : Move::Next);
+        return true;
+    case Qt::Key_Escape:
+        m_window->close();
+        return true;
+    default:
+        return false;
+    }
+}

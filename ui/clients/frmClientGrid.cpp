@@ -1,0 +1,313 @@
+#include "frmClientGrid.h"
+
+#include "DataBinding.h"
+#include "GridModel.h"
+#include "Prompt.h"
+#include "SqlText.h"
+#include "basClient.h"
+#include "basDatabase.h"
+#include "basErrorHandler.h"
+#include "frmMain.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+
+const QString kDefaultSql = QStringLiteral("SELECT * FROM Client");
+const QString kCaption = QStringLiteral("Client Table");
+
+// Shows the wait cursor for the lifetime of the object.
+struct WaitCursor
+{
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+};
+
+QString oneLine(const QString &column)
+{
+    return QStringLiteral("replace(replace(%1, char(13), ''), char(10), ' ')").arg(column);
+}
+
+} // namespace
+
+frmClientGrid::frmClientGrid(frmMain *main) : MdiChild(main)
+{
+    setObjectName(QStringLiteral("frmClientGrid"));
+    setWindowTitle(kCaption);
+
+    grdData = new QTableView(this);
+    grdData->setObjectName(QStringLiteral("grdData"));
+    grdData->setProperty("ColumnSpec", QStringLiteral(
+        ">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
+        "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
+        "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
+    basTendmark::FormatDataGrid(grdData);
+    basClient::FitColumns(grdData);
+    grdData->horizontalHeader()->setSectionsClickable(true);
+
+    auto button = [this](const char *name, const QString &caption, const QString &tip) {
+        auto *b = new QPushButton(caption, this);
+        b->setObjectName(QString::fromLatin1(name));
+        b->setToolTip(tip);
+        return b;
+    };
+    cmdClientAdd = button("cmdClientAdd", QStringLiteral("&Add..."), QStringLiteral("Click to add a new client."));
+    cmdClientEdit = button("cmdClientEdit", QStringLiteral("&Edit..."), QStringLiteral("Click to edit the selected client's details."));
+    cmdClientDelete = button("cmdClientDelete", QStringLiteral("&Delete"),
+                             QStringLiteral("Click to delete the selected client from the database."));
+    cmdRefresh = button("cmdRefresh", QStringLiteral("Refresh"), QStringLiteral("Read the list again from the database."));
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(cmdClientAdd);
+    buttons->addWidget(cmdClientEdit);
+    buttons->addWidget(cmdClientDelete);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdRefresh);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->addWidget(grdData, 1);
+    layout->addLayout(buttons);
+
+    connect(cmdClientAdd, &QPushButton::clicked, this, &frmClientGrid::cmdClientAdd_Click);
+    connect(cmdClientEdit, &QPushButton::clicked, this, &frmClientGrid::cmdClientEdit_Click);
+    connect(cmdClientDelete, &QPushButton::clicked, this, &frmClientGrid::cmdClientDelete_Click);
+    connect(cmdRefresh, &QPushButton::clicked, this, &frmClientGrid::RefreshData);
+    connect(grdData, &QTableView::pressed, this, [this](const QModelIndex &index) { selectGridRow(index.row()); });
+    connect(grdData, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (index.row() >= 0)
+            cmdClientEdit_Click();
+    });
+    connect(grdData->horizontalHeader(), &QHeaderView::sectionClicked, this, &frmClientGrid::grdData_HeaderClicked);
+
+    m_baseSql = kDefaultSql;
+    OpenRecordset();
+    connect(grdData->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &current, const QModelIndex &previous) {
+        // Arrow keys move the choice; the first current cell that focus makes is not a choice.
+        if (!m_busy && current.isValid() && previous.isValid() && !m_columnSelected)
+            selectGridRow(current.row());
+    });
+}
+
+QString frmClientGrid::CreateSQL(const QString &base)
+{
+    return QStringLiteral("SELECT ClientID, ClientID, LastName, FirstName, MiddleInitial, ")
+           + SqlText::ssn(QStringLiteral("SocialSecurityNumber")) + QStringLiteral(" AS SocialSecurityNumber, ")
+           + QStringLiteral("DriversLicenseNumber, ") + SqlText::date(QStringLiteral("BirthDate")) + QStringLiteral(" AS BirthDate, Gender, ")
+           + QStringLiteral("(SELECT EthnicOriginDescription FROM EthnicOrigin WHERE EthnicOriginID=Client.EthnicOriginID) AS EthnicOriginDescription, ")
+           + QStringLiteral("(SELECT MaritalStatusDescription FROM MaritalStatus WHERE MaritalStatusID=Client.MaritalStatusID) AS MaritalStatusDescription, ")
+           + oneLine(QStringLiteral("Address")) + QStringLiteral(" AS Address, City, State, ZipCode, ")
+           + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ")
+           + SqlText::phone(QStringLiteral("WorkPhone")) + QStringLiteral(" AS WorkPhone, ")
+           + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
+           + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
+           + QStringLiteral(") AS Client ORDER BY LastName");
+}
+
+void frmClientGrid::setSQL(const QString &sql)
+{
+    if (sql.isEmpty()) {
+        m_baseSql = kDefaultSql;
+        setWindowTitle(kCaption);
+    } else {
+        m_baseSql = sql;
+        setWindowTitle(kCaption + QStringLiteral(" (Filter Applied)"));
+    }
+}
+
+void frmClientGrid::OpenRecordset()
+{
+    m_selectedRow = -1;
+    m_columnSelected = false;
+    m_selectedColumn = -1;
+    cmdClientEdit->setEnabled(false);
+    cmdClientDelete->setEnabled(false);
+    const WaitCursor wait;
+    // The count runs over the base query alone: the list opens at once however long it is.
+    basTendmark::PopulateDataGrid(grdData, CreateSQL(m_baseSql), {}, QStringLiteral("SELECT ClientID FROM (%1)").arg(m_baseSql));
+}
+
+void frmClientGrid::ExecuteSQL()
+{
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.ExecuteSQL"), [&] {
+        m_clientId.clear();
+        m_busy = true;
+        const auto done = qScopeGuard([this] { m_busy = false; });
+        OpenRecordset();
+        m_busy = false;
+        updateToolbar();
+        if (basTendmark::Model(grdData)->dataRowCount() == 0)
+            Prompt::message(QStringLiteral("No Client Records Found"),
+                            QStringLiteral("No client records were found that matched the specified criteria."),
+                            Prompt::Icon::Exclamation, Prompt::Ok);
+    });
+}
+
+void frmClientGrid::RefreshData()
+{
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.RefreshData"), [&] {
+        const WaitCursor wait;
+        m_busy = true;
+        const auto done = qScopeGuard([this] { m_busy = false; });
+        basTendmark::Model(grdData)->refresh();
+        grdData->scrollToTop();
+        clearSelection();
+        m_busy = false;
+        updateToolbar();
+    });
+}
+
+void frmClientGrid::clearSelection()
+{
+    grdData->selectionModel()->clear();
+    m_selectedRow = -1;
+    m_columnSelected = false;
+    m_clientId.clear();
+    cmdClientEdit->setEnabled(false);
+    cmdClientDelete->setEnabled(false);
+}
+
+void frmClientGrid::selectGridRow(int row)
+{
+    if (m_busy)
+        return;
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.grdData_SelChange"), [&] {
+        m_busy = true;
+        const auto done = qScopeGuard([this] { m_busy = false; });
+        m_columnSelected = false;
+        m_selectedRow = row;
+        const qint64 id = basTendmark::GridText(grdData, row, 1).toLongLong();
+        if (id > 0) {
+            basTendmark::SelectRow(grdData, row);
+            m_clientId = QString::number(id);
+        } else {
+            grdData->selectionModel()->clear();
+            m_clientId.clear();
+        }
+        cmdClientEdit->setEnabled(id > 0);
+        cmdClientDelete->setEnabled(id > 0);
+        m_busy = false;
+        updateToolbar();
+    });
+}
+
+void frmClientGrid::grdData_HeaderClicked(int column)
+{
+    m_busy = true;
+    const auto done = qScopeGuard([this] { m_busy = false; });
+    QAbstractItemModel *model = grdData->model();
+    grdData->setCurrentIndex(model->index(0, column));
+    grdData->selectionModel()->select(QItemSelection(model->index(0, column), model->index(model->rowCount() - 1, column)),
+                                      QItemSelectionModel::ClearAndSelect);
+    m_columnSelected = true;
+    m_selectedColumn = column;
+    m_selectedRow = -1;
+    m_clientId.clear();
+    cmdClientEdit->setEnabled(false);
+    cmdClientDelete->setEnabled(false);
+    m_busy = false;
+    updateToolbar();
+}
+
+void frmClientGrid::SortColumn(Qt::SortOrder order)
+{
+    if (!m_columnSelected || m_selectedColumn < 0)
+        return;
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.SortColumn"), [&] {
+        const WaitCursor wait;
+        const int column = m_selectedColumn;
+        basTendmark::Model(grdData)->sortByColumn(column, order);
+        grdData_HeaderClicked(column);
+        grdData->scrollToTop();
+    });
+}
+
+void frmClientGrid::setClientID(const QString &id)
+{
+    m_clientId = id;
+    GoToRow(id);
+}
+
+void frmClientGrid::GoToRow(const QString &id)
+{
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.GoToRow"), [&] {
+        bool ok = false;
+        const qint64 key = id.toLongLong(&ok);
+        const int row = ok ? basTendmark::Model(grdData)->findKey(key) : -1;
+        if (row < 0)
+            return;
+        grdData->scrollTo(grdData->model()->index(row, 1), QAbstractItemView::PositionAtCenter);
+        selectGridRow(row);
+    });
+}
+
+void frmClientGrid::cmdClientAdd_Click()
+{
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.cmdClientAdd_Click"),
+                           [&] { basClient::OpenDetails(mainWindow(), QStringLiteral("ADD")); });
+}
+
+void frmClientGrid::cmdClientEdit_Click()
+{
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.cmdClientEdit_Click"), [&] {
+        const int row = grdData->currentIndex().row();
+        const qint64 id = basTendmark::GridText(grdData, row, 1).toLongLong();
+        if (id > 0)
+            basClient::OpenDetails(mainWindow(), QString::number(id));
+    });
+}
+
+void frmClientGrid::cmdClientDelete_Click()
+{
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.cmdClientDelete_Click"), [&] {
+        const int row = m_selectedRow;
+        const qint64 id = row >= 0 ? basTendmark::GridText(grdData, row, 1).toLongLong() : 0;
+        if (id <= 0)
+            return;
+        const QString name = basClient::DeleteName(basTendmark::GridText(grdData, row, 2), basTendmark::GridText(grdData, row, 3),
+                                                   basTendmark::GridText(grdData, row, 4), true);
+        if (!basClient::ConfirmDelete(name))
+            return;
+        if (!basDatabase::DeleteItemFromTable(QStringLiteral("Client"), QStringLiteral("ClientID"), QString::number(id)))
+            return;
+        m_busy = true;
+        const auto done = qScopeGuard([this] { m_busy = false; });
+        basTendmark::RemoveGridRow(grdData, row);
+        clearSelection();
+        m_busy = false;
+        updateToolbar();
+        mainWindow()->markClientWindowsForRefresh();
+        setRefreshPending(false);
+    });
+}
+
+void frmClientGrid::updateToolbar()
+{
+    if (mainWindow()->activeChild() != this)
+        return;
+    mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
+}
+
+void frmClientGrid::activated()
+{
+    if (refreshPending()) {
+        setRefreshPending(false);
+        const QString id = m_clientId;
+        RefreshData();
+        if (!id.isEmpty())
+            GoToRow(id);
+    } else if (m_selectedRow >= 0 && !m_columnSelected) {
+        basTendmark::SelectRow(grdData, m_selectedRow);
+    }
+    m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
+    grdData->setFocus();
+    m_busy = false;
+    mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
+    mainWindow()->EnableSearchBar(true);
+}
