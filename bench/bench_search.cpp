@@ -59,17 +59,24 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QTextStream out(stdout);
-    const int clients = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 100000;
+    // Optional argument: a database to search instead of building one (building 100,000 households takes minutes).
+    const QString given = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("bench.tmdb"));
+    const QString path = given.isEmpty() ? dir.filePath(QStringLiteral("bench.tmdb")) : given;
     QString error;
-    QElapsedTimer build;
-    build.start();
-    if (!createDatabase(path, clients, &error) || !basDatabase::OpenConnection(path, &error)) {
+    if (given.isEmpty()) {
+        QElapsedTimer build;
+        build.start();
+        if (!createDatabase(path, 100000, &error)) {
+            QTextStream(stderr) << "bench_search: " << error << '\n';
+            return 1;
+        }
+        out << "demo_database_100000_clients_s " << QString::number(build.elapsed() / 1000.0, 'f', 1) << " s\n";
+    }
+    if (!basDatabase::OpenConnection(path, &error)) {
         QTextStream(stderr) << "bench_search: " << error << '\n';
         return 1;
     }
-    out << "demo_database_" << clients << "_clients_s " << QString::number(build.elapsed() / 1000.0, 'f', 1) << " s\n";
     out << "search_last_name_ms " << QString::number(medianMs(QStringLiteral("Last Name"), QStringLiteral("son")), 'f', 2) << " ms\n";
     out << "search_first_name_ms " << QString::number(medianMs(QStringLiteral("First Name"), QStringLiteral("mar")), 'f', 2) << " ms\n";
     out << "search_ssn_ms " << QString::number(medianMs(QStringLiteral("Social Security Number"), QStringLiteral("123-4")), 'f', 2) << " ms\n";

@@ -21,12 +21,16 @@ QString pattern(Match match, const QString &text)
 
 QString withoutDashes(QString text) { return text.remove(QLatin1Char('-')); }
 
-Query dateQuery(const QString &sql, const QString &text)
+QString countQuery(const QString &key, const QString &table, const QString &condition)
 {
-    const QDate date = basTendmark::ParseDate(text);
-    if (!date.isValid())
-        return {{}, {}, QStringLiteral("Please type the birth date as mm/dd/yyyy, for example 04/23/1961.")};
-    return {sql, {date.toString(Qt::ISODate)}, {}};
+    return QStringLiteral("SELECT %1 AS RowKey FROM %2 WHERE %3").arg(key, table, condition);
+}
+
+Query problem(const QString &text)
+{
+    Query q;
+    q.problem = text;
+    return q;
 }
 
 Query familyQuery(const QString &column, Match match, const QString &text)
@@ -34,15 +38,18 @@ Query familyQuery(const QString &column, Match match, const QString &text)
     const QString extra = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
                               ? QString()
                               : QStringLiteral("Family.") + column + QStringLiteral(", ");
+    const QString condition = QStringLiteral("Family.") + column + kLike;
     const QString sql =
         QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
         + QStringLiteral("Relationships.RelationshipDescription, "
                          "CASE WHEN Client.ClientID IS NULL THEN '' ELSE RTRIM(IFNULL(Client.LastName,'') || ', ' || "
                          "IFNULL(Client.FirstName,'') || ' ' || IFNULL(Client.MiddleInitial,'')) END AS ClientName "
                          "FROM Family LEFT JOIN Relationships ON Family.RelationshipID = Relationships.RelationshipID "
-                         "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE Family.")
-        + column + kLike + QStringLiteral(" ORDER BY Family.LastName, Family.FirstName");
-    return {sql, {pattern(match, text)}, {}};
+                         "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ")
+        + condition + QStringLiteral(" ORDER BY Family.LastName, Family.FirstName");
+    // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
+    return {sql, {pattern(match, text)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition),
+            QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"), {}};
 }
 
 } // namespace
@@ -90,12 +97,18 @@ Query client(const QString &field, const QString &text)
         // The name searches show the licence number; the others show the searched column.
         const bool nameSearch = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
                                 || column == QLatin1String("SocialSecurityNumber") || column == QLatin1String("DriversLicenseNumber");
+        const QString condition = column + (e.match == Match::Date ? QStringLiteral(" = ?") : kLike);
         const QString sql = names + (nameSearch ? QStringLiteral("DriversLicenseNumber") : column) + QStringLiteral(" FROM Client WHERE ")
-                            + column + (e.match == Match::Date ? QStringLiteral(" = ?") : kLike) + order;
-        if (e.match == Match::Date)
-            return dateQuery(sql, text);
+                            + condition + order;
+        const QString count = countQuery(QStringLiteral("ClientID"), QStringLiteral("Client"), condition);
+        if (e.match == Match::Date) {
+            const QDate date = basTendmark::ParseDate(text);
+            if (!date.isValid())
+                return problem(QStringLiteral("Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
+            return {sql, {date.toString(Qt::ISODate)}, count, {}, {}};
+        }
         const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : text;
-        return {sql, {pattern(e.match, typed)}, {}};
+        return {sql, {pattern(e.match, typed)}, count, {}, {}};
     }
     if (field == QLatin1String("Family Member Last Name"))
         return familyQuery(QStringLiteral("LastName"), Match::Contains, text);
@@ -105,7 +118,7 @@ Query client(const QString &field, const QString &text)
         return familyQuery(QStringLiteral("SocialSecurityNumber"), Match::StartsWith, withoutDashes(text));
     if (field == QLatin1String("Family Member Driver's License Number"))
         return familyQuery(QStringLiteral("DriversLicenseNumber"), Match::StartsWith, text);
-    return {{}, {}, QStringLiteral("Choose a field to search on.")};
+    return problem(QStringLiteral("Choose a field to search on."));
 }
 
 Query volunteer(const QString &field, const QString &text)
@@ -129,23 +142,27 @@ Query volunteer(const QString &field, const QString &text)
         if (field != QLatin1String(e.field))
             continue;
         const QString shown = QString::fromLatin1(e.shown);
+        const QString condition = QString::fromLatin1(e.column) + kLike;
         const QString sql = names + (shown.isEmpty() ? QString() : QStringLiteral(", ") + shown) + QStringLiteral(" FROM Volunteer WHERE ")
-                            + QString::fromLatin1(e.column) + kLike + QStringLiteral(" ORDER BY LastName, FirstName");
-        return {sql, {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)}, {}};
+                            + condition + QStringLiteral(" ORDER BY LastName, FirstName");
+        return {sql, {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
+                countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition), {}, {}};
     }
-    return {{}, {}, QStringLiteral("Choose a field to search on.")};
+    return problem(QStringLiteral("Choose a field to search on."));
 }
 
 Outcome run(const Query &query)
 {
+    // One pass over the searched table: how many, and the key itself when there is only one.
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT COUNT(*), MIN(RowKey) FROM (%1)").arg(query.countSql), query.binds);
     Outcome outcome;
-    QSqlQuery q = basDatabase::Execute(query.sql, query.binds);
-    if (!q.next())
-        return outcome;
-    outcome.firstKey = q.value(0).toString();
-    outcome.count = 1;
-    if (q.next())
-        outcome.count = basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(query.sql), query.binds).toInt();
+    if (q.next()) {
+        outcome.count = q.value(0).toInt();
+        if (outcome.count == 1)
+            outcome.onlyKey = q.value(1).toString();
+    }
+    if (!outcome.onlyKey.isEmpty() && !query.keySql.isEmpty())
+        outcome.onlyKey = basDatabase::ScalarValue(query.keySql, {outcome.onlyKey}).toString();
     return outcome;
 }
 

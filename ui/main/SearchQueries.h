@@ -11,6 +11,8 @@ struct Query
 {
     QString sql;            // first column: the key handed to the client or volunteer window
     QVariantList binds;
+    QString countSql;       // the same rows (their row ids as RowKey) from the searched table alone, without joins or order
+    QString keySql;         // turns a RowKey into the key handed over; empty when they are the same
     QString problem;        // set when the typed text cannot be searched for (a bad date)
 };
 
@@ -22,9 +24,9 @@ Query volunteer(const QString &field, const QString &text);
 struct Outcome
 {
     int count = 0;
-    QString firstKey;       // the key of the first row, when there is one
+    QString onlyKey;        // the key, when exactly one row matches
 };
-// Runs the query far enough to tell none, one or many; throws TmError on failure.
+// Counts the matches in one pass and tells the key when there is exactly one; throws TmError on failure.
 Outcome run(const Query &query);
 
 } // namespace SearchQueries

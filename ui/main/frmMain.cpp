@@ -536,7 +536,7 @@ void frmMain::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind)
                         Prompt::Icon::None, Prompt::Ok);
         return;
     }
-    QString key = outcome.firstKey;
+    QString key = outcome.onlyKey;
     if (outcome.count > 1) {
         Prompt::PickRequest request;
         request.caption = kind == MdiChild::Kind::Volunteer ? QStringLiteral("Select Volunteer") : QStringLiteral("Select Client");
@@ -544,6 +544,7 @@ void frmMain::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind)
                         + QStringLiteral("\r\n") + QStringLiteral("Select an entry from the list, then click 'OK'.");
         request.sql = query.sql;
         request.binds = query.binds;
+        request.countSql = query.countSql;
         const std::optional<QString> chosen = Prompt::pick(request);
         if (!chosen)
             return;

@@ -119,7 +119,7 @@ QString frmSelect::ColumnSpec(const QStringList &fieldNames)
     return entries.join(QLatin1Char('|'));
 }
 
-void frmSelect::setRecordset(const QString &sql, const QVariantList &binds)
+void frmSelect::setRecordset(const QString &sql, const QVariantList &binds, const QString &countSql)
 {
     basErrorHandler::Guard(QStringLiteral("frmSelect.PopulateGrid"), [&] {
         const QSqlRecord record = basDatabase::Execute(QStringLiteral("SELECT * FROM (%1) LIMIT 0").arg(sql), binds).record();
@@ -132,7 +132,7 @@ void frmSelect::setRecordset(const QString &sql, const QVariantList &binds)
         QStringList shown{SqlText::id(names.first())};
         for (const QString &name : names.mid(1))
             shown << FormatValue(name) + QStringLiteral(" AS ") + SqlText::id(name);
-        PopulateGrid(QStringLiteral("SELECT %1 FROM (%2)").arg(shown.join(QStringLiteral(", ")), sql), binds);
+        PopulateGrid(QStringLiteral("SELECT %1 FROM (%2)").arg(shown.join(QStringLiteral(", ")), sql), binds, countSql);
     });
     ResizeGrid();
 }
@@ -143,9 +143,9 @@ void frmSelect::FormatGrid(const QStringList &fieldNames)
     basTendmark::FormatDataGrid(m_grdData);
 }
 
-void frmSelect::PopulateGrid(const QString &sql, const QVariantList &binds)
+void frmSelect::PopulateGrid(const QString &sql, const QVariantList &binds, const QString &countSql)
 {
-    basTendmark::PopulateDataGrid(m_grdData, sql, binds);
+    basTendmark::PopulateDataGrid(m_grdData, sql, binds, countSql);
     if (basTendmark::Model(m_grdData)->dataRowCount() > 0)
         basTendmark::SelectRow(m_grdData, 0);
     updateOkButton();
@@ -188,7 +188,7 @@ std::optional<QString> frmSelect::pick(const Prompt::PickRequest &request, QWidg
     frmSelect form(parent);
     form.setFormCaption(request.caption);
     form.setFormLabel(request.label);
-    form.setRecordset(request.sql, request.binds);
+    form.setRecordset(request.sql, request.binds, request.countSql);
     form.exec();
     if (!form.OKClicked())
         return std::nullopt;

@@ -20,8 +20,8 @@ public:
 
     void setFormCaption(const QString &caption);
     void setFormLabel(const QString &label);
-    // The rows to offer; the query's first column is the row's key.
-    void setRecordset(const QString &sql, const QVariantList &binds = {});
+    // The rows to offer; the query's first column is the row's key. countSql: the same number of rows, faster.
+    void setRecordset(const QString &sql, const QVariantList &binds = {}, const QString &countSql = {});
 
     QString FormCaption() const { return windowTitle(); }
     QString FormLabel() const { return m_formLabel; }
@@ -38,7 +38,7 @@ public:
 
 private:
     void FormatGrid(const QStringList &fieldNames);
-    void PopulateGrid(const QString &sql, const QVariantList &binds);
+    void PopulateGrid(const QString &sql, const QVariantList &binds, const QString &countSql);
     void ResizeGrid();
     void updateOkButton();
     void cmdOK_Click();

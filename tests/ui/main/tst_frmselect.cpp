@@ -130,7 +130,11 @@ void TestFrmSelect::realPromptShowsThePicker()
         seenCaption = form->windowTitle();
         form->findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
     });
-    const std::optional<QString> chosen = Prompt::pick({QStringLiteral("Select Client"), QStringLiteral("Pick one."), m_query, {}});
+    Prompt::PickRequest request;
+    request.caption = QStringLiteral("Select Client");
+    request.label = QStringLiteral("Pick one.");
+    request.sql = m_query;
+    const std::optional<QString> chosen = Prompt::pick(request);
     Prompt::setHandler(nullptr);
     QCOMPARE(seenCaption, QStringLiteral("Select Client"));
     QVERIFY(chosen);

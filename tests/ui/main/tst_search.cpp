@@ -1,11 +1,14 @@
 #include "ScriptedPrompts.h"
+#include "SearchQueries.h"
 #include "TestDatabase.h"
+#include "basDatabase.h"
 #include "frmMain.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QToolBar>
 #include <QtTest>
 
@@ -48,6 +51,7 @@ private slots:
     void badBirthDateIsRefused();
     void volunteerSearch_data();
     void volunteerSearch();
+    void lastNameSearchReadsOnlyTheNameIndex();
 };
 
 void TestSearch::initTestCase()
@@ -71,6 +75,10 @@ void TestSearch::initTestCase()
     m_smithers = TestDatabase::insert(QStringLiteral("Client"), {
         {QStringLiteral("LastName"), QStringLiteral("Smithers")}, {QStringLiteral("FirstName"), QStringLiteral("Anna")},
         {QStringLiteral("Address"), QStringLiteral("7 Oak Ct")}});
+    // Member ids differ from household ids, so handing over the wrong one shows.
+    TestDatabase::insert(QStringLiteral("Family"), {
+        {QStringLiteral("ClientID"), m_smithers}, {QStringLiteral("LastName"), QStringLiteral("Smithers")},
+        {QStringLiteral("FirstName"), QStringLiteral("Zed")}});
     TestDatabase::insert(QStringLiteral("Family"), {
         {QStringLiteral("ClientID"), m_obrien}, {QStringLiteral("LastName"), QStringLiteral("O'Brien")},
         {QStringLiteral("FirstName"), QStringLiteral("Sean")}, {QStringLiteral("SocialSecurityNumber"), QStringLiteral("111223333")},
@@ -141,6 +149,7 @@ void TestSearch::eachClientFieldFindsItsRecord_data()
     QTest::newRow("employer address") << "Employer Address" << "100 main" << "obrien";
     QTest::newRow("family last name gives the household") << "Family Member Last Name" << "jones" << "smith";
     QTest::newRow("family first name") << "Family Member First Name" << "sean" << "obrien";
+    QTest::newRow("family member's household") << "Family Member First Name" << "zed" << "smithers";
     QTest::newRow("family ssn") << "Family Member Social Security Number" << "111-22" << "obrien";
     QTest::newRow("family licence") << "Family Member Driver's License Number" << "OH999" << "obrien";
 }
@@ -150,7 +159,7 @@ void TestSearch::eachClientFieldFindsItsRecord()
     QFETCH(QString, on);
     QFETCH(QString, text);
     QFETCH(QString, who);
-    const qint64 expected = who == QLatin1String("obrien") ? m_obrien : m_smith;
+    const qint64 expected = who == QLatin1String("obrien") ? m_obrien : who == QLatin1String("smith") ? m_smith : m_smithers;
     ScriptedPrompts prompts;
     const auto spy = handOffs([&] { search(on, text); });
     QVERIFY(prompts.pickRequests().isEmpty());
@@ -251,6 +260,18 @@ void TestSearch::volunteerSearch()
         QCOMPARE(spy.first().at(1).toString(), QString::number(m_volunteer));
     } else {
         QCOMPARE(prompts.last().title, QStringLiteral("No Record Found"));
+    }
+}
+
+void TestSearch::lastNameSearchReadsOnlyTheNameIndex()
+{
+    const SearchQueries::Query query = SearchQueries::client(QStringLiteral("Last Name"), QStringLiteral("son"));
+    for (const QString &sql : {query.sql, query.countSql}) {
+        QSqlQuery plan = basDatabase::Execute(QStringLiteral("EXPLAIN QUERY PLAN ") + sql, query.binds);
+        QStringList steps;
+        while (plan.next())
+            steps << plan.value(3).toString();
+        QCOMPARE(steps.join(QLatin1Char('|')), QStringLiteral("SCAN Client USING COVERING INDEX ClientByName"));
     }
 }
 
