@@ -155,8 +155,12 @@ void frmSelect::ResizeGrid()
 {
     m_grdData->horizontalHeader()->setStretchLastSection(true);
     int width = 0;
-    for (int c = 0; c < m_grdData->model()->columnCount(); ++c)
+    for (int c = 0; c < m_grdData->model()->columnCount(); ++c) {
+        // The set widths are the least; a number that would be cut off gets the room it needs.
+        if (c > 0)
+            m_grdData->setColumnWidth(c, qMax(m_grdData->columnWidth(c), static_cast<QAbstractItemView *>(m_grdData)->sizeHintForColumn(c)));
         width += m_grdData->columnWidth(c);
+    }
     const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry() : QRect(0, 0, 1280, 900);
     resize(qBound(460, width + 40, screen.width() * 9 / 10), qBound(300, 420, screen.height() * 9 / 10));
 }
