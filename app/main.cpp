@@ -1,3 +1,4 @@
+#include "AppIcons.h"
 #include "Prompt.h"
 #include "SingleInstance.h"
 #include "WidgetPrompts.h"
@@ -17,9 +18,11 @@ int Main(QApplication &app)
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The database file to open."));
+    const QCommandLineOption demo(QStringLiteral("demo"), QStringLiteral("Open the demo database (created on first use)."));
+    parser.addOption(demo);
     parser.process(app);
     const QStringList files = parser.positionalArguments();
-    const QString fileToOpen = files.isEmpty() ? QString() : files.constFirst();
+    QString fileToOpen = files.isEmpty() ? QString() : files.constFirst();
 
     WidgetPrompts prompts;
     Prompt::setHandler(&prompts);
@@ -40,6 +43,8 @@ int Main(QApplication &app)
         window.activateWindow();
     });
     window.show();
+    if (parser.isSet(demo))
+        fileToOpen = window.prepareDemoDatabase();
     window.startUp(fileToOpen);
     const int result = app.exec();
     Prompt::setHandler(nullptr);
@@ -54,5 +59,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("TendMark"));
     QApplication::setOrganizationName(QStringLiteral("TendMark"));
     QApplication::setApplicationVersion(QStringLiteral(TENDMARK_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("tendmark"));
+    QApplication::setWindowIcon(AppIcons::application());
     return Main(app);
 }

@@ -41,6 +41,7 @@ struct PickRequest
     QString label;
     QString sql;
     QVariantList binds;
+    QString countSql;        // optional: the same number of rows, counted faster
 };
 
 class Handler

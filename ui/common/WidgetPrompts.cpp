@@ -1,5 +1,7 @@
 #include "WidgetPrompts.h"
 
+#include "frmSelect.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QFontDialog>
@@ -45,9 +47,9 @@ QString WidgetPrompts::fileName(const Prompt::FileRequest &r)
     return dialog.selectedFiles().constFirst();
 }
 
-std::optional<QString> WidgetPrompts::pick(const Prompt::PickRequest &)
+std::optional<QString> WidgetPrompts::pick(const Prompt::PickRequest &r)
 {
-    return std::nullopt;
+    return frmSelect::pick(r, QApplication::activeWindow());
 }
 
 std::optional<QFont> WidgetPrompts::font(const QString &title, const QFont &initial)

@@ -1,9 +1,13 @@
 #include "frmMain.h"
 
+#include "AppIcons.h"
 #include "DataBinding.h"
+#include "DemoDatabase.h"
 #include "MdiChild.h"
 #include "Prompt.h"
 #include "Schema.h"
+#include "SearchQueries.h"
+#include "StartPanel.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
@@ -13,7 +17,9 @@
 #include "frmClientSummary.h"
 #include "frmFamilyMember.h"
 #include "frmFoodService.h"
+#include "frmHelp.h"
 #include "frmIncomeExpense.h"
+#include "frmMessage.h"
 #include "frmOptions.h"
 #include "frmPaymentHistory.h"
 #include "frmTableGrid.h"
@@ -65,6 +71,8 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("TendMark"));
+    AppIcons::useIconTheme();
+    setWindowIcon(AppIcons::application());
     m_optionFlags.fill(true);
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setObjectName(QStringLiteral("mdiArea"));
@@ -74,8 +82,15 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, &frmMain::subWindowActivated);
     buildToolbars();
     buildSearchBar();
+    buildViewBar();
     buildMenus();
     buildStatusBar();
+    m_startPanel = new StartPanel(m_mdiArea);
+    connect(m_startPanel, &StartPanel::newDatabaseRequested, this, &frmMain::mnuFileNew_Click);
+    connect(m_startPanel, &StartPanel::openDatabaseRequested, this, &frmMain::mnuFileOpen_Click);
+    connect(m_startPanel, &StartPanel::demoRequested, this, &frmMain::openDemoDatabase);
+    connect(m_startPanel, &StartPanel::recentRequested, this, [this](const QString &path) { openDatabaseFile(path, true); });
+    updateStartPanel();
     SetToolbarButtons(false, false, false, false);
     EnableSearchBar(false);
     enableSaveButton(false);
@@ -108,17 +123,18 @@ void frmMain::buildToolbars()
     m_toolBar->setObjectName(QStringLiteral("tbrToolBar1"));
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     m_toolBar->setMovable(false);
-    struct Button { const char *key; QStyle::StandardPixmap icon; const char *tip; };
+    m_toolBar->setIconSize(QSize(24, 24));
+    struct Button { const char *key; const char *themeIcon; QStyle::StandardPixmap icon; const char *tip; };
     const Button buttons[] = {
-        {"Open", QStyle::SP_DialogOpenButton, "Open a database file"},
-        {"Save", QStyle::SP_DialogSaveButton, "Save the current record"},
-        {"Delete", QStyle::SP_TrashIcon, "Delete the current record"},
-        {"Filter", QStyle::SP_FileDialogContentsView, "Filter the current list"},
-        {"Sort Ascending", QStyle::SP_ArrowUp, "Sort the selected column, A to Z"},
-        {"Sort Descending", QStyle::SP_ArrowDown, "Sort the selected column, Z to A"},
+        {"Open", "document-open", QStyle::SP_DialogOpenButton, "Open a database file"},
+        {"Save", "document-save", QStyle::SP_DialogSaveButton, "Save the current record"},
+        {"Delete", "edit-delete", QStyle::SP_TrashIcon, "Delete the current record"},
+        {"Filter", "edit-find-replace", QStyle::SP_FileDialogContentsView, "Filter the current list"},
+        {"Sort Ascending", "view-sort-ascending", QStyle::SP_ArrowUp, "Sort the selected column, A to Z"},
+        {"Sort Descending", "view-sort-descending", QStyle::SP_ArrowDown, "Sort the selected column, Z to A"},
     };
     for (const Button &b : buttons) {
-        QAction *a = m_toolBar->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.key));
+        QAction *a = m_toolBar->addAction(AppIcons::icon(b.themeIcon, b.icon), QString::fromLatin1(b.key));
         a->setObjectName(QStringLiteral("tbr") + QString::fromLatin1(b.key).remove(QLatin1Char(' ')));
         a->setProperty("Key", QString::fromLatin1(b.key));
         a->setToolTip(QString::fromLatin1(b.tip));
@@ -156,7 +172,8 @@ void frmMain::buildSearchBar()
     m_searchBar->addWidget(m_cboSearchOn);
     m_searchBar->addWidget(searchForCaption);
     m_searchBar->addWidget(m_cboSearchFor);
-    QAction *search = m_searchBar->addAction(style()->standardIcon(QStyle::SP_FileDialogContentsView), QStringLiteral("Search"));
+    m_searchBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    QAction *search = m_searchBar->addAction(AppIcons::icon("edit-find", QStyle::SP_FileDialogContentsView), QStringLiteral("Search"));
     search->setObjectName(QStringLiteral("tbrSearch"));
     search->setProperty("Key", QStringLiteral("Search"));
     search->setToolTip(QStringLiteral("Find the records that match"));
@@ -175,6 +192,34 @@ void frmMain::buildStatusBar()
     m_statusPanel = new QLabel(this);
     m_statusPanel->setObjectName(QStringLiteral("Status"));
     statusBar()->addWidget(m_statusPanel, 1);
+}
+
+void frmMain::buildViewBar()
+{
+    m_viewBar = new QToolBar(QStringLiteral("View Bar"), this);
+    m_viewBar->setObjectName(QStringLiteral("picViewBar"));
+    m_viewBar->setMovable(false);
+    m_viewBar->setOrientation(Qt::Vertical);
+    m_viewBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    m_viewBar->setIconSize(QSize(40, 40));
+    addToolBar(Qt::LeftToolBarArea, m_viewBar);
+    struct Shortcut { const char *name; const char *caption; const char *themeIcon; QStyle::StandardPixmap icon; const char *menu; };
+    const Shortcut shortcuts[] = {
+        {"ViewBarClientSummary", "Client\nSummary", "x-office-address-book", QStyle::SP_FileDialogInfoView, "mnuDataClientSummary"},
+        {"ViewBarClientDetails", "Client\nDetails", "contact-new", QStyle::SP_FileDialogDetailedView, "mnuDataClientDetails"},
+        {"ViewBarClientTable", "Client\nTable", "x-office-spreadsheet", QStyle::SP_FileDialogListView, "mnuDataClientTable"},
+        {"ViewBarVolunteers", "Volunteers", "system-users", QStyle::SP_DirHomeIcon, "mnuDataVolunteers"},
+    };
+    for (const Shortcut &s : shortcuts) {
+        QAction *a = m_viewBar->addAction(AppIcons::icon(s.themeIcon, s.icon), QString::fromLatin1(s.caption));
+        a->setObjectName(QString::fromLatin1(s.name));
+        a->setToolTip(QString::fromLatin1(s.caption).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+        const QString menuName = QString::fromLatin1(s.menu);
+        connect(a, &QAction::triggered, this, [this, menuName] {
+            if (QAction *menuAction = findChild<QAction *>(menuName))
+                menuAction->trigger();
+        });
+    }
 }
 
 void frmMain::buildMenus()
@@ -237,6 +282,7 @@ void frmMain::buildMenus()
     };
     addToggle(QStringLiteral("mnuViewToolbar"), QStringLiteral("&Toolbar"), m_toolBar);
     addToggle(QStringLiteral("mnuViewSearchbar"), QStringLiteral("&Search Bar"), m_searchBar);
+    addToggle(QStringLiteral("mnuViewViewbar"), QStringLiteral("&View Bar"), m_viewBar);
     addToggle(QStringLiteral("mnuViewStatusbar"), QStringLiteral("Status &Bar"), statusBar());
 
     QMenu *reports = menuBar()->addMenu(QStringLiteral("&Reports"));
@@ -366,6 +412,7 @@ void frmMain::setDatabasePath(const QString &path)
     if (QAction *open = toolbarButton(QStringLiteral("Open")))
         open->setEnabled(path.isEmpty());
     SaveSettings();
+    updateStartPanel();
 }
 
 bool frmMain::openDatabaseFile(const QString &path, bool reportFailure)
@@ -478,9 +525,59 @@ void frmMain::AddSearchForItem()
     m_cboSearchOn->addItems(fields);
 }
 
-void frmMain::SearchForClient() { notAvailableYet(); }
+void frmMain::SearchForClient()
+{
+    basErrorHandler::Guard(QStringLiteral("frmMain.SearchForClient"), [this] {
+        runSearch(SearchQueries::client(m_cboSearchOn->currentText(), m_cboSearchFor->currentText()), MdiChild::Kind::Client);
+    });
+}
 
-void frmMain::SearchForVolunteer() { notAvailableYet(); }
+void frmMain::SearchForVolunteer()
+{
+    basErrorHandler::Guard(QStringLiteral("frmMain.SearchForVolunteer"), [this] {
+        runSearch(SearchQueries::volunteer(m_cboSearchOn->currentText(), m_cboSearchFor->currentText()), MdiChild::Kind::Volunteer);
+    });
+}
+
+void frmMain::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind)
+{
+    if (!query.problem.isEmpty()) {
+        Prompt::message(QStringLiteral("Data Entry Error"), query.problem, Prompt::Icon::Exclamation, Prompt::Ok);
+        return;
+    }
+    const QString typed = m_cboSearchFor->currentText();
+    if (m_cboSearchFor->findText(typed) < 0) {
+        m_cboSearchFor->insertItem(0, typed);
+        while (m_cboSearchFor->count() > 10)
+            m_cboSearchFor->removeItem(m_cboSearchFor->count() - 1);
+        m_cboSearchFor->setCurrentText(typed);
+    }
+    const SearchQueries::Outcome outcome = SearchQueries::run(query);
+    if (outcome.count == 0) {
+        Prompt::message(QStringLiteral("No Record Found"), QStringLiteral("No record was found matching the specified criteria."),
+                        Prompt::Icon::None, Prompt::Ok);
+        return;
+    }
+    QString key = outcome.onlyKey;
+    if (outcome.count > 1) {
+        Prompt::PickRequest request;
+        request.caption = kind == MdiChild::Kind::Volunteer ? QStringLiteral("Select Volunteer") : QStringLiteral("Select Client");
+        request.label = QString::number(outcome.count) + QStringLiteral(" entries were found that match the specified criteria. ")
+                        + QStringLiteral("\r\n") + QStringLiteral("Select an entry from the list, then click 'OK'.");
+        request.sql = query.sql;
+        request.binds = query.binds;
+        request.countSql = query.countSql;
+        const std::optional<QString> chosen = Prompt::pick(request);
+        if (!chosen)
+            return;
+        key = *chosen;
+    }
+    Q_EMIT recordRequested(kind, key);
+    if (kind == MdiChild::Kind::Volunteer)
+        showVolunteer(key);
+    else
+        showClient(key);
+}
 
 void frmMain::cmdSearch_Click()
 {
@@ -627,6 +724,49 @@ void frmMain::showVolunteer(const QString &volunteerId)
     }
     addChild(volunteers);
     activateChild(volunteers);
+}
+
+QString frmMain::prepareDemoDatabase()
+{
+    QString error;
+    bool ok = true;
+    if (!QFileInfo::exists(DemoDatabase::Path())) {
+        frmMessage notice(this);
+        notice.setMessage(QStringLiteral("Please wait while the demo database is created..."));
+        notice.showNow();
+        ok = DemoDatabase::Ensure(&error);
+    }
+    if (!ok) {
+        Prompt::message(QStringLiteral("Demo Database"), QStringLiteral("The demo database could not be created.\r\n") + error,
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        return {};
+    }
+    return DemoDatabase::Path();
+}
+
+void frmMain::openDemoDatabase()
+{
+    const QString path = prepareDemoDatabase();
+    if (!path.isEmpty())
+        openDatabaseFile(path, true);
+}
+
+void frmMain::updateStartPanel()
+{
+    if (!m_startPanel)
+        return;
+    m_startPanel->setVisible(m_databasePath.isEmpty());
+    if (m_databasePath.isEmpty()) {
+        m_startPanel->setRecentFiles(recentFiles());
+        m_startPanel->raise();
+    }
+}
+
+frmHelp *frmMain::helpWindow()
+{
+    if (!m_help)
+        m_help = new frmHelp(this);
+    return m_help;
 }
 
 void frmMain::notAvailableYet()
@@ -794,9 +934,9 @@ void frmMain::openReport(const QString &)
         notAvailableYet();
 }
 
-void frmMain::mnuHelpContents_Click() { notAvailableYet(); }
+void frmMain::mnuHelpContents_Click() { helpWindow()->showContents(); }
 
-void frmMain::mnuHelpIndex_Click() { notAvailableYet(); }
+void frmMain::mnuHelpIndex_Click() { helpWindow()->showIndex(); }
 
 void frmMain::mnuHelpAbout_Click()
 {

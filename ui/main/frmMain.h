@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MdiChild.h"
+
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -7,12 +9,14 @@
 #include <array>
 #include <optional>
 
-class MdiChild;
 class QAction;
 class QComboBox;
 class QLabel;
 class QMenu;
 class QToolBar;
+class StartPanel;
+class frmHelp;
+namespace SearchQueries { struct Query; }
 
 // The frame window: menus, toolbars, view bar, search bar and status bar around
 // the area in which every other window opens. Owns the open database's path.
@@ -83,9 +87,17 @@ public:
     // The search bar's hand-off: show this client (or volunteer) in the active window of its kind.
     void showClient(const QString &clientId);
     void showVolunteer(const QString &volunteerId);
+    // Creates the demo database on first use (with a notice while it is built); its path, or empty after telling why not.
+    QString prepareDemoDatabase();
+    frmHelp *helpWindow();
+
+Q_SIGNALS:
+    // The search bar hands a record over to the client or volunteer window.
+    void recordRequested(MdiChild::Kind kind, const QString &id);
 
 public Q_SLOTS:
     void mnuFileNew_Click();
+    void openDemoDatabase();
     void mnuFileOpen_Click();
     void mnuFileClose_Click();
     void mnuFileSave_Click();
@@ -118,6 +130,9 @@ private:
     void buildToolbars();
     void buildSearchBar();
     void buildStatusBar();
+    void buildViewBar();
+    void updateStartPanel();
+    void runSearch(const SearchQueries::Query &query, MdiChild::Kind kind);
     QAction *addMenuAction(QMenu *menu, const QString &name, const QString &caption, const QKeySequence &shortcut = {});
     void notAvailableYet();
     void updateWindowMenu();
@@ -127,6 +142,9 @@ private:
     QMdiArea *m_mdiArea = nullptr;
     QToolBar *m_toolBar = nullptr;
     QToolBar *m_searchBar = nullptr;
+    QToolBar *m_viewBar = nullptr;
+    StartPanel *m_startPanel = nullptr;
+    frmHelp *m_help = nullptr;
     QLabel *m_statusPanel = nullptr;
     QComboBox *m_cboSearchOn = nullptr;
     QComboBox *m_cboSearchFor = nullptr;

@@ -1,0 +1,279 @@
+#include "ScriptedPrompts.h"
+#include "SearchQueries.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+#include "frmMain.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QSqlQuery>
+#include <QToolBar>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(MdiChild::Kind)
+
+namespace {
+
+class VolunteerWindow : public MdiChild
+{
+public:
+    using MdiChild::MdiChild;
+    Kind kind() const override { return Kind::Volunteer; }
+};
+
+} // namespace
+
+// The search bar, used as a person uses it: choose the field, type, press Search.
+class TestSearch : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<TestDatabase> m_db;
+    std::unique_ptr<frmMain> m_main;
+    qint64 m_obrien = 0, m_smith = 0, m_smithers = 0, m_volunteer = 0;
+
+    void search(const QString &on, const QString &text);
+    QList<QVariantList> handOffs(const std::function<void()> &action);
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void eachClientFieldFindsItsRecord_data();
+    void eachClientFieldFindsItsRecord();
+    void noMatchSaysSo_data();
+    void noMatchSaysSo();
+    void severalMatchesOpenThePicker();
+    void cancelledPickerHandsNothingOver();
+    void badBirthDateIsRefused();
+    void volunteerSearch_data();
+    void volunteerSearch();
+    void lastNameSearchReadsOnlyTheNameIndex();
+};
+
+void TestSearch::initTestCase()
+{
+    qRegisterMetaType<MdiChild::Kind>();
+    m_db = std::make_unique<TestDatabase>();
+    m_main = std::make_unique<frmMain>();
+    m_main->show();
+    QVERIFY(m_main->openDatabaseFile(m_db->path(), true));
+    m_obrien = TestDatabase::insert(QStringLiteral("Client"), {
+        {QStringLiteral("LastName"), QStringLiteral("O'Brien")}, {QStringLiteral("FirstName"), QStringLiteral("Kathleen")},
+        {QStringLiteral("MiddleInitial"), QStringLiteral("M")}, {QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
+        {QStringLiteral("DriversLicenseNumber"), QStringLiteral("OH1234567")}, {QStringLiteral("Address"), QStringLiteral("12 Elm St\r\nApt 4")},
+        {QStringLiteral("BirthDate"), QStringLiteral("1961-04-23")}, {QStringLiteral("HomePhone"), QStringLiteral("9375551234")},
+        {QStringLiteral("MobilePhone"), QStringLiteral("9375559876")}, {QStringLiteral("WorkPhone"), QStringLiteral("9375550000")},
+        {QStringLiteral("EmployerName"), QStringLiteral("Kroger")}, {QStringLiteral("EmployerAddress"), QStringLiteral("100 Main St")}});
+    m_smith = TestDatabase::insert(QStringLiteral("Client"), {
+        {QStringLiteral("LastName"), QStringLiteral("Smith")}, {QStringLiteral("FirstName"), QStringLiteral("John")},
+        {QStringLiteral("SocialSecurityNumber"), QStringLiteral("987654321")}, {QStringLiteral("Address"), QStringLiteral("400 Oak Ave")},
+        {QStringLiteral("BirthDate"), QStringLiteral("1975-01-02")}, {QStringLiteral("HomePhone"), QStringLiteral("9375552222")}});
+    m_smithers = TestDatabase::insert(QStringLiteral("Client"), {
+        {QStringLiteral("LastName"), QStringLiteral("Smithers")}, {QStringLiteral("FirstName"), QStringLiteral("Anna")},
+        {QStringLiteral("Address"), QStringLiteral("7 Oak Ct")}});
+    // Member ids differ from household ids, so handing over the wrong one shows.
+    TestDatabase::insert(QStringLiteral("Family"), {
+        {QStringLiteral("ClientID"), m_smithers}, {QStringLiteral("LastName"), QStringLiteral("Smithers")},
+        {QStringLiteral("FirstName"), QStringLiteral("Zed")}});
+    TestDatabase::insert(QStringLiteral("Family"), {
+        {QStringLiteral("ClientID"), m_obrien}, {QStringLiteral("LastName"), QStringLiteral("O'Brien")},
+        {QStringLiteral("FirstName"), QStringLiteral("Sean")}, {QStringLiteral("SocialSecurityNumber"), QStringLiteral("111223333")},
+        {QStringLiteral("DriversLicenseNumber"), QStringLiteral("OH9990000")},
+        {QStringLiteral("RelationshipID"), TestDatabase::lookupId(QStringLiteral("Relationships"), QStringLiteral("Son"))}});
+    TestDatabase::insert(QStringLiteral("Family"), {
+        {QStringLiteral("ClientID"), m_smith}, {QStringLiteral("LastName"), QStringLiteral("Jones")},
+        {QStringLiteral("FirstName"), QStringLiteral("Mary")},
+        {QStringLiteral("RelationshipID"), TestDatabase::lookupId(QStringLiteral("Relationships"), QStringLiteral("Spouse"))}});
+    m_volunteer = TestDatabase::insert(QStringLiteral("Volunteer"), {
+        {QStringLiteral("LastName"), QStringLiteral("Nguyen")}, {QStringLiteral("FirstName"), QStringLiteral("Linh")},
+        {QStringLiteral("EMailAddress"), QStringLiteral("linh@example.org")}, {QStringLiteral("EmergencyContact"), QStringLiteral("Bao Nguyen")},
+        {QStringLiteral("EmergencyContactPhone"), QStringLiteral("9375557777")}, {QStringLiteral("Comments"), QStringLiteral("Saturdays\r\nonly")}});
+    TestDatabase::insert(QStringLiteral("Volunteer"), {{QStringLiteral("LastName"), QStringLiteral("Nguyen")},
+                                                      {QStringLiteral("FirstName"), QStringLiteral("Tam")}});
+}
+
+void TestSearch::cleanupTestCase()
+{
+    m_main.reset();
+    m_db.reset();
+}
+
+void TestSearch::init()
+{
+    // A client window would switch the search bar on when it becomes active.
+    m_main->EnableSearchBar(true);
+    m_main->AddSearchForItem();
+}
+
+void TestSearch::search(const QString &on, const QString &text)
+{
+    auto *cboOn = m_main->findChild<QComboBox *>(QStringLiteral("cboSearchOn"));
+    auto *cboFor = m_main->findChild<QComboBox *>(QStringLiteral("cboSearchFor"));
+    const int index = cboOn->findText(on);
+    QVERIFY2(index >= 0, qPrintable(on));
+    cboOn->setCurrentIndex(index);
+    cboFor->lineEdit()->clear();
+    QTest::keyClicks(cboFor->lineEdit(), text);
+    QAction *button = m_main->toolbarButton(QStringLiteral("Search"));
+    QVERIFY(button->isEnabled());
+    auto *bar = m_main->findChild<QToolBar *>(QStringLiteral("tbrToolBar2"));
+    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
+}
+
+QList<QVariantList> TestSearch::handOffs(const std::function<void()> &action)
+{
+    QSignalSpy spy(m_main.get(), &frmMain::recordRequested);
+    action();
+    return spy;
+}
+
+void TestSearch::eachClientFieldFindsItsRecord_data()
+{
+    QTest::addColumn<QString>("on");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("who");
+    QTest::newRow("last name with a quote") << "Last Name" << "o'brien" << "obrien";
+    QTest::newRow("first name, part") << "First Name" << "athle" << "obrien";
+    QTest::newRow("ssn typed with dashes") << "Social Security Number" << "123-45" << "obrien";
+    QTest::newRow("licence, from the start") << "Driver's License Number" << "oh123" << "obrien";
+    QTest::newRow("address") << "Address" << "elm st" << "obrien";
+    QTest::newRow("birth date") << "Birth Date" << "4/23/1961" << "obrien";
+    QTest::newRow("home phone as formatted") << "Home Phone" << "(937) 555-1234" << "obrien";
+    QTest::newRow("mobile phone, part") << "Mobile Phone" << "555-9876" << "obrien";
+    QTest::newRow("work phone") << "Work Phone" << "5550000" << "obrien";
+    QTest::newRow("employer name") << "Employer Name" << "KROGER" << "obrien";
+    QTest::newRow("employer address") << "Employer Address" << "100 main" << "obrien";
+    QTest::newRow("family last name gives the household") << "Family Member Last Name" << "jones" << "smith";
+    QTest::newRow("family first name") << "Family Member First Name" << "sean" << "obrien";
+    QTest::newRow("family member's household") << "Family Member First Name" << "zed" << "smithers";
+    QTest::newRow("family ssn") << "Family Member Social Security Number" << "111-22" << "obrien";
+    QTest::newRow("family licence") << "Family Member Driver's License Number" << "OH999" << "obrien";
+}
+
+void TestSearch::eachClientFieldFindsItsRecord()
+{
+    QFETCH(QString, on);
+    QFETCH(QString, text);
+    QFETCH(QString, who);
+    const qint64 expected = who == QLatin1String("obrien") ? m_obrien : who == QLatin1String("smith") ? m_smith : m_smithers;
+    ScriptedPrompts prompts;
+    const auto spy = handOffs([&] { search(on, text); });
+    QVERIFY(prompts.pickRequests().isEmpty());
+    QCOMPARE(spy.size(), 1);
+    QCOMPARE(spy.first().at(0).value<MdiChild::Kind>(), MdiChild::Kind::Client);
+    QCOMPARE(spy.first().at(1).toString(), QString::number(expected));
+    QVERIFY(!prompts.titles().contains(QStringLiteral("No Record Found")));
+}
+
+void TestSearch::noMatchSaysSo_data()
+{
+    QTest::addColumn<QString>("on");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("unknown name") << "Last Name" << "Zyx";
+    QTest::newRow("wildcard typed is literal") << "Last Name" << "%";
+    QTest::newRow("underscore typed is literal") << "First Name" << "J_hn";
+    QTest::newRow("ssn matches from the start only") << "Social Security Number" << "456";
+    QTest::newRow("licence matches from the start only") << "Driver's License Number" << "1234";
+    QTest::newRow("other birth date") << "Birth Date" << "04/24/1961";
+}
+
+void TestSearch::noMatchSaysSo()
+{
+    QFETCH(QString, on);
+    QFETCH(QString, text);
+    ScriptedPrompts prompts;
+    const auto spy = handOffs([&] { search(on, text); });
+    QCOMPARE(spy.size(), 0);
+    QCOMPARE(prompts.messages().size(), 1);
+    QCOMPARE(prompts.last().title, QStringLiteral("No Record Found"));
+    QCOMPARE(prompts.last().text, QStringLiteral("No record was found matching the specified criteria."));
+    QCOMPARE(prompts.last().icon, Prompt::Icon::None);
+    QCOMPARE(prompts.last().buttons, Prompt::Buttons(Prompt::Ok));
+}
+
+void TestSearch::severalMatchesOpenThePicker()
+{
+    ScriptedPrompts prompts;
+    prompts.answerPick(QString::number(m_smithers));
+    const auto spy = handOffs([&] { search(QStringLiteral("Last Name"), QStringLiteral("smith")); });
+    QCOMPARE(prompts.pickRequests().size(), 1);
+    const Prompt::PickRequest request = prompts.pickRequests().first();
+    QCOMPARE(request.caption, QStringLiteral("Select Client"));
+    QCOMPARE(request.label, QStringLiteral("2 entries were found that match the specified criteria. \r\n"
+                                           "Select an entry from the list, then click 'OK'."));
+    QCOMPARE(spy.size(), 1);
+    QCOMPARE(spy.first().at(1).toString(), QString::number(m_smithers));
+}
+
+void TestSearch::cancelledPickerHandsNothingOver()
+{
+    ScriptedPrompts prompts;
+    prompts.answerPick(std::nullopt);
+    const auto spy = handOffs([&] { search(QStringLiteral("Address"), QStringLiteral("oak")); });
+    QCOMPARE(prompts.pickRequests().size(), 1);
+    QCOMPARE(spy.size(), 0);
+}
+
+void TestSearch::badBirthDateIsRefused()
+{
+    ScriptedPrompts prompts;
+    const auto spy = handOffs([&] { search(QStringLiteral("Birth Date"), QStringLiteral("13/45/1961")); });
+    QCOMPARE(spy.size(), 0);
+    QCOMPARE(prompts.last().title, QStringLiteral("Data Entry Error"));
+    QCOMPARE(prompts.last().icon, Prompt::Icon::Exclamation);
+}
+
+void TestSearch::volunteerSearch_data()
+{
+    QTest::addColumn<QString>("on");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("both by last name") << "Last Name" << "nguyen" << 2;
+    QTest::newRow("e-mail") << "E-Mail Address" << "EXAMPLE.ORG" << 1;
+    QTest::newRow("emergency phone as formatted") << "Emergency Contact Phone" << "(937) 555-7777" << 1;
+    QTest::newRow("comments across lines") << "Comments" << "saturdays" << 1;
+    QTest::newRow("nobody") << "Affiliation" << "church" << 0;
+}
+
+void TestSearch::volunteerSearch()
+{
+    QFETCH(QString, on);
+    QFETCH(QString, text);
+    QFETCH(int, rows);
+    auto *window = new VolunteerWindow(m_main.get());
+    m_main->mdiArea()->setActiveSubWindow(m_main->addChild(window));
+    m_main->EnableSearchBar(true);
+    ScriptedPrompts prompts;
+    prompts.answerPick(QString::number(m_volunteer));
+    const auto spy = handOffs([&] { search(on, text); });
+    window->parentWidget()->close();
+    QCOMPARE(prompts.pickRequests().size(), rows > 1 ? 1 : 0);
+    if (rows > 1)
+        QCOMPARE(prompts.pickRequests().first().caption, QStringLiteral("Select Volunteer"));
+    QCOMPARE(spy.size(), rows > 0 ? 1 : 0);
+    if (rows > 0) {
+        QCOMPARE(spy.first().at(0).value<MdiChild::Kind>(), MdiChild::Kind::Volunteer);
+        QCOMPARE(spy.first().at(1).toString(), QString::number(m_volunteer));
+    } else {
+        QCOMPARE(prompts.last().title, QStringLiteral("No Record Found"));
+    }
+}
+
+void TestSearch::lastNameSearchReadsOnlyTheNameIndex()
+{
+    const SearchQueries::Query query = SearchQueries::client(QStringLiteral("Last Name"), QStringLiteral("son"));
+    for (const QString &sql : {query.sql, query.countSql}) {
+        QSqlQuery plan = basDatabase::Execute(QStringLiteral("EXPLAIN QUERY PLAN ") + sql, query.binds);
+        QStringList steps;
+        while (plan.next())
+            steps << plan.value(3).toString();
+        QCOMPARE(steps.join(QLatin1Char('|')), QStringLiteral("SCAN Client USING COVERING INDEX ClientByName"));
+    }
+}
+
+QTEST_MAIN(TestSearch)
+#include "tst_search.moc"

@@ -1,0 +1,169 @@
+#include "SearchQueries.h"
+
+#include "SqlText.h"
+#include "basDatabase.h"
+#include "basTendmark.h"
+
+#include <QSqlQuery>
+#include <QStringList>
+
+namespace SearchQueries {
+namespace {
+
+const QString kLike = QStringLiteral(" LIKE ? ESCAPE '\\'");
+
+enum class Match { Contains, StartsWith, Date };
+
+QString pattern(Match match, const QString &text)
+{
+    return match == Match::StartsWith ? SqlText::likeStartsWith(text) : SqlText::likeContains(text);
+}
+
+QString withoutDashes(QString text) { return text.remove(QLatin1Char('-')); }
+
+QString countQuery(const QString &key, const QString &table, const QString &condition)
+{
+    return QStringLiteral("SELECT %1 AS RowKey FROM %2 WHERE %3").arg(key, table, condition);
+}
+
+Query problem(const QString &text)
+{
+    Query q;
+    q.problem = text;
+    return q;
+}
+
+Query familyQuery(const QString &column, Match match, const QString &text)
+{
+    const QString extra = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
+                              ? QString()
+                              : QStringLiteral("Family.") + column + QStringLiteral(", ");
+    const QString condition = QStringLiteral("Family.") + column + kLike;
+    const QString sql =
+        QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
+        + QStringLiteral("Relationships.RelationshipDescription, "
+                         "CASE WHEN Client.ClientID IS NULL THEN '' ELSE RTRIM(IFNULL(Client.LastName,'') || ', ' || "
+                         "IFNULL(Client.FirstName,'') || ' ' || IFNULL(Client.MiddleInitial,'')) END AS ClientName "
+                         "FROM Family LEFT JOIN Relationships ON Family.RelationshipID = Relationships.RelationshipID "
+                         "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ")
+        + condition + QStringLiteral(" ORDER BY Family.LastName, Family.FirstName");
+    // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
+    return {sql, {pattern(match, text)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition),
+            QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"), {}};
+}
+
+} // namespace
+
+QStringList clientFields()
+{
+    return {QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Social Security Number"),
+            QStringLiteral("Driver's License Number"), QStringLiteral("Address"), QStringLiteral("Birth Date"),
+            QStringLiteral("Home Phone"), QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"),
+            QStringLiteral("Employer Name"), QStringLiteral("Employer Address"), QStringLiteral("Family Member Last Name"),
+            QStringLiteral("Family Member First Name"), QStringLiteral("Family Member Social Security Number"),
+            QStringLiteral("Family Member Driver's License Number")};
+}
+
+QStringList volunteerFields()
+{
+    return {QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Address"), QStringLiteral("Home Phone"),
+            QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"), QStringLiteral("E-Mail Address"),
+            QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"), QStringLiteral("Affiliation"),
+            QStringLiteral("Comments")};
+}
+
+Query client(const QString &field, const QString &text)
+{
+    static const QString names = QStringLiteral("SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, ");
+    static const QString order = QStringLiteral(" ORDER BY LastName, FirstName");
+    struct Entry { const char *field; const char *column; Match match; bool phone; bool ssn; };
+    static const Entry entries[] = {
+        {"Last Name", "LastName", Match::Contains, false, false},
+        {"First Name", "FirstName", Match::Contains, false, false},
+        {"Social Security Number", "SocialSecurityNumber", Match::StartsWith, false, true},
+        {"Driver's License Number", "DriversLicenseNumber", Match::StartsWith, false, false},
+        {"Address", "Address", Match::Contains, false, false},
+        {"Birth Date", "BirthDate", Match::Date, false, false},
+        {"Home Phone", "HomePhone", Match::Contains, true, false},
+        {"Mobile Phone", "MobilePhone", Match::Contains, true, false},
+        {"Work Phone", "WorkPhone", Match::Contains, true, false},
+        {"Employer Name", "EmployerName", Match::Contains, false, false},
+        {"Employer Address", "EmployerAddress", Match::Contains, false, false},
+    };
+    for (const Entry &e : entries) {
+        if (field != QLatin1String(e.field))
+            continue;
+        const QString column = QString::fromLatin1(e.column);
+        // The name searches show the licence number; the others show the searched column.
+        const bool nameSearch = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
+                                || column == QLatin1String("SocialSecurityNumber") || column == QLatin1String("DriversLicenseNumber");
+        const QString condition = column + (e.match == Match::Date ? QStringLiteral(" = ?") : kLike);
+        const QString sql = names + (nameSearch ? QStringLiteral("DriversLicenseNumber") : column) + QStringLiteral(" FROM Client WHERE ")
+                            + condition + order;
+        const QString count = countQuery(QStringLiteral("ClientID"), QStringLiteral("Client"), condition);
+        if (e.match == Match::Date) {
+            const QDate date = basTendmark::ParseDate(text);
+            if (!date.isValid())
+                return problem(QStringLiteral("Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
+            return {sql, {date.toString(Qt::ISODate)}, count, {}, {}};
+        }
+        const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : text;
+        return {sql, {pattern(e.match, typed)}, count, {}, {}};
+    }
+    if (field == QLatin1String("Family Member Last Name"))
+        return familyQuery(QStringLiteral("LastName"), Match::Contains, text);
+    if (field == QLatin1String("Family Member First Name"))
+        return familyQuery(QStringLiteral("FirstName"), Match::Contains, text);
+    if (field == QLatin1String("Family Member Social Security Number"))
+        return familyQuery(QStringLiteral("SocialSecurityNumber"), Match::StartsWith, withoutDashes(text));
+    if (field == QLatin1String("Family Member Driver's License Number"))
+        return familyQuery(QStringLiteral("DriversLicenseNumber"), Match::StartsWith, text);
+    return problem(QStringLiteral("Choose a field to search on."));
+}
+
+Query volunteer(const QString &field, const QString &text)
+{
+    static const QString names = QStringLiteral("SELECT VolunteerID, LastName, FirstName, MiddleInitial");
+    struct Entry { const char *field; const char *column; const char *shown; bool phone; };
+    static const Entry entries[] = {
+        {"Last Name", "LastName", "", false},
+        {"First Name", "FirstName", "", false},
+        {"Address", "Address", "Address", false},
+        {"Home Phone", "HomePhone", "HomePhone", true},
+        {"Mobile Phone", "MobilePhone", "MobilePhone", true},
+        {"Work Phone", "WorkPhone", "WorkPhone", true},
+        {"E-Mail Address", "EMailAddress", "EMailAddress", false},
+        {"Emergency Contact", "EmergencyContact", "EmergencyContact", false},
+        {"Emergency Contact Phone", "EmergencyContactPhone", "EmergencyContact, EmergencyContactPhone", true},
+        {"Affiliation", "Affiliation", "Affiliation", false},
+        {"Comments", "Comments", "Comments", false},
+    };
+    for (const Entry &e : entries) {
+        if (field != QLatin1String(e.field))
+            continue;
+        const QString shown = QString::fromLatin1(e.shown);
+        const QString condition = QString::fromLatin1(e.column) + kLike;
+        const QString sql = names + (shown.isEmpty() ? QString() : QStringLiteral(", ") + shown) + QStringLiteral(" FROM Volunteer WHERE ")
+                            + condition + QStringLiteral(" ORDER BY LastName, FirstName");
+        return {sql, {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
+                countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition), {}, {}};
+    }
+    return problem(QStringLiteral("Choose a field to search on."));
+}
+
+Outcome run(const Query &query)
+{
+    // One pass over the searched table: how many, and the key itself when there is only one.
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT COUNT(*), MIN(RowKey) FROM (%1)").arg(query.countSql), query.binds);
+    Outcome outcome;
+    if (q.next()) {
+        outcome.count = q.value(0).toInt();
+        if (outcome.count == 1)
+            outcome.onlyKey = q.value(1).toString();
+    }
+    if (!outcome.onlyKey.isEmpty() && !query.keySql.isEmpty())
+        outcome.onlyKey = basDatabase::ScalarValue(query.keySql, {outcome.onlyKey}).toString();
+    return outcome;
+}
+
+} // namespace SearchQueries

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QVariantList>
+
+// The search bar's queries: one per "Search on" field, with the typed text
+// prepared for that field and bound as a parameter.
+namespace SearchQueries {
+
+struct Query
+{
+    QString sql;            // first column: the key handed to the client or volunteer window
+    QVariantList binds;
+    QString countSql;       // the same rows (their row ids as RowKey) from the searched table alone, without joins or order
+    QString keySql;         // turns a RowKey into the key handed over; empty when they are the same
+    QString problem;        // set when the typed text cannot be searched for (a bad date)
+};
+
+QStringList clientFields();
+QStringList volunteerFields();
+Query client(const QString &field, const QString &text);
+Query volunteer(const QString &field, const QString &text);
+
+struct Outcome
+{
+    int count = 0;
+    QString onlyKey;        // the key, when exactly one row matches
+};
+// Counts the matches in one pass and tells the key when there is exactly one; throws TmError on failure.
+Outcome run(const Query &query);
+
+} // namespace SearchQueries

@@ -1,0 +1,200 @@
+#include "frmSelect.h"
+
+#include "DataBinding.h"
+#include "GridModel.h"
+#include "SqlText.h"
+#include "basDatabase.h"
+#include "basErrorHandler.h"
+
+#include <QDialogButtonBox>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+
+struct SpecEntry { const char *field; const char *entry; };
+const SpecEntry kSpec[] = {
+    {"LastName", "<Last Name,1200"},
+    {"FirstName", "<First Name,1200"},
+    {"MiddleInitial", "<MI,400"},
+    {"SocialSecurityNumber", "^SSN,1000"},
+    {"DriversLicenseNumber", "^DLN,1000"},
+    {"Address", "<Address,2700"},
+    {"City", "<City,2700"},
+    {"State", "<State,800"},
+    {"Zip", "<Zip Code,1000"},
+    {"BirthDate", "^Birth Date,1000"},
+    {"HomePhone", "<Home Phone,1300"},
+    {"MobilePhone", "<Mobile Phone,1300"},
+    {"WorkPhone", "<Work Phone,1300"},
+    {"EmployerName", "<Employer Name,2000"},
+    {"EmployerAddress", "<Employer Address,2700"},
+    {"RelationshipDescription", "<Relationship,1400"},
+};
+
+// A heading for a field the table above does not know: "EmergencyContact" -> "Emergency Contact".
+QString headingFor(const QString &field)
+{
+    if (field == QLatin1String("EMailAddress"))
+        return QStringLiteral("E-Mail Address");
+    static const QRegularExpression wordStart(QStringLiteral("(?<=[a-z])(?=[A-Z])"));
+    return QString(field).replace(wordStart, QStringLiteral(" "));
+}
+
+} // namespace
+
+frmSelect::frmSelect(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("frmSelect"));
+    setModal(true);
+    m_lblGrid = new QLabel(this);
+    m_lblGrid->setObjectName(QStringLiteral("lblGrid"));
+    m_lblGrid->setWordWrap(true);
+    m_grdData = new QTableView(this);
+    m_grdData->setObjectName(QStringLiteral("grdData"));
+    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    m_cmdOK->setDefault(true);
+    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    auto *buttons = new QDialogButtonBox(this);
+    buttons->addButton(m_cmdOK, QDialogButtonBox::AcceptRole);
+    buttons->addButton(m_cmdCancel, QDialogButtonBox::RejectRole);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_lblGrid);
+    layout->addWidget(m_grdData, 1);
+    layout->addWidget(buttons);
+    basTendmark::FormatDataGrid(m_grdData);
+    connect(m_cmdOK, &QPushButton::clicked, this, &frmSelect::cmdOK_Click);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &frmSelect::cmdCancel_Click);
+    connect(m_grdData, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (index.isValid() && index.row() < basTendmark::Model(m_grdData)->dataRowCount())
+            cmdOK_Click();
+    });
+    connect(m_grdData->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmSelect::updateOkButton);
+    updateOkButton();
+}
+
+void frmSelect::setFormCaption(const QString &caption) { setWindowTitle(caption); }
+
+void frmSelect::setFormLabel(const QString &label)
+{
+    m_formLabel = label;
+    m_lblGrid->setText(QString(label).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+}
+
+QString frmSelect::FormatValue(const QString &fieldName)
+{
+    const QString c = SqlText::id(fieldName);
+    if (fieldName == QLatin1String("SocialSecurityNumber"))
+        return SqlText::ssn(c);
+    if (fieldName == QLatin1String("HomePhone") || fieldName == QLatin1String("MobilePhone")
+        || fieldName == QLatin1String("WorkPhone") || fieldName == QLatin1String("EmergencyContactPhone"))
+        return SqlText::phone(c);
+    if (fieldName == QLatin1String("Address") || fieldName == QLatin1String("EmployerAddress") || fieldName == QLatin1String("Comments"))
+        return QStringLiteral("REPLACE(REPLACE(%1, char(13), ' '), char(10), ' ')").arg(c);
+    if (fieldName == QLatin1String("BirthDate"))
+        return SqlText::date(c);
+    return c;
+}
+
+QString frmSelect::ColumnSpec(const QStringList &fieldNames)
+{
+    QStringList entries;
+    for (const QString &name : fieldNames) {
+        QString entry;
+        for (const SpecEntry &s : kSpec)
+            if (name == QLatin1String(s.field))
+                entry = QString::fromLatin1(s.entry);
+        entries << (entry.isEmpty() ? QStringLiteral("<") + headingFor(name) + QLatin1Char(',') : entry);
+    }
+    return entries.join(QLatin1Char('|'));
+}
+
+void frmSelect::setRecordset(const QString &sql, const QVariantList &binds, const QString &countSql)
+{
+    basErrorHandler::Guard(QStringLiteral("frmSelect.PopulateGrid"), [&] {
+        const QSqlRecord record = basDatabase::Execute(QStringLiteral("SELECT * FROM (%1) LIMIT 0").arg(sql), binds).record();
+        QStringList names;
+        for (int i = 0; i < record.count(); ++i)
+            names << record.fieldName(i);
+        if (names.isEmpty())
+            return;
+        FormatGrid(names.mid(1));
+        QStringList shown{SqlText::id(names.first())};
+        for (const QString &name : names.mid(1))
+            shown << FormatValue(name) + QStringLiteral(" AS ") + SqlText::id(name);
+        PopulateGrid(QStringLiteral("SELECT %1 FROM (%2)").arg(shown.join(QStringLiteral(", ")), sql), binds, countSql);
+    });
+    ResizeGrid();
+}
+
+void frmSelect::FormatGrid(const QStringList &fieldNames)
+{
+    m_grdData->setProperty("ColumnSpec", ColumnSpec(fieldNames));
+    basTendmark::FormatDataGrid(m_grdData);
+}
+
+void frmSelect::PopulateGrid(const QString &sql, const QVariantList &binds, const QString &countSql)
+{
+    basTendmark::PopulateDataGrid(m_grdData, sql, binds, countSql);
+    if (basTendmark::Model(m_grdData)->dataRowCount() > 0)
+        basTendmark::SelectRow(m_grdData, 0);
+    updateOkButton();
+}
+
+void frmSelect::ResizeGrid()
+{
+    m_grdData->horizontalHeader()->setStretchLastSection(true);
+    int width = 0;
+    for (int c = 0; c < m_grdData->model()->columnCount(); ++c) {
+        // The set widths are the least; a number that would be cut off gets the room it needs.
+        if (c > 0)
+            m_grdData->setColumnWidth(c, qMax(m_grdData->columnWidth(c), static_cast<QAbstractItemView *>(m_grdData)->sizeHintForColumn(c)));
+        width += m_grdData->columnWidth(c);
+    }
+    const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry() : QRect(0, 0, 1280, 900);
+    resize(qBound(460, width + 40, screen.width() * 9 / 10), qBound(300, 420, screen.height() * 9 / 10));
+}
+
+void frmSelect::updateOkButton()
+{
+    const QModelIndex current = m_grdData->currentIndex();
+    m_cmdOK->setEnabled(current.isValid() && current.row() < basTendmark::Model(m_grdData)->dataRowCount());
+}
+
+void frmSelect::cmdOK_Click()
+{
+    const QModelIndex current = m_grdData->currentIndex();
+    if (!current.isValid() || current.row() >= basTendmark::Model(m_grdData)->dataRowCount())
+        return;
+    m_recordId = QString::number(basTendmark::GridRowKey(m_grdData, current.row()));
+    m_okClicked = true;
+    accept();
+}
+
+void frmSelect::cmdCancel_Click()
+{
+    m_okClicked = false;
+    reject();
+}
+
+std::optional<QString> frmSelect::pick(const Prompt::PickRequest &request, QWidget *parent)
+{
+    frmSelect form(parent);
+    form.setFormCaption(request.caption);
+    form.setFormLabel(request.label);
+    form.setRecordset(request.sql, request.binds, request.countSql);
+    form.exec();
+    if (!form.OKClicked())
+        return std::nullopt;
+    return form.RecordID();
+}
