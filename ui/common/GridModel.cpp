@@ -1,5 +1,6 @@
 #include "GridModel.h"
 
+#include "SqlText.h"
 #include "TmError.h"
 #include "basDatabase.h"
 
@@ -121,6 +122,20 @@ void GridModel::sortByColumn(int column, Qt::SortOrder order)
     endResetModel();
 }
 
+QString GridModel::orderedSql() const
+{
+    QString sql = QStringLiteral("SELECT * FROM (%1)").arg(m_sql);
+    if (m_sortColumn <= 0 || m_sortColumn >= m_fieldNames.size())
+        return sql;
+    // Shown dates (mm/dd/yyyy) sort by year first and amounts ($1,234.50) by value; the rest as they are.
+    const QString c = SqlText::id(m_fieldNames.at(m_sortColumn));
+    const QString key = QStringLiteral("CASE WHEN ") + c + QStringLiteral(" GLOB '[0-9][0-9]/[0-9][0-9]/[0-9][0-9][0-9][0-9]' THEN substr(")
+                        + c + QStringLiteral(", 7, 4) || substr(") + c + QStringLiteral(", 1, 2) || substr(") + c
+                        + QStringLiteral(", 4, 2) WHEN ") + c + QStringLiteral(" GLOB '[$(]*[0-9].[0-9][0-9]*' THEN CAST(replace(replace(replace(")
+                        + c + QStringLiteral(", '$', ''), ',', ''), '(', '-') AS REAL) ELSE ") + c + QStringLiteral(" END");
+    return sql + QStringLiteral(" ORDER BY ") + key + (m_sortOrder == Qt::AscendingOrder ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
+}
+
 const QVariantList *GridModel::rowValues(int row) const
 {
     if (m_sql.isEmpty() || row < 0 || row >= m_count)
@@ -128,9 +143,7 @@ const QVariantList *GridModel::rowValues(int row) const
     const int page = row / kPageSize;
     auto it = m_pages.find(page);
     if (it == m_pages.end()) {
-        QString sql = QStringLiteral("SELECT * FROM (%1)").arg(m_sql);
-        if (m_sortColumn > 0)
-            sql += QStringLiteral(" ORDER BY %1 %2").arg(m_sortColumn + 1).arg(m_sortOrder == Qt::AscendingOrder ? "ASC" : "DESC");
+        QString sql = orderedSql();
         sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(kPageSize).arg(page * kPageSize);
         QVector<QVariantList> rows;
         try {
@@ -174,10 +187,7 @@ int GridModel::findKey(qint64 key) const
     if (m_sql.isEmpty())
         return -1;
     if (m_allKeys.isEmpty()) {
-        QString sql = QStringLiteral("SELECT * FROM (%1)").arg(m_sql);
-        if (m_sortColumn > 0)
-            sql += QStringLiteral(" ORDER BY %1 %2").arg(m_sortColumn + 1).arg(m_sortOrder == Qt::AscendingOrder ? "ASC" : "DESC");
-        QSqlQuery q = basDatabase::Execute(sql, m_binds);
+        QSqlQuery q = basDatabase::Execute(orderedSql(), m_binds);
         m_allKeys.reserve(m_count);
         while (q.next())
             m_allKeys << q.value(0).toLongLong();

@@ -51,6 +51,7 @@ public:
 
 private:
     const QVariantList *rowValues(int row) const;
+    QString orderedSql() const;
     void runCount();
 
     QList<Column> m_columns;

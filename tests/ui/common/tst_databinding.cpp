@@ -1,5 +1,6 @@
 #include "DataBinding.h"
 #include "GridModel.h"
+#include "SqlText.h"
 #include "Recordset.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
@@ -97,6 +98,27 @@ private Q_SLOTS:
         SelectRow(g.get(), 5);
         QCOMPARE(g->currentIndex().row(), 5);
         QCOMPARE(g->selectionModel()->selectedIndexes().size(), 2);
+    }
+
+    void shownDatesAndAmountsSortByValue()
+    {
+        TestDatabase db;
+        const qint64 a = TestDatabase::insert("Client", {{"LastName", "A"}, {"BirthDate", "1990-01-05"}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "B"}, {"BirthDate", "1985-12-31"}});
+        const qint64 c = TestDatabase::insert("Client", {{"LastName", "C"}, {"BirthDate", "2001-06-15"}});
+        TestDatabase::insert("Income", {{"ClientID", a}, {"Amount", 99000}});
+        TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 120000}});
+        TestDatabase::insert("Income", {{"ClientID", c}, {"Amount", 9500}});
+        std::unique_ptr<QTableView> g(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
+        PopulateDataGrid(g.get(), "SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
+                                      + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID");
+        GridModel *model = Model(g.get());
+        model->sortByColumn(2, Qt::AscendingOrder);
+        QCOMPARE(QStringList({GridText(g.get(), 0, 1), GridText(g.get(), 1, 1), GridText(g.get(), 2, 1)}), (QStringList{"B", "A", "C"}));
+        model->sortByColumn(3, Qt::DescendingOrder);
+        QCOMPARE(QStringList({GridText(g.get(), 0, 3), GridText(g.get(), 1, 3), GridText(g.get(), 2, 3)}),
+                 (QStringList{"$1,200.00", "$990.00", "$95.00"}));
+        QCOMPARE(model->findKey(c), 2);
     }
 
     void combos()
