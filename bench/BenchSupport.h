@@ -6,6 +6,8 @@
 // Shared pieces of the benchmark programs.
 namespace Bench {
 
+inline const QString kDefaultDatabase = QStringLiteral("/tmp/tendmark-bench-100k.tmdb");
+
 // The 100,000-household demo database, built when missing (or always with rebuild).
 // Returns the seconds the build took, or -1 when it was already there.
 double EnsureDemoDatabase(const QString &path, int clients, bool rebuild);

@@ -1,7 +1,6 @@
 // Timings of the client windows on a database of 100,000 clients.
-// Prints one line per measure: "name value unit".
-#include "DemoData.h"
-#include "Schema.h"
+// Usage: bench_clients [FILE] (default: the shared 100,000-household database, built when missing).
+#include "BenchSupport.h"
 #include "basDatabase.h"
 #include "frmClientDetails.h"
 #include "frmClientGrid.h"
@@ -10,53 +9,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
-#include <QTextStream>
-#include <cstdio>
 
 namespace {
-
-constexpr int kClients = 100000;
-
-void report(const char *name, double value, const char *unit)
-{
-    std::printf("%s %.1f %s\n", name, value, unit);
-    std::fflush(stdout);
-}
-
-double peakRssMb()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return 0;
-}
-
-bool prepareDatabase(const QString &path)
-{
-    if (QFile::exists(path))
-        return basDatabase::OpenConnection(path);
-    QString error;
-    if (!Schema::CreateDatabase(path, true, &error) || !basDatabase::OpenConnection(path, &error)) {
-        std::fprintf(stderr, "bench_clients: %s\n", qPrintable(error));
-        return false;
-    }
-    DemoData::Options options;
-    options.clients = kClients;
-    if (!DemoData::Generate(basDatabase::Connection(), options, &error)) {
-        std::fprintf(stderr, "bench_clients: %s\n", qPrintable(error));
-        basDatabase::CloseConnection();
-        QFile::remove(path);
-        return false;
-    }
-    return true;
-}
 
 template<typename F>
 double timeMs(F &&body)
@@ -74,9 +31,10 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("XDG_CONFIG_HOME", "/tmp/tendmark-bench-config");   // window positions stay out of the user's settings
     QApplication app(argc, argv);
-    const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("/tmp/tendmark-bench-clients-100k.tmdb");
-    if (!prepareDatabase(path))
-        return 1;
+    const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : Bench::kDefaultDatabase;
+    Bench::EnsureDemoDatabase(path, 100000, false);
+    if (!basDatabase::OpenConnection(path))
+        qFatal("bench_clients: cannot open %s", qPrintable(path));
 
     frmMain main;
     main.resize(1280, 900);
@@ -84,14 +42,14 @@ int main(int argc, char **argv)
     QCoreApplication::processEvents();
 
     frmClientGrid *list = nullptr;
-    report("client_list_open_ms", timeMs([&] {
+    Bench::Print("client_list_open", timeMs([&] {
                main.findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
                list = main.findChildWindow<frmClientGrid>();
                list->grab();   // the first screen, painted
            }),
            "ms");
     auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
-    report("client_list_scroll_end_ms", timeMs([&] {
+    Bench::Print("client_list_scroll_end", timeMs([&] {
                grid->scrollToBottom();
                grid->viewport()->grab();
            }),
@@ -104,7 +62,7 @@ int main(int argc, char **argv)
                              grid->viewport()->grab();
                          }));
     }
-    report("client_list_scroll_jump_worst_ms", worstStep, "ms");
+    Bench::Print("client_list_scroll_jump_worst", worstStep, "ms");
 
     main.findChild<QAction *>(QStringLiteral("mnuDataClientDetails"))->trigger();
     auto *details = main.findChildWindow<frmClientDetails>();
@@ -117,13 +75,13 @@ int main(int argc, char **argv)
             next->click();
             details->grab();
         });
-    report("details_move_next_ms", total / kMoves, "ms");
-    report("details_move_last_ms", timeMs([&] {
+    Bench::Print("details_move_next", total / kMoves, "ms");
+    Bench::Print("details_move_last", timeMs([&] {
                last->click();
                details->grab();
            }),
            "ms");
-    report("peak_rss_mb", peakRssMb(), "MB");
+    Bench::Print("peak_rss", Bench::PeakRssMb(), "MB");
     main.mdiArea()->closeAllSubWindows();
     basDatabase::CloseConnection();
     return 0;

@@ -13,7 +13,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
     const bool reuse = args.removeAll(QStringLiteral("--reuse")) > 0;
-    const QString path = args.isEmpty() ? QStringLiteral("/tmp/tendmark-bench-100k.tmdb") : args.first();
+    const QString path = args.isEmpty() ? Bench::kDefaultDatabase : args.first();
     const int clients = 100000;
 
     const double built = Bench::EnsureDemoDatabase(path, clients, !reuse);
