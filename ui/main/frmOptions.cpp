@@ -127,7 +127,7 @@ void frmOptions::buildControls()
 
     QLineEdit *zip = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationZip"), QStringLiteral("&Zip Code"), 2, 4, 1);
     zip->setMaximumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 12);
-    QLineEdit *phone = addText(QStringLiteral("mskData"), QStringLiteral("OrganizationPhone"), QStringLiteral("&Phone"), 3, 0, 1);
+    QLineEdit *phone = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationPhone"), QStringLiteral("&Phone"), 3, 0, 1);
     phone->setInputMask(QStringLiteral("(999) 999-9999"));
     grid->setColumnStretch(1, 1);
     layout->addWidget(org);
@@ -221,9 +221,14 @@ void frmOptions::buildControls()
 
 void frmOptions::PopulateOrganizationControls()
 {
+    QSqlQuery q;
+    bool found = false;
+    if (!basErrorHandler::Guard(QStringLiteral("frmOptions.OpenOrganizationTable"), [&] {
+            q = basDatabase::Execute(QStringLiteral("SELECT * FROM Organization LIMIT 1"));
+            found = q.next();
+        }))
+        return;
     basErrorHandler::Guard(QStringLiteral("frmOptions.PopulateOrganizationControls"), [&] {
-        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM Organization LIMIT 1"));
-        const bool found = q.next();
         auto value = [&](const QString &column) { return found ? q.value(column).toString() : QString(); };
         for (QLineEdit *box : m_textBoxes) {
             const QString text = value(basTendmark::DataField(box));
@@ -237,9 +242,14 @@ void frmOptions::PopulateOrganizationControls()
 
 void frmOptions::PopulateOptionsControls()
 {
+    QSqlQuery q;
+    bool found = false;
+    if (!basErrorHandler::Guard(QStringLiteral("frmOptions.OpenOptionsTable"), [&] {
+            q = basDatabase::Execute(QStringLiteral("SELECT * FROM Options LIMIT 1"));
+            found = q.next();
+        }))
+        return;
     basErrorHandler::Guard(QStringLiteral("frmOptions.PopulateOptionsControls"), [&] {
-        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM Options LIMIT 1"));
-        const bool found = q.next();
         for (QCheckBox *check : m_tabChecks) {
             const QVariant v = found ? q.value(basTendmark::DataField(check)) : QVariant();
             check->setChecked(v.isNull() || v.toInt() != 0);

@@ -229,10 +229,7 @@ bool RecordEditor::load()
             binds << m_clientId.toLongLong();
         madoPrimaryRS.open(tableName(), keyColumn(), query(), binds);
         if (m_recordId.isEmpty()) {
-            if (hasClient() || madoPrimaryRS.recordCount() == 0)
-                AddRecord();
-            else
-                m_recordId = madoPrimaryRS.key().toString();
+            AddRecord();
         } else if (!madoPrimaryRS.find(m_recordId)) {
             Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."),
                             Prompt::Icon::Exclamation, Prompt::Ok);
@@ -295,15 +292,10 @@ void RecordEditor::MarkRequiredFields()
 
 void RecordEditor::DisplayRecordPosition()
 {
+    // Off a row (also while adding) the label and buttons keep what they showed.
+    if (madoPrimaryRS.editMode() == Recordset::EditMode::Adding || madoPrimaryRS.bof() || madoPrimaryRS.eof())
+        return;
     const int count = madoPrimaryRS.recordCount();
-    if (madoPrimaryRS.editMode() == Recordset::EditMode::Adding) {
-        lblStatus->setText(QStringLiteral("New Record"));
-        for (QPushButton *b : {cmdFirst, cmdPrevious, cmdNext, cmdLast})
-            b->setEnabled(count > 0);
-        return;
-    }
-    if (madoPrimaryRS.bof() || madoPrimaryRS.eof())
-        return;
     const int position = madoPrimaryRS.absolutePosition();
     lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(m_recordId));
     cmdFirst->setEnabled(position != 1);
@@ -411,7 +403,7 @@ bool RecordEditor::amountKeyAccepted(QLineEdit *box, const QString &text) const
     if (c.isDigit())
         return c.unicode() < 128;
     if (c == QLatin1Char('.'))
-        return !box->text().contains(QLatin1Char('.')) || box->selectedText().contains(QLatin1Char('.'));
+        return !box->text().contains(QLatin1Char('.'));
     return c == QLatin1Char('\r') || c == QLatin1Char('\n') || c == QLatin1Char('\b');
 }
 
@@ -563,10 +555,12 @@ void RecordEditor::DeleteCurrentRecord()
             return;
         Prompt::message(texts.doneTitle, texts.done, Prompt::Icon::None, Prompt::Ok);
         m_loading = true;
-        const int position = madoPrimaryRS.absolutePosition();
         madoPrimaryRS.requery();
         if (madoPrimaryRS.recordCount() > 0) {
-            madoPrimaryRS.moveTo(qBound(1, position, madoPrimaryRS.recordCount()));
+            if (madoPrimaryRS.eof())
+                madoPrimaryRS.moveLast();
+            else if (madoPrimaryRS.bof())
+                madoPrimaryRS.moveFirst();
             m_recordId = madoPrimaryRS.key().toString();
             mainWindow()->SetToolbarButtons(true);
         } else {
@@ -643,6 +637,8 @@ bool RecordEditor::eventFilter(QObject *watched, QEvent *event)
                 m_loading = wasLoading;
             }
             QTimer::singleShot(0, edit, &QLineEdit::selectAll);
+        } else if (auto *text = qobject_cast<QPlainTextEdit *>(watched); text && m_controls.contains(text)) {
+            QTimer::singleShot(0, text, &QPlainTextEdit::selectAll);
         }
         break;
     case QEvent::FocusOut: {

@@ -266,8 +266,24 @@ void frmTableGrid::grdData_CurrentChanged(const QModelIndex &current, const QMod
         return;
     }
     updateDeleteButton();
+    if (current.isValid() && current.row() != previous.row())
+        grdData_SelChange(current.row());
     if (current.isValid())
         grdData_EnterCell(current.row(), current.column());
+}
+
+// A row chosen must still be in the table.
+void frmTableGrid::grdData_SelChange(int row)
+{
+    const QString key = cellText(row, 1);
+    if (key.isEmpty())
+        return;
+    basErrorHandler::Guard(QStringLiteral("frmTableGrid.grdData_SelChange"), [&] {
+        const QString sql = QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ?").arg(SqlText::id(m_tableName), SqlText::id(m_tableKeyName));
+        if (!basDatabase::Execute(sql, {key.toLongLong()}).next())
+            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error locating record in database."),
+                            Prompt::Icon::Critical, Prompt::Ok);
+    });
 }
 
 void frmTableGrid::grdData_EnterCell(int row, int column)
@@ -552,19 +568,19 @@ void frmTableGrid::cmdDelete_Click()
         return;
     }
     if (Prompt::message(QStringLiteral("Delete Record"), QStringLiteral("Are you sure you want to delete '%1'?").arg(description),
-                        Prompt::Icon::Question, Prompt::Yes | Prompt::No) != Prompt::Yes)
-        return;
-    if (!basDatabase::DeleteItemFromTable(m_tableName, m_tableKeyName, key))
-        return;
-    hideEditBox();
-    m_inCellChange = true;
-    m_model->removeRow(row);
-    m_inCellChange = false;
-    m_editRow = -1;
-    m_statusBar->showMessage(QStringLiteral("Record number %1 deleted.").arg(key));
-    // Edits waiting on other rows stay waiting.
+                        Prompt::Icon::Question, Prompt::Yes | Prompt::No)
+            == Prompt::Yes
+        && basDatabase::DeleteItemFromTable(m_tableName, m_tableKeyName, key)) {
+        hideEditBox();
+        m_inCellChange = true;
+        m_model->removeRow(row);
+        m_inCellChange = false;
+        m_editRow = -1;
+        m_statusBar->showMessage(QStringLiteral("Record number %1 deleted.").arg(key));
+    }
+    // Whatever the answer, Delete waits for the next row chosen. Edits waiting on other rows stay waiting.
+    setDeleteEnabled(false);
     setDataChanged(anyRowMarked());
-    updateDeleteButton();
 }
 
 // ---- state ----
@@ -580,7 +596,11 @@ void frmTableGrid::setDataChanged(bool changed)
 void frmTableGrid::updateDeleteButton()
 {
     const QModelIndex current = m_grid->currentIndex();
-    const bool enabled = current.isValid() && !cellText(current.row(), 1).isEmpty();
+    setDeleteEnabled(current.isValid() && !cellText(current.row(), 1).isEmpty());
+}
+
+void frmTableGrid::setDeleteEnabled(bool enabled)
+{
     m_cmdDelete->setEnabled(enabled);
     if (mainWindow() && mainWindow()->activeChild() == this)
         mainWindow()->SetToolbarButtons(enabled);

@@ -51,6 +51,7 @@ private:
     int ColumnsFilled(int row) const;
 
     void grdData_CurrentChanged(const QModelIndex &current, const QModelIndex &previous);
+    void grdData_SelChange(int row);
     void grdData_EnterCell(int row, int column);
     QWidget *activeEditBox() const;
     void placeEditBox();
@@ -66,6 +67,7 @@ private:
     bool TableInUse(const QString &key, bool &inUse);
     void setDataChanged(bool changed);
     void updateDeleteButton();
+    void setDeleteEnabled(bool enabled);
 
     QString m_tableName;
     QString m_tableKeyName;

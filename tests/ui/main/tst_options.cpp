@@ -82,6 +82,10 @@ void tst_options::savesAndReloadsEveryField()
     frmOptions *dialog = openOptions(s.main);
     QVERIFY(dialog);
     QVERIFY(dialog->isModal() || dialog->windowModality() != Qt::NonModal);
+    QStringList boxes;
+    for (QLineEdit *box : dialog->findChildren<QLineEdit *>(QStringLiteral("txtData")))
+        boxes << box->property("DataField").toString();
+    QCOMPARE(boxes, QStringList({"OrganizationName", "OrganizationAddress", "OrganizationCity", "OrganizationZip", "OrganizationPhone"}));
 
     retype(control<QLineEdit>(dialog, "OrganizationName"), QStringLiteral("St. Mary's Pantry"));
     retype(control<QLineEdit>(dialog, "OrganizationAddress"), QStringLiteral("12 O'Neil Street"));

@@ -39,7 +39,10 @@ private slots:
         QLineEdit *requested = lineEdit(w, "AmountRequested");
         typeInto(requested, QStringLiteral("12.5.0"));
         QCOMPARE(requested->text(), QStringLiteral("12.50"));
-        typeInto(requested, QStringLiteral("a$-7,x"));
+        // A point is refused while the text holds one, even a selected one.
+        typeInto(requested, QStringLiteral(".5"));
+        QCOMPARE(requested->text(), QStringLiteral("5"));
+        typeInto(requested, QStringLiteral("a$-7,x "));
         QCOMPARE(requested->text(), QStringLiteral("7"));
         QTest::keyClick(requested, Qt::Key_Backspace);
         QCOMPARE(requested->text(), QString());
@@ -70,9 +73,13 @@ private slots:
         QCOMPARE(desk.prompts.last().text, QStringLiteral("Amount Requested cannot be zero."));
         QCOMPARE(TestDatabase::count(QStringLiteral("Payments")), 0);
 
+        typeInto(lineEdit(w, "AmountRequested"), QStringLiteral("1.50"));   // half to even: 2
+        QVERIFY(w->SaveCurrentRecord());
+        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT AmountRequested FROM Payments")).toLongLong(), 150);
         lineEdit(w, "AmountRequested")->clear();
         QVERIFY(w->SaveCurrentRecord());
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT AmountPaid FROM Payments")).toLongLong(), 60);
+        QVERIFY(TestDatabase::scalar(QStringLiteral("SELECT AmountRequested FROM Payments")).isNull());
     }
 
     void paymentDelete()
@@ -109,7 +116,14 @@ private slots:
         QVERIFY(!income->SaveCurrentRecord());
         QCOMPARE(desk.prompts.last().text, QStringLiteral("Amount cannot be zero."));
         QCOMPARE(desk.prompts.last().title, QStringLiteral("Data Entry Error"));
-        typeInto(lineEdit(income, "Amount"), QStringLiteral("812.25"));
+        // The amount box filters keys, shows the currency on leaving and drops it on entering.
+        typeInto(lineEdit(income, "Amount"), QStringLiteral("8x12.2.5"));
+        QCOMPARE(lineEdit(income, "Amount")->text(), QStringLiteral("812.25"));
+        combo(income, "IncomeSourceID")->setFocus();
+        QCOMPARE(lineEdit(income, "Amount")->text(), QStringLiteral("$812.25"));
+        lineEdit(income, "Amount")->setFocus();
+        QCOMPARE(lineEdit(income, "Amount")->text(), QStringLiteral("812.25"));
+        QCOMPARE(combo(income, "IncomeSourceID")->property("Tag").toString(), QStringLiteral("R.Ex_Left,Ex_Top,Ex_Height,Ex_Font"));
         QVERIFY(income->SaveCurrentRecord());
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT Amount FROM Income WHERE ClientID = ?"), {desk.clientId}).toLongLong(), 81225);
 

@@ -271,6 +271,63 @@ private slots:
         QVERIFY(!w->DataChanged());
     }
 
+    void addingKeepsThePositionShown()
+    {
+        EditorDesk desk;
+        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService);
+        QVERIFY(statusText(w).isEmpty());   // nothing to show yet
+        closeWindow(w);
+
+        const QDate today = QDate::currentDate();
+        const qint64 a = addService(desk, today.addDays(-30), 1);
+        addService(desk, today.addDays(-20), 2);
+        w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(a));
+        const QString shown = QStringLiteral("Record: 1 of 2     ID: %1").arg(a);
+        QCOMPARE(statusText(w), shown);
+        button(w, "cmdAdd")->click();
+        QVERIFY(w->FoodServiceID().isEmpty());
+        QCOMPARE(statusText(w), shown);
+        QVERIFY(!button(w, "cmdFirst")->isEnabled());
+        QVERIFY(button(w, "cmdNext")->isEnabled());
+        QVERIFY(!desk.main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
+
+        // Entering a text field selects what it holds, the comments too.
+        auto *comments = qobject_cast<QPlainTextEdit *>(w->boundControl(QStringLiteral("Comments")));
+        comments->setPlainText(QStringLiteral("left at the door"));
+        comments->setFocus();
+        QCoreApplication::processEvents();
+        QCOMPARE(comments->textCursor().selectedText(), QStringLiteral("left at the door"));
+    }
+
+    void deleteGoesBackToTheFirstRecord()
+    {
+        EditorDesk desk;
+        const QDate today = QDate::currentDate();
+        const qint64 a = addService(desk, today.addDays(-30), 1);
+        const qint64 b = addService(desk, today.addDays(-20), 2);
+        const qint64 c = addService(desk, today.addDays(-10), 3);
+        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(c));
+        desk.prompts.answer(Prompt::Yes);
+        w->DeleteCurrentRecord();
+        QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
+        QCOMPARE(w->FoodServiceID(), QString::number(a));
+        QCOMPARE(lineEdit(w, "NumberOfBags")->text(), QStringLiteral("1"));
+
+        w->setFoodServiceID(QString::number(b));
+        QCOMPARE(statusText(w), QStringLiteral("Record: 2 of 2     ID: %1").arg(b));
+        desk.prompts.answer(Prompt::Yes);
+        w->DeleteCurrentRecord();
+        QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: %1").arg(a));
+
+        // The last one goes: a blank record, the label as it was.
+        desk.prompts.answer(Prompt::Yes);
+        w->DeleteCurrentRecord();
+        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
+        QVERIFY(w->FoodServiceID().isEmpty());
+        QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: %1").arg(a));
+        QVERIFY(!w->DataChanged());
+    }
+
     void deleteAnsweredNoKeepsRecord()
     {
         EditorDesk desk;

@@ -1,5 +1,6 @@
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
+#include "basDatabase.h"
 #include "frmMain.h"
 #include "frmTableGrid.h"
 
@@ -94,6 +95,8 @@ private Q_SLOTS:
     void aFailedWriteLeavesTheTableAsItWas();
     void zipCodeStateIsChosenFromTheList();
     void closingWithPendingEditsAsks();
+    void aRowGoneFromTheTableIsReportedWhenChosen();
+    void deleteAsksForTheNextRowAndKeepsOtherEdits();
 };
 
 void tst_tablegrid::showsTheTableWithANewRecordRow()
@@ -416,6 +419,63 @@ void tst_tablegrid::closingWithPendingEditsAsks()
     QVERIFY(form.isNull());
     QCOMPARE(TestDatabase::scalar("SELECT MaritalStatusDescription FROM MaritalStatus ORDER BY MaritalStatusID LIMIT 1").toString(), first);
     QCOMPARE(s.main.openChildCount(), 0);
+}
+
+void tst_tablegrid::aRowGoneFromTheTableIsReportedWhenChosen()
+{
+    Session s;
+    const qint64 key = TestDatabase::insert("FoodServiceTypes", {{"FoodServiceTypeDescription", "Holiday Box"}});
+    Editor e = open(s.main, "mnuToolsTablesFoodServiceTypes");
+    const int row = e.rowOf(QStringLiteral("Holiday Box"));
+    e.enter(0, 2);
+    QVERIFY(s.prompts.messages().isEmpty());
+
+    basDatabase::Execute(QStringLiteral("DELETE FROM FoodServiceTypes WHERE FoodServiceTypeID = ?"), {key});
+    e.enter(row, 2);
+    QCOMPARE(s.prompts.messages().size(), 1);
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Application Error"));
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Error locating record in database."));
+    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Critical);
+    QCOMPARE(s.prompts.last().buttons, Prompt::Ok);
+    // Moving within the row says nothing more.
+    e.enter(row, 1);
+    QCOMPARE(s.prompts.messages().size(), 1);
+}
+
+void tst_tablegrid::deleteAsksForTheNextRowAndKeepsOtherEdits()
+{
+    Session s;
+    const qint64 key = TestDatabase::insert("FoodServiceTypes", {{"FoodServiceTypeDescription", "Holiday Box"}});
+    Editor e = open(s.main, "mnuToolsTablesFoodServiceTypes");
+    auto *save = e.form->findChild<QPushButton *>(QStringLiteral("cmdSave"));
+    auto *del = e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"));
+    QAction *toolbarDelete = s.main.toolbarButton(QStringLiteral("Delete"));
+    e.type(0, 2, QStringLiteral("Renamed Box"));
+    e.key(Qt::Key_Return);
+    QVERIFY(save->isEnabled());
+
+    const int row = e.rowOf(QStringLiteral("Holiday Box"));
+    e.enter(row, 2);
+    QVERIFY(del->isEnabled());
+    s.prompts.answer(Prompt::No);
+    e.click("cmdDelete");
+    // Whatever the answer, Delete waits for a row to be chosen again; the other row's edit waits for Save.
+    QVERIFY(!del->isEnabled());
+    QVERIFY(!toolbarDelete->isEnabled());
+    QVERIFY(save->isEnabled());
+    QVERIFY(e.form->DataChanged());
+
+    e.enter(row, 1);
+    QVERIFY(del->isEnabled());
+    s.prompts.answer(Prompt::Yes);
+    e.click("cmdDelete");
+    QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeID = ?", {key}), 0);
+    QVERIFY(!del->isEnabled());
+    QVERIFY(save->isEnabled());
+    e.click("cmdSave");
+    QCOMPARE(e.status(), QStringLiteral("Records updated."));
+    QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeDescription = ?", {QStringLiteral("Renamed Box")}), 1);
+    QVERIFY(!save->isEnabled());
 }
 
 QTEST_MAIN(tst_tablegrid)

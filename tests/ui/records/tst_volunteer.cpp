@@ -20,7 +20,7 @@ private:
     }
 
 private slots:
-    void opensOnFirstVolunteerAndMoves()
+    void opensOnNewVolunteerAndMoves()
     {
         EditorDesk desk;
         const qint64 zed = addVolunteer(QStringLiteral("Zimmer"), QStringLiteral("Ann"));
@@ -30,9 +30,18 @@ private slots:
         QCOMPARE(w->windowTitle(), QStringLiteral("Volunteers"));
         QCOMPARE(w->kind(), MdiChild::Kind::Volunteer);
         QVERIFY(!w->findChild<QLineEdit *>(QStringLiteral("txtClientName")));
+        // Opened without a volunteer: a new one, ready to type.
+        QVERIFY(w->VolunteerID().isEmpty());
+        QVERIFY(lineEdit(w, "LastName")->text().isEmpty());
+        QVERIFY(!desk.main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
+        // The search bar and the filter serve the volunteers.
+        QVERIFY(desk.main.toolbarButton(QStringLiteral("Filter"))->isEnabled());
+        QVERIFY(desk.main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"))->isEnabled());
+        button(w, "cmdFirst")->click();
         QCOMPARE(w->VolunteerID(), QString::number(abe));
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(abe));
-        QVERIFY(desk.main.toolbarButton(QStringLiteral("Filter"))->isEnabled());
+        QVERIFY(desk.main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
+        QCOMPARE(TestDatabase::count(QStringLiteral("Volunteer")), 2);
 
         // The search bar's choice.
         desk.main.showVolunteer(QString::number(zed));
