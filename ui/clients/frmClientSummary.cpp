@@ -317,10 +317,13 @@ void frmClientSummary::DeleteCurrentRecord()
             return;
         Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
                         Prompt::Icon::None, Prompt::Ok);
-        const int position = m_rs->absolutePosition();
         m_rs->requery();
-        if (m_rs->recordCount() > 0)
-            m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
+        if (m_rs->recordCount() > 0) {
+            if (m_rs->eof())
+                m_rs->moveLast();
+            else if (m_rs->bof())
+                m_rs->moveFirst();
+        }
         DisplayClient();
         mainWindow()->markClientWindowsForRefresh();
         setRefreshPending(false);
