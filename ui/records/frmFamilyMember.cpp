@@ -2,8 +2,10 @@
 
 #include "DataBinding.h"
 #include "basDatabase.h"
+#include "basTendmark.h"
 
 #include <QComboBox>
+#include <QDate>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -95,13 +97,29 @@ void frmFamilyMember::controlChanged(QWidget *control)
 
 void frmFamilyMember::PopulateCityState()
 {
-    auto *zip = qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerZip")));
+    QWidget *zip = boundControl(QStringLiteral("EmployerZip"));
     QString city, state;
-    if (!basDatabase::GetCityStateFromZip(zip->currentText(), city, state) || city.isEmpty())
+    if (!basDatabase::GetCityStateFromZip(basTendmark::GetControlValue(zip, {}), city, state))
         return;
-    qobject_cast<QLineEdit *>(boundControl(QStringLiteral("EmployerCity")))->setText(city);
-    auto *stateList = qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerState")));
-    stateList->setCurrentIndex(stateList->findText(state));
+    for (const auto &[column, value] : {std::pair{QStringLiteral("EmployerCity"), city}, std::pair{QStringLiteral("EmployerState"), state}})
+        if (!value.isEmpty())
+            basTendmark::SetControlValue(boundControl(column), madoPrimaryRS.field(column), value);
+}
+
+bool frmFamilyMember::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
+{
+    // Beyond the column's own rules: whole phone numbers and no birth dates to come.
+    if (value.isEmpty() || value == basTendmark::GetFieldValue(madoPrimaryRS, column))
+        return true;
+    QString message;
+    if (!basDatabase::FieldIsValid(madoPrimaryRS.field(column), value, message))
+        return true;   // the save reports the column's own rule
+    const auto *edit = qobject_cast<const QLineEdit *>(control);
+    if (edit && edit->inputMask().startsWith(QLatin1Char('(')) && value.size() != 10)
+        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" must have all ten digits, area code first."));
+    if (column == QLatin1String("BirthDate") && basTendmark::ParseDate(value) > QDate::currentDate())
+        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be in the future."));
+    return true;
 }
 
 RecordEditor::DeleteTexts frmFamilyMember::deleteTexts() const
@@ -110,7 +128,7 @@ RecordEditor::DeleteTexts frmFamilyMember::deleteTexts() const
     QString name = value("LastName");
     if (!name.isEmpty())
         name += QStringLiteral(", ") + value("FirstName");
-    name = (name + QLatin1Char(' ') + value("MiddleInitial")).trimmed();
+    name += QLatin1Char(' ') + value("MiddleInitial");
     return {QStringLiteral("Are you sure you want to delete family member '%1'?").arg(name), QStringLiteral("Delete Family Member?"),
             QStringLiteral("Family member '%1' deleted.").arg(name), QStringLiteral("Delete Family Member")};
 }
