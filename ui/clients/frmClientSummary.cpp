@@ -142,7 +142,9 @@ QWidget *frmClientSummary::buildGrid(int index, const QString &caption, const QS
     grid->setProperty("Index", index);
     basTendmark::FormatDataGrid(grid);
     basClient::FitColumns(grid);
-    grid->horizontalHeader()->setStretchLastSection(true);
+    // The columns fit the grid's width: the name or type column takes what the others leave.
+    grid->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
+    grid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     SubGrid g{grid, table, keyColumn, editor, sql};
     auto button = [box, index](const char *name, const QString &text) {
         auto *b = new QPushButton(text, box);

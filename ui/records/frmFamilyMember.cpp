@@ -39,8 +39,16 @@ void frmFamilyMember::buildFields()
     zip->setEditable(true);
     zip->setInsertPolicy(QComboBox::NoInsert);
 
+    auto list = [](int characters) {
+        auto *box = new QComboBox;
+        box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box->setMinimumContentsLength(characters);
+        box->setMaximumWidth(box->minimumSizeHint().width());
+        return box;
+    };
+
     // Left column: the person; right column: the employer.
-    addField(new QComboBox, "cboData", QStringLiteral("RelationshipID"), req, 0, QStringLiteral("Relationship"), 0, 0);
+    addField(list(24), "cboData", QStringLiteral("RelationshipID"), req, 0, QStringLiteral("Relationship"), 0, 0);
     addField(text(), "txtData", QStringLiteral("LastName"), req, 1, QStringLiteral("Last Name"), 1, 0);
     addField(text(), "txtData", QStringLiteral("FirstName"), req, 2, QStringLiteral("First Name"), 2, 0);
     addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 3, QStringLiteral("M.I."), 3, 0);
@@ -48,9 +56,9 @@ void frmFamilyMember::buildFields()
              QStringLiteral("Social Security No"), 4, 0);
     addField(text(), "txtData", QStringLiteral("DriversLicenseNumber"), opt, 5, QStringLiteral("Drivers License No"), 5, 0);
     addField(masked(QStringLiteral("99/99/9999"), 110), "mskData", QStringLiteral("BirthDate"), opt, 6, QStringLiteral("Birth Date"), 6, 0);
-    addField(new QComboBox, "cboData", QStringLiteral("Gender"), opt, 7, QStringLiteral("Gender"), 7, 0);
-    addField(new QComboBox, "cboData", QStringLiteral("EthnicOriginID"), opt, 8, QStringLiteral("Ethnic Origin"), 8, 0);
-    addField(new QComboBox, "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
+    addField(list(3), "cboData", QStringLiteral("Gender"), opt, 7, QStringLiteral("Gender"), 7, 0);
+    addField(list(24), "cboData", QStringLiteral("EthnicOriginID"), opt, 8, QStringLiteral("Ethnic Origin"), 8, 0);
+    addField(list(24), "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
     addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("MobilePhone"), opt, 10,
              QStringLiteral("Mobile Phone"), 0, 1);
     addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11,
