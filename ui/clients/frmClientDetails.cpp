@@ -67,6 +67,15 @@ QPlainTextEdit *shortMemo(QWidget *parent, int lines)
     return edit;
 }
 
+// Forms of the top pane keep their rows close so that the tabs get the room.
+QFormLayout *compactForm(QWidget *box)
+{
+    auto *form = new QFormLayout(box);
+    form->setContentsMargins(8, 4, 8, 6);
+    form->setVerticalSpacing(4);
+    return form;
+}
+
 QLineEdit *masked(QWidget *parent, const QString &mask)
 {
     auto *edit = new QLineEdit(parent);
@@ -250,7 +259,7 @@ QWidget *frmClientDetails::buildTopPane()
     };
 
     auto *personal = new QGroupBox(QStringLiteral("Client"), pane);
-    auto *pForm = new QFormLayout(personal);
+    auto *pForm = compactForm(personal);
     row(pForm, bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), QStringLiteral("Last Name"), true,
                     QStringLiteral("Enter the client's last name.")));
     row(pForm, bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), QStringLiteral("First Name"), true,
@@ -263,11 +272,13 @@ QWidget *frmClientDetails::buildTopPane()
                     false, QStringLiteral("Enter the client's drivers license number.")));
     row(pForm, bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), QStringLiteral("Birth Date"),
                     false, QStringLiteral("Enter the client's birthdate (mm/dd/yyyy).")));
-    row(pForm, bind(dropDown(personal), "cboData", QStringLiteral("Gender"), QStringLiteral("Gender"), false,
-                    QStringLiteral("Select the client's gender.")));
+    QWidget *gender = bind(dropDown(personal), "cboData", QStringLiteral("Gender"), QStringLiteral("Gender"), false,
+                           QStringLiteral("Select the client's gender."));
+    static_cast<QComboBox *>(gender)->setMinimumContentsLength(3);
+    row(pForm, gender);
 
     auto *address = new QGroupBox(QStringLiteral("Address and Telephone"), pane);
-    auto *aForm = new QFormLayout(address);
+    auto *aForm = compactForm(address);
     row(aForm, bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
                     QStringLiteral("Enter the client's address. Multiple lines are allowed.")));
     row(aForm, bind(text(address, 50, 0), "txtData", QStringLiteral("City"), QStringLiteral("City"), true,
@@ -278,9 +289,9 @@ QWidget *frmClientDetails::buildTopPane()
     static_cast<QComboBox *>(state)->setMinimumContentsLength(3);
     QWidget *zip = bind(dropDown(address, true), "cboData", QStringLiteral("ZipCode"), QStringLiteral("Zip Code"), false,
                         QStringLiteral("Enter/select the client's zip/postal code."));
-    static_cast<QComboBox *>(zip)->setMinimumContentsLength(8);
+    static_cast<QComboBox *>(zip)->setMinimumContentsLength(6);
     stateZip->addWidget(state);
-    stateZip->addSpacing(12);
+    stateZip->addSpacing(8);
     stateZip->addWidget(labelOf(zip));
     stateZip->addWidget(zip);
     stateZip->addStretch(1);
@@ -293,7 +304,7 @@ QWidget *frmClientDetails::buildTopPane()
                     QStringLiteral("Enter the client's fax number (including area code).")));
 
     auto *background = new QGroupBox(QStringLiteral("Background"), pane);
-    auto *bForm = new QFormLayout(background);
+    auto *bForm = compactForm(background);
     row(bForm, bind(dropDown(background), "cboData", QStringLiteral("EthnicOriginID"), QStringLiteral("Ethnic Origin"), false,
                     QStringLiteral("Select the client's ethnic origin.")));
     row(bForm, bind(dropDown(background), "cboData", QStringLiteral("MaritalStatusID"), QStringLiteral("Marital Status"), false,
@@ -326,6 +337,11 @@ QWidget *frmClientDetails::buildTabs()
         box->addWidget(labelOf(c));
         box->addWidget(c, 1);
     };
+    auto sideBySide = [labelAbove](QHBoxLayout *row, QWidget *c) {
+        auto *column = new QVBoxLayout;
+        labelAbove(column, c);
+        row->addLayout(column, 1);
+    };
 
     auto *notes = new QWidget(tabData);
     auto *notesBox = new QVBoxLayout(notes);
@@ -335,6 +351,7 @@ QWidget *frmClientDetails::buildTabs()
 
     auto *employer = new QWidget(tabData);
     auto *eGrid = new QGridLayout(employer);
+    eGrid->setVerticalSpacing(4);
     auto place = [this, eGrid](QWidget *c, int r, int col, int rowSpan = 1, int colSpan = 1) {
         eGrid->addWidget(labelOf(c), r, col, Qt::AlignLeft | Qt::AlignTop);
         eGrid->addWidget(c, r, col + 1, rowSpan, colSpan);
@@ -366,6 +383,7 @@ QWidget *frmClientDetails::buildTabs()
                            QStringLiteral("months"), false, QStringLiteral("Enter the number of months with this employer."));
     duration->addWidget(years);
     duration->addWidget(labelOf(years));
+    duration->addSpacing(8);
     duration->addWidget(months);
     duration->addWidget(labelOf(months));
     duration->addStretch(1);
@@ -383,34 +401,38 @@ QWidget *frmClientDetails::buildTabs()
     tabData->addTab(buildGridPage(IncomeExpensesTab, QStringLiteral("income/expense entry")), m_tabCaptions.at(IncomeExpensesTab));
 
     auto *health = new QWidget(tabData);
-    auto *healthBox = new QVBoxLayout(health);
-    labelAbove(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"),
+    auto *healthBox = new QHBoxLayout(health);
+    sideBySide(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"),
                                QStringLiteral("Special dietary requirements:"), false,
                                QStringLiteral("Enter any special dietary requirements of the client.")));
-    labelAbove(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"),
+    sideBySide(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"),
                                QStringLiteral("List any medical problems or current medications:"), false,
                                QStringLiteral("Enter any medical problems or current medications of the client.")));
     tabData->addTab(health, m_tabCaptions.at(HealthTab));
 
     auto *fema = new QWidget(tabData);
-    auto *femaBox = new QVBoxLayout(fema);
+    auto *femaBox = new QHBoxLayout(fema);
+    auto *checks = new QVBoxLayout;
     auto *eligible = new QCheckBox(QStringLiteral("Check here if client is eligible for FEMA assistance:"), fema);
     eligible->setLayoutDirection(Qt::RightToLeft);
-    femaBox->addWidget(bind(eligible, "chkData", QStringLiteral("FEMAEligible"), {}, false,
-                            QStringLiteral("Check if the client is eligible for FEMA assistance.")), 0, Qt::AlignLeft);
+    checks->addWidget(bind(eligible, "chkData", QStringLiteral("FEMAEligible"), {}, false,
+                           QStringLiteral("Check if the client is eligible for FEMA assistance.")), 0, Qt::AlignLeft);
     auto *contacted = new QCheckBox(QStringLiteral("Has client contacted FEMA?"), fema);
     contacted->setLayoutDirection(Qt::RightToLeft);
-    femaBox->addWidget(bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false,
-                            QStringLiteral("Check if the client has contacted FEMA.")), 0, Qt::AlignLeft);
-    labelAbove(femaBox, bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), QStringLiteral("Comments:"), false,
+    checks->addWidget(bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false,
+                           QStringLiteral("Check if the client has contacted FEMA.")), 0, Qt::AlignLeft);
+    checks->addStretch(1);
+    femaBox->addLayout(checks);
+    femaBox->addSpacing(12);
+    sideBySide(femaBox, bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), QStringLiteral("Comments:"), false,
                              QStringLiteral("Enter any comments about FEMA assistance.")));
     tabData->addTab(fema, m_tabCaptions.at(FEMATab));
 
     auto *former = new QWidget(tabData);
-    auto *formerBox = new QVBoxLayout(former);
-    labelAbove(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), QStringLiteral("Former Address:"), false,
+    auto *formerBox = new QHBoxLayout(former);
+    sideBySide(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), QStringLiteral("Former Address:"), false,
                                QStringLiteral("Enter the client's former address.")));
-    labelAbove(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"),
+    sideBySide(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"),
                                QStringLiteral("Relatives/friends searching for:"), false,
                                QStringLiteral("Enter any relatives or friends the client is searching for.")));
     tabData->addTab(former, m_tabCaptions.at(FormerAddressTab));
@@ -435,6 +457,8 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
             m_expensesActive = grid->property("Table").toString() == QLatin1String("Expenses");
             updateGridButtons(t);
         });
+        if (t == IncomeExpensesTab)
+            grid->installEventFilter(this);   // the grid with the focus decides between income and expenses
         connect(grid, &QTableView::doubleClicked, this, [this, t](const QModelIndex &index) {
             if (index.isValid())
                 cmdGridDataEdit_Click(t);
@@ -590,10 +614,9 @@ void frmClientDetails::DisplayRecordPosition()
 {
     const int count = m_rs->recordCount();
     const int position = m_rs->absolutePosition();
+    // A new record keeps the text of the record shown before it.
     if (count == 0) {
         lblStatus->setText(QStringLiteral("Record: 0 of 0"));
-    } else if (position < 0) {
-        lblStatus->setText(QStringLiteral("New record     (%1 on file)").arg(count));
     } else if (position > 0) {
         lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(m_clientId));
     }
@@ -787,6 +810,10 @@ bool frmClientDetails::eventFilter(QObject *watched, QEvent *event)
                 validateOnLeave(w);
         }
     } else if (event->type() == QEvent::FocusIn) {
+        if (auto *grid = qobject_cast<QTableView *>(watched)) {
+            m_expensesActive = grid->property("Table").toString() == QLatin1String("Expenses");
+            updateGridButtons(IncomeExpensesTab);
+        }
         if (auto *edit = qobject_cast<QLineEdit *>(watched); edit && !edit->inputMask().isEmpty())
             QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
     }
@@ -1044,12 +1071,15 @@ void frmClientDetails::DeleteCurrentRecord()
             return;
         Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
                         Prompt::Icon::None, Prompt::Ok);
-        const int position = m_rs->absolutePosition();
         m_rs->requery();
-        if (m_rs->recordCount() > 0)
-            m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
-        else
+        if (m_rs->recordCount() > 0) {
+            if (m_rs->eof())
+                m_rs->moveLast();
+            else if (m_rs->bof())
+                m_rs->moveFirst();
+        } else {
             AddRecord();
+        }
         DisplayClient();
         mainWindow()->markClientWindowsForRefresh();
         setRefreshPending(false);

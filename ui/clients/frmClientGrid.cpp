@@ -8,6 +8,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "frmMain.h"
+#include "frmMessage.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -28,6 +29,19 @@ struct WaitCursor
 {
     WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
     ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+};
+
+// "Please Wait..." on screen while the list is read again.
+struct WaitMessage
+{
+    explicit WaitMessage(QWidget *owner) : notice(owner)
+    {
+        notice.setWindowTitle(QStringLiteral("Please Wait..."));
+        notice.setMessage(QStringLiteral("Please wait while the recordset is refreshed..."));
+        notice.showNow();
+    }
+    ~WaitMessage() { notice.hide(); }
+    frmMessage notice;
 };
 
 QString oneLine(const QString &column)
@@ -136,11 +150,13 @@ void frmClientGrid::OpenRecordset()
 void frmClientGrid::ExecuteSQL()
 {
     basErrorHandler::Guard(QStringLiteral("frmClientGrid.ExecuteSQL"), [&] {
-        m_clientId.clear();
-        m_busy = true;
-        const auto done = qScopeGuard([this] { m_busy = false; });
-        OpenRecordset();
-        m_busy = false;
+        {
+            const WaitMessage wait(mainWindow());
+            m_clientId.clear();
+            m_busy = true;
+            const auto done = qScopeGuard([this] { m_busy = false; });
+            OpenRecordset();
+        }
         updateToolbar();
         if (basTendmark::Model(grdData)->dataRowCount() == 0)
             Prompt::message(QStringLiteral("No Client Records Found"),
@@ -152,15 +168,21 @@ void frmClientGrid::ExecuteSQL()
 void frmClientGrid::RefreshData()
 {
     basErrorHandler::Guard(QStringLiteral("frmClientGrid.RefreshData"), [&] {
-        const WaitCursor wait;
-        m_busy = true;
-        const auto done = qScopeGuard([this] { m_busy = false; });
-        basTendmark::Model(grdData)->refresh();
-        grdData->scrollToTop();
-        clearSelection();
-        m_busy = false;
-        updateToolbar();
+        const WaitMessage notice(mainWindow());
+        refill();
     });
+}
+
+void frmClientGrid::refill()
+{
+    const WaitCursor wait;
+    m_busy = true;
+    const auto done = qScopeGuard([this] { m_busy = false; });
+    basTendmark::Model(grdData)->refresh();
+    grdData->scrollToTop();
+    clearSelection();
+    m_busy = false;
+    updateToolbar();
 }
 
 void frmClientGrid::clearSelection()
@@ -299,7 +321,7 @@ void frmClientGrid::activated()
     if (refreshPending()) {
         setRefreshPending(false);
         const QString id = m_clientId;
-        RefreshData();
+        basErrorHandler::Guard(QStringLiteral("frmClientGrid.Form_Activate"), [&] { refill(); });
         if (!id.isEmpty())
             GoToRow(id);
     } else if (m_selectedRow >= 0 && !m_columnSelected) {

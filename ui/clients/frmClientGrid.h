@@ -36,6 +36,7 @@ public:
 private:
     void OpenRecordset();
     void RefreshData();
+    void refill();   // RefreshData without the notice
     void GoToRow(const QString &id);
     void selectGridRow(int row);
     void clearSelection();

@@ -142,7 +142,9 @@ QWidget *frmClientSummary::buildGrid(int index, const QString &caption, const QS
     grid->setProperty("Index", index);
     basTendmark::FormatDataGrid(grid);
     basClient::FitColumns(grid);
-    grid->horizontalHeader()->setStretchLastSection(true);
+    // The columns fit the grid's width: the name or type column takes what the others leave.
+    grid->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
+    grid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     SubGrid g{grid, table, keyColumn, editor, sql};
     auto button = [box, index](const char *name, const QString &text) {
         auto *b = new QPushButton(text, box);
@@ -317,10 +319,13 @@ void frmClientSummary::DeleteCurrentRecord()
             return;
         Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
                         Prompt::Icon::None, Prompt::Ok);
-        const int position = m_rs->absolutePosition();
         m_rs->requery();
-        if (m_rs->recordCount() > 0)
-            m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
+        if (m_rs->recordCount() > 0) {
+            if (m_rs->eof())
+                m_rs->moveLast();
+            else if (m_rs->bof())
+                m_rs->moveFirst();
+        }
         DisplayClient();
         mainWindow()->markClientWindowsForRefresh();
         setRefreshPending(false);

@@ -2,8 +2,10 @@
 
 #include "DataBinding.h"
 #include "basDatabase.h"
+#include "basTendmark.h"
 
 #include <QComboBox>
+#include <QDate>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -37,8 +39,16 @@ void frmFamilyMember::buildFields()
     zip->setEditable(true);
     zip->setInsertPolicy(QComboBox::NoInsert);
 
+    auto list = [](int characters) {
+        auto *box = new QComboBox;
+        box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box->setMinimumContentsLength(characters);
+        box->setMaximumWidth(box->minimumSizeHint().width());
+        return box;
+    };
+
     // Left column: the person; right column: the employer.
-    addField(new QComboBox, "cboData", QStringLiteral("RelationshipID"), req, 0, QStringLiteral("Relationship"), 0, 0);
+    addField(list(24), "cboData", QStringLiteral("RelationshipID"), req, 0, QStringLiteral("Relationship"), 0, 0);
     addField(text(), "txtData", QStringLiteral("LastName"), req, 1, QStringLiteral("Last Name"), 1, 0);
     addField(text(), "txtData", QStringLiteral("FirstName"), req, 2, QStringLiteral("First Name"), 2, 0);
     addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 3, QStringLiteral("M.I."), 3, 0);
@@ -46,9 +56,9 @@ void frmFamilyMember::buildFields()
              QStringLiteral("Social Security No"), 4, 0);
     addField(text(), "txtData", QStringLiteral("DriversLicenseNumber"), opt, 5, QStringLiteral("Drivers License No"), 5, 0);
     addField(masked(QStringLiteral("99/99/9999"), 110), "mskData", QStringLiteral("BirthDate"), opt, 6, QStringLiteral("Birth Date"), 6, 0);
-    addField(new QComboBox, "cboData", QStringLiteral("Gender"), opt, 7, QStringLiteral("Gender"), 7, 0);
-    addField(new QComboBox, "cboData", QStringLiteral("EthnicOriginID"), opt, 8, QStringLiteral("Ethnic Origin"), 8, 0);
-    addField(new QComboBox, "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
+    addField(list(3), "cboData", QStringLiteral("Gender"), opt, 7, QStringLiteral("Gender"), 7, 0);
+    addField(list(24), "cboData", QStringLiteral("EthnicOriginID"), opt, 8, QStringLiteral("Ethnic Origin"), 8, 0);
+    addField(list(24), "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
     addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("MobilePhone"), opt, 10,
              QStringLiteral("Mobile Phone"), 0, 1);
     addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11,
@@ -95,13 +105,29 @@ void frmFamilyMember::controlChanged(QWidget *control)
 
 void frmFamilyMember::PopulateCityState()
 {
-    auto *zip = qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerZip")));
+    QWidget *zip = boundControl(QStringLiteral("EmployerZip"));
     QString city, state;
-    if (!basDatabase::GetCityStateFromZip(zip->currentText(), city, state) || city.isEmpty())
+    if (!basDatabase::GetCityStateFromZip(basTendmark::GetControlValue(zip, {}), city, state))
         return;
-    qobject_cast<QLineEdit *>(boundControl(QStringLiteral("EmployerCity")))->setText(city);
-    auto *stateList = qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerState")));
-    stateList->setCurrentIndex(stateList->findText(state));
+    for (const auto &[column, value] : {std::pair{QStringLiteral("EmployerCity"), city}, std::pair{QStringLiteral("EmployerState"), state}})
+        if (!value.isEmpty())
+            basTendmark::SetControlValue(boundControl(column), madoPrimaryRS.field(column), value);
+}
+
+bool frmFamilyMember::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
+{
+    // Beyond the column's own rules: whole phone numbers and no birth dates to come.
+    if (value.isEmpty() || value == basTendmark::GetFieldValue(madoPrimaryRS, column))
+        return true;
+    QString message;
+    if (!basDatabase::FieldIsValid(madoPrimaryRS.field(column), value, message))
+        return true;   // the save reports the column's own rule
+    const auto *edit = qobject_cast<const QLineEdit *>(control);
+    if (edit && edit->inputMask().startsWith(QLatin1Char('(')) && value.size() != 10)
+        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" must have all ten digits, area code first."));
+    if (column == QLatin1String("BirthDate") && basTendmark::ParseDate(value) > QDate::currentDate())
+        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be in the future."));
+    return true;
 }
 
 RecordEditor::DeleteTexts frmFamilyMember::deleteTexts() const
@@ -110,7 +136,7 @@ RecordEditor::DeleteTexts frmFamilyMember::deleteTexts() const
     QString name = value("LastName");
     if (!name.isEmpty())
         name += QStringLiteral(", ") + value("FirstName");
-    name = (name + QLatin1Char(' ') + value("MiddleInitial")).trimmed();
+    name += QLatin1Char(' ') + value("MiddleInitial");
     return {QStringLiteral("Are you sure you want to delete family member '%1'?").arg(name), QStringLiteral("Delete Family Member?"),
             QStringLiteral("Family member '%1' deleted.").arg(name), QStringLiteral("Delete Family Member")};
 }

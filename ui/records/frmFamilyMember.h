@@ -21,6 +21,7 @@ protected:
     void buildFields() override;
     void populateCombos() override;
     void controlChanged(QWidget *control) override;
+    bool checkField(QWidget *control, const QString &column, const QString &value, const QString &caption) override;
     DeleteTexts deleteTexts() const override;
 
 private:

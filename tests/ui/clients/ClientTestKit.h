@@ -38,6 +38,13 @@ struct ClientWorld
         return main.findChildWindow<T>();
     }
     void toolbar(const char *key) { main.toolbarButton(QString::fromLatin1(key))->trigger(); }
+    // Closes a child window as its close box does: it is gone once this returns.
+    static void closeWindow(QWidget *w)
+    {
+        (w->parentWidget() ? w->parentWidget() : w)->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
 
     static qint64 addClient(const QString &last, const QString &first, const QString &middle = QStringLiteral("A"),
                             const QVariantMap &more = {})

@@ -277,6 +277,28 @@ private slots:
         QCOMPARE(status(w), QStringLiteral("Record: 2 of 3     ID: %1").arg(b));
     }
 
+    void newRecordKeepsTheStatusAndTheWindowFits()
+    {
+        ClientWorld world;
+        world.main.resize(1100, 760);
+        QCoreApplication::processEvents();
+        const qint64 a = ClientWorld::addClient(QStringLiteral("Adams"), QStringLiteral("Al"));
+        ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bo"));
+        auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
+        QCOMPARE(status(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
+        w->findChild<QPushButton *>(QStringLiteral("cmdAdd"))->click();
+        QVERIFY(w->ClientID().isEmpty());
+        QCOMPARE(status(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
+
+        // At its first size the window sits inside the main window's work area, nothing squeezed.
+        const QSize area = world.main.mdiArea()->viewport()->size();
+        const QSize least = w->minimumSizeHint();
+        QVERIFY2(least.width() <= area.width() * 0.85 && least.height() <= area.height() * 0.75,
+                 qPrintable(QStringLiteral("%1x%2 in %3x%4").arg(least.width()).arg(least.height()).arg(area.width()).arg(area.height())));
+        QVERIFY(w->width() >= least.width() && w->height() >= least.height());
+        QVERIFY(QRect(QPoint(0, 0), area).contains(w->parentWidget()->geometry()));
+    }
+
     void closingAsksToSave()
     {
         ClientWorld world;

@@ -6,8 +6,26 @@
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableView>
+
+// Notes every "Please Wait..." notice that is shown, with its message.
+class NoticeWatch : public QObject
+{
+public:
+    NoticeWatch() { qApp->installEventFilter(this); }
+    QStringList shown;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && watched->objectName() == QLatin1String("frmMessage"))
+            shown << static_cast<QWidget *>(watched)->windowTitle() + QLatin1Char('|')
+                         + watched->findChild<QLabel *>(QStringLiteral("lblMessage"))->text();
+        return false;
+    }
+};
 
 class tst_ClientGrid : public QObject
 {
@@ -58,7 +76,10 @@ private slots:
         auto *w = world.open<frmClientGrid>("mnuDataClientTable");
         w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Pekin'"));
         QCOMPARE(w->windowTitle(), QStringLiteral("Client Table (Filter Applied)"));
+        NoticeWatch notices;
         w->ExecuteSQL();
+        const QString notice = QStringLiteral("Please Wait...|Please wait while the recordset is refreshed...");
+        QCOMPARE(notices.shown, QStringList{notice});
         QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
         QCOMPARE(basTendmark::GridText(grid(w), 0, 2), QStringLiteral("Baker"));
         QVERIFY(world.prompts.messages().isEmpty());
@@ -72,11 +93,22 @@ private slots:
         button(w, "cmdClientEdit")->click();
         QVERIFY(!world.main.findChildWindow<frmClientDetails>());
 
+        // Refresh reads the list again under the same filter, with the same notice.
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City LIKE 'Pe%'"));
+        w->ExecuteSQL();
+        ClientWorld::addClient(QStringLiteral("Carter"), QStringLiteral("Cy"), QStringLiteral("D"), {{QStringLiteral("City"), QStringLiteral("Pella")}});
+        ClientWorld::addClient(QStringLiteral("Dunn"), QStringLiteral("Di"), QStringLiteral("E"), {{QStringLiteral("City"), QStringLiteral("Ames")}});
+        notices.shown.clear();
+        button(w, "cmdRefresh")->click();
+        QCOMPARE(notices.shown, QStringList{notice});
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 3);
+        QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
+
         w->setSQL(QString());
         QCOMPARE(w->windowTitle(), QStringLiteral("Client Table"));
         QCOMPARE(w->SQL(), QStringLiteral("SELECT * FROM Client"));
         w->ExecuteSQL();
-        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 2);
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 4);
     }
 
     void headerClickSelectsAColumnForSorting()
