@@ -1,5 +1,6 @@
 #include "basClient.h"
 
+#include "MdiChild.h"
 #include "Prompt.h"
 #include "frmClientDetails.h"
 #include "frmMain.h"
@@ -92,7 +93,10 @@ bool NavigationKeys::eventFilter(QObject *watched, QEvent *event)
         m_move(ctrl ? Move::Last : Move::Next);
         return true;
     case Qt::Key_Escape:
-        m_window->close();
+        if (auto *child = qobject_cast<MdiChild *>(m_window.data()))
+            child->closeWindow();
+        else
+            m_window->close();
         return true;
     default:
         return false;

@@ -5,6 +5,9 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTimer>
 
 MdiChild::MdiChild(frmMain *main, QWidget *parent) : QWidget(parent), m_main(main)
 {
@@ -25,12 +28,37 @@ void MdiChild::closeEvent(QCloseEvent *event)
     }
     basTendmark::SaveMDIChildDimensions(this);
     event->accept();
+    // Closed from inside (Escape, a failed load): the frame must not stay behind empty.
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()); sub && !sub->isHidden())
+        QTimer::singleShot(0, sub, [sub] {
+            if (!sub->isHidden())
+                sub->close();
+        });
+}
+
+void MdiChild::closeWindow()
+{
+    auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget());
+    QMdiArea *area = sub ? sub->mdiArea() : nullptr;
+    if (!area) {
+        close();
+        return;
+    }
+    if (!sub->close())
+        return;
+    // The window used before this one takes over, as when its frame's close box is clicked.
+    const QList<QMdiSubWindow *> history = area->subWindowList(QMdiArea::ActivationHistoryOrder);
+    for (auto it = history.rbegin(); it != history.rend(); ++it)
+        if (*it != sub && (*it)->isVisible()) {
+            area->setActiveSubWindow(*it);
+            break;
+        }
 }
 
 void MdiChild::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
-        close();
+        closeWindow();
         return;
     }
     QWidget::keyPressEvent(event);

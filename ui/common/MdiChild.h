@@ -40,6 +40,9 @@ public:
     // Called by the main window when this window becomes the active one.
     virtual void activated() {}
 
+    // Closes the window through its frame, so that the next window becomes the active one.
+    void closeWindow();
+
 protected:
     // Asked before the window closes; false keeps it open.
     virtual bool queryUnload() { return true; }

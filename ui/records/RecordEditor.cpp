@@ -612,7 +612,7 @@ bool RecordEditor::eventFilter(QObject *watched, QEvent *event)
         const bool ctrl = (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
         switch (key->key()) {
         case Qt::Key_Escape:
-            close();
+            closeWindow();
             return true;
         case Qt::Key_PageUp:
             ctrl ? cmdFirst_Click() : cmdPrevious_Click();

@@ -162,9 +162,19 @@ private Q_SLOTS:
         QVERIFY(w->toolbarButton("Delete")->isEnabled());
         child->close();
         QTRY_COMPARE(w->openChildCount(), 0);
+        QTRY_VERIFY(w->mdiArea()->subWindowList().isEmpty()); // no empty frame stays behind
         QVERIFY(!w->toolbarButton("Delete")->isEnabled()); // the last window closed resets the toolbar
         QVERIFY(!w->toolbarButton("Filter")->isEnabled());
-        w->addChild(new MdiChild(w));
+        w->show();
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        auto *first = new MdiChild(w);
+        auto *second = new MdiChild(w);
+        w->addChild(first);
+        w->addChild(second);
+        QCOMPARE(w->activeChild(), second);
+        QTest::keyClick(second, Qt::Key_Escape);
+        QTRY_COMPARE(w->openChildCount(), 1);
+        QCOMPARE(w->activeChild(), first); // Escape closes through the frame, so the next window takes over
         delete w; // with a child still open
     }
 

