@@ -202,7 +202,7 @@ void frmMain::buildViewBar()
     m_viewBar->setMovable(false);
     m_viewBar->setOrientation(Qt::Vertical);
     m_viewBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    m_viewBar->setIconSize(QSize(40, 40));
+    m_viewBar->setIconSize(QSize(48, 48));
     addToolBar(Qt::LeftToolBarArea, m_viewBar);
     struct Shortcut { const char *name; const char *caption; const char *themeIcon; QStyle::StandardPixmap icon; const char *menu; };
     const Shortcut shortcuts[] = {
