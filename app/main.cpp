@@ -1,4 +1,5 @@
 #include "AppIcons.h"
+#include "LoggedPrompts.h"
 #include "Prompt.h"
 #include "SingleInstance.h"
 #include "WidgetPrompts.h"
@@ -25,7 +26,9 @@ int Main(QApplication &app)
     QString fileToOpen = files.isEmpty() ? QString() : files.constFirst();
 
     WidgetPrompts prompts;
-    Prompt::setHandler(&prompts);
+    const QString promptLog = qEnvironmentVariable("TENDMARK_PROMPT_LOG");
+    LoggedPrompts logged(promptLog);
+    Prompt::setHandler(promptLog.isEmpty() ? static_cast<Prompt::Handler *>(&prompts) : &logged);
 
     SingleInstance instance(QStringLiteral("TendMark-") + basRegistry::GetUserName());
     if (instance.anotherIsRunning(files)) {

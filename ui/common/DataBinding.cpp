@@ -213,7 +213,7 @@ void SaveMDIChildDimensions(const QWidget *window)
 {
     auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
     const QWidget *frame = sub ? static_cast<const QWidget *>(sub) : window;
-    if (frame->isMinimized() || frame->isMaximized())
+    if (frame->isMinimized() || frame->isMaximized() || window->objectName().isEmpty())
         return;
     const QRect g = frame->geometry();
     basRegistry::SetString(basRegistry::SettingsKey(), window->objectName(),

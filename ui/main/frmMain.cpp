@@ -8,6 +8,7 @@
 #include "Schema.h"
 #include "SearchQueries.h"
 #include "StartPanel.h"
+#include "WindowArrangement.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
@@ -51,18 +52,18 @@ constexpr int kRecentFilesKept = 6;
 const std::array<frmMain::LookupTable, 12> &frmMain::lookupTables()
 {
     static const std::array<LookupTable, 12> tables = {{
-        {"mnuToolsTablesEducationLevel", "Education Level", "EducationLevel", "EducationLevelID", "^ID,800|^Education Level,5200"},
-        {"mnuToolsTablesEthnicOrigin", "Ethnic Origin", "EthnicOrigin", "EthnicOriginID", "^ID,800|^Ethnic Origin,5200"},
-        {"mnuToolsTablesExpenseCategories", "Expense Categories", "ExpenseCategories", "ExpenseCategoryID", "^ID,800|^Expense Categories,5200"},
-        {"mnuToolsTablesFoodServiceTypes", "Food Service Types", "FoodServiceTypes", "FoodServiceTypeID", "^ID,800|^Food Service Types,5200"},
-        {"mnuToolsTablesHousing", "Housing", "Housing", "HousingID", "^ID,800|^Housing,5200"},
-        {"mnuToolsTablesIncomeSources", "Income Sources", "IncomeSources", "IncomeSourceID", ">ID,800|^Income Sources,5200"},
-        {"mnuToolsTablesMaritalStatus", "Marital Status", "MaritalStatus", "MaritalStatusID", "^ID,800|^Marital Status,5200"},
-        {"mnuToolsTablesOtherAssistance", "Other Assistance", "OtherAssistance", "OtherAssistanceID", "^ID,800|^Other Types of Assistance,5200"},
-        {"mnuToolsTablesPaymentTypes", "Payment Types", "PaymentTypes", "PaymentTypeID", "^ID,800|^Payment Types,5200"},
-        {"mnuToolsTablesRelationships", "Family Relationships", "Relationships", "RelationshipID", "^ID,800|^Relationship,5000"},
-        {"mnuToolsTablesReligiousPreference", "Religious Preference", "ReligiousPreference", "ReligiousPreferenceID", "^ID,800|^Religious Preference,5200"},
-        {"mnuToolsTablesZipCodes", "Zip Codes", "ZipCode", "ZipCodeID", "^ID,800|^Zip Code,1100|<City,3000|^State,1100"},
+        {"mnuToolsTablesEducationLevel", "Education Level", "EducationLevel", "EducationLevelID", "^ID,800|^Education Level,5200", "&Education Level"},
+        {"mnuToolsTablesEthnicOrigin", "Ethnic Origin", "EthnicOrigin", "EthnicOriginID", "^ID,800|^Ethnic Origin,5200", "E&thnic Origin"},
+        {"mnuToolsTablesExpenseCategories", "Expense Categories", "ExpenseCategories", "ExpenseCategoryID", "^ID,800|^Expense Categories,5200", "E&xpense Categories"},
+        {"mnuToolsTablesFoodServiceTypes", "Food Service Types", "FoodServiceTypes", "FoodServiceTypeID", "^ID,800|^Food Service Types,5200", "&Food Service Types"},
+        {"mnuToolsTablesHousing", "Housing", "Housing", "HousingID", "^ID,800|^Housing,5200", "&Housing"},
+        {"mnuToolsTablesIncomeSources", "Income Sources", "IncomeSources", "IncomeSourceID", ">ID,800|^Income Sources,5200", "&Income Sources"},
+        {"mnuToolsTablesMaritalStatus", "Marital Status", "MaritalStatus", "MaritalStatusID", "^ID,800|^Marital Status,5200", "&Marital Status"},
+        {"mnuToolsTablesOtherAssistance", "Other Assistance", "OtherAssistance", "OtherAssistanceID", "^ID,800|^Other Types of Assistance,5200", "&Other Assistance"},
+        {"mnuToolsTablesPaymentTypes", "Payment Types", "PaymentTypes", "PaymentTypeID", "^ID,800|^Payment Types,5200", "&Payment Types"},
+        {"mnuToolsTablesRelationships", "Family Relationships", "Relationships", "RelationshipID", "^ID,800|^Relationship,5000", "Family &Relationships"},
+        {"mnuToolsTablesReligiousPreference", "Religious Preference", "ReligiousPreference", "ReligiousPreferenceID", "^ID,800|^Religious Preference,5200", "Re&ligious Preference"},
+        {"mnuToolsTablesZipCodes", "Zip Codes", "ZipCode", "ZipCodeID", "^ID,800|^Zip Code,1100|<City,3000|^State,1100", "&Zip Codes"},
     }};
     return tables;
 }
@@ -201,7 +202,7 @@ void frmMain::buildViewBar()
     m_viewBar->setMovable(false);
     m_viewBar->setOrientation(Qt::Vertical);
     m_viewBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    m_viewBar->setIconSize(QSize(40, 40));
+    m_viewBar->setIconSize(QSize(48, 48));
     addToolBar(Qt::LeftToolBarArea, m_viewBar);
     struct Shortcut { const char *name; const char *caption; const char *themeIcon; QStyle::StandardPixmap icon; const char *menu; };
     const Shortcut shortcuts[] = {
@@ -310,7 +311,7 @@ void frmMain::buildMenus()
     tables->menuAction()->setObjectName(QStringLiteral("mnuToolsTables"));
     for (int i = 0; i < int(lookupTables().size()); ++i) {
         const LookupTable &t = lookupTables()[i];
-        connect(addMenuAction(tables, QString::fromLatin1(t.menuName), QString::fromLatin1(t.caption)), &QAction::triggered,
+        connect(addMenuAction(tables, QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption)), &QAction::triggered,
                 this, [this, i] { openLookupTable(i); });
     }
     tools->addSeparator();
@@ -339,11 +340,11 @@ void frmMain::updateWindowMenu()
     connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowCascade"), QStringLiteral("&Cascade")), &QAction::triggered,
             m_mdiArea, &QMdiArea::cascadeSubWindows);
     connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowTileHorizontal"), QStringLiteral("Tile &Horizontally")),
-            &QAction::triggered, m_mdiArea, &QMdiArea::tileSubWindows);
+            &QAction::triggered, this, [this] { WindowArrangement::TileHorizontally(m_mdiArea); });
     connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowTileVertical"), QStringLiteral("Tile &Vertically")),
-            &QAction::triggered, m_mdiArea, &QMdiArea::tileSubWindows);
+            &QAction::triggered, this, [this] { WindowArrangement::TileVertically(m_mdiArea); });
     connect(addMenuAction(m_windowMenu, QStringLiteral("mnuWindowArrangeIcons"), QStringLiteral("&Arrange Icons")),
-            &QAction::triggered, m_mdiArea, &QMdiArea::cascadeSubWindows);
+            &QAction::triggered, this, [this] { WindowArrangement::ArrangeIcons(m_mdiArea); });
     const QList<QMdiSubWindow *> windows = m_mdiArea->subWindowList();
     if (!windows.isEmpty())
         m_windowMenu->addSeparator();
@@ -502,20 +503,9 @@ bool frmMain::GetClientFormOpen() const
 
 void frmMain::AddSearchForItem()
 {
-    static const QStringList volunteerFields = {
-        QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Address"), QStringLiteral("Home Phone"),
-        QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"), QStringLiteral("E-Mail Address"),
-        QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"), QStringLiteral("Affiliation"),
-        QStringLiteral("Comments")};
-    static const QStringList clientFields = {
-        QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Social Security Number"),
-        QStringLiteral("Driver's License Number"), QStringLiteral("Address"), QStringLiteral("Birth Date"),
-        QStringLiteral("Home Phone"), QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"),
-        QStringLiteral("Employer Name"), QStringLiteral("Employer Address"), QStringLiteral("Family Member Last Name"),
-        QStringLiteral("Family Member First Name"), QStringLiteral("Family Member Social Security Number"),
-        QStringLiteral("Family Member Driver's License Number")};
     const MdiChild *child = activeChild();
-    const QStringList &fields = child && child->kind() == MdiChild::Kind::Volunteer ? volunteerFields : clientFields;
+    const QStringList fields = child && child->kind() == MdiChild::Kind::Volunteer ? SearchQueries::volunteerFields()
+                                                                                   : SearchQueries::clientFields();
     QStringList current;
     for (int i = 0; i < m_cboSearchOn->count(); ++i)
         current << m_cboSearchOn->itemText(i);

@@ -32,6 +32,7 @@ public:
         const char *table;
         const char *keyColumn;
         const char *columnSpec;
+        const char *menuCaption;   // the caption with its access key
     };
     static const std::array<LookupTable, 12> &lookupTables();
 

@@ -1,17 +1,27 @@
 #include "DemoDatabase.h"
+#include "MdiChild.h"
 #include "ScriptedPrompts.h"
 #include "StartPanel.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
+#include "frmClientGrid.h"
+#include "frmFoodService.h"
 #include "frmHelp.h"
 #include "frmMain.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QCommandLinkButton>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTextBrowser>
@@ -30,6 +40,9 @@ private:
 private slots:
     void dataMenusNeedADatabase_data();
     void dataMenusNeedADatabase();
+    void menuEntriesAreNamedForTheirMenus();
+    void toolbarFollowsTheWindows();
+    void windowMenuArrangesTheWindows();
     void startPanelCreatesANewDatabase();
     void startPanelReopensARecentFile();
     void startPanelOpensTheDemo();
@@ -41,20 +54,36 @@ private slots:
 void TestMainWindow::dataMenusNeedADatabase_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char *name : {"mnuDataClientSummary", "mnuDataClientDetails", "mnuDataClientTable", "mnuDataVolunteers",
-                             "mnuReportsGroceryLog", "ViewBarClientSummary", "ViewBarVolunteers"})
-        QTest::newRow(name) << QString::fromLatin1(name);
+    QStringList names = {"mnuFileSave", "mnuFileDelete", "mnuFilePrintLabels", "mnuDataClientSummary", "mnuDataClientDetails",
+                         "mnuDataClientTable", "mnuDataVolunteers", "mnuDataExportClients", "mnuDataExportVolunteers",
+                         "mnuDataFilter", "mnuDataSortSortAscending", "mnuDataSortSortDescending", "mnuReportsClientDetail",
+                         "mnuReportsClientList", "mnuReportsDemographics", "mnuReportsFoodServiceByClient",
+                         "mnuReportsGeographicSummary", "mnuReportsGroceryLog", "mnuReportsPaymentHistoryByClient",
+                         "mnuReportsVolunteerDetail", "mnuReportsVolunteerList", "mnuToolsOptions", "ViewBarClientSummary",
+                         "ViewBarClientDetails", "ViewBarClientTable", "ViewBarVolunteers"};
+    for (const frmMain::LookupTable &t : frmMain::lookupTables())
+        names << QString::fromLatin1(t.menuName);
+    for (const QString &name : names)
+        QTest::newRow(qPrintable(name)) << name;
 }
 
 void TestMainWindow::dataMenusNeedADatabase()
 {
     QFETCH(QString, name);
     frmMain main;
+    main.show();
     ScriptedPrompts prompts;
-    main.findChild<QAction *>(name)->trigger();
+    QAction *command = main.findChild<QAction *>(name);
+    QVERIFY(command);
+    QVERIFY(command->isEnabled());
+    command->trigger();
     QCOMPARE(prompts.messages().size(), 1);
     QCOMPARE(prompts.last().title, QStringLiteral("No Database open"));
     QCOMPARE(prompts.last().text, QStringLiteral("There is no current database open."));
+    QCOMPARE(prompts.last().icon, Prompt::Icon::Exclamation);
+    QCOMPARE(prompts.last().buttons, Prompt::Buttons(Prompt::Ok));
+    QVERIFY(main.mdiArea()->subWindowList().isEmpty());
+    QVERIFY(!main.findChild<QDialog *>());
 }
 
 void TestMainWindow::startPanelCreatesANewDatabase()
@@ -171,6 +200,192 @@ void TestMainWindow::helpIndexOpensThePageAtItsAnchor()
     QTest::keyClick(filter, Qt::Key_Return);
     QCOMPARE(help->browser()->source().toString(), QStringLiteral("qrc:/guide/troubleshooting.html#already-open"));
     QVERIFY(help->browser()->toPlainText().contains(QStringLiteral("only one copy can run at a time")));
+}
+
+void TestMainWindow::menuEntriesAreNamedForTheirMenus()
+{
+    frmMain main;
+    QSet<QString> shortcuts;
+    QStringList names;
+    // Every entry is named after the menus it sits in and carries an access key unique within its menu.
+    std::function<void(QMenu *, const QString &)> walk = [&](QMenu *menu, const QString &prefix) {
+        Q_EMIT menu->aboutToShow(); // the Window menu lists its entries when it opens
+        QSet<QChar> keys;
+        for (QAction *a : menu->actions()) {
+            if (a->isSeparator())
+                continue;
+            const QString name = a->menu() ? a->menu()->menuAction()->objectName() : a->objectName();
+            if (prefix == QLatin1String("mnuWindow") && name.isEmpty())
+                continue; // the list of open windows
+            QVERIFY2(name.startsWith(prefix) && name.size() > prefix.size(), qPrintable(prefix + ": " + a->text()));
+            names << name;
+            const int amp = a->text().indexOf(QLatin1Char('&'));
+            QVERIFY2(amp >= 0 && amp + 1 < a->text().size(), qPrintable(name));
+            const QChar key = a->text().at(amp + 1).toLower();
+            QVERIFY2(!keys.contains(key), qPrintable(name + " repeats an access key"));
+            keys.insert(key);
+            if (!a->shortcut().isEmpty()) {
+                QVERIFY2(!shortcuts.contains(a->shortcut().toString()), qPrintable(name + " repeats a shortcut"));
+                shortcuts.insert(a->shortcut().toString());
+            }
+            if (a->menu())
+                walk(a->menu(), name);
+        }
+    };
+    QStringList menus;
+    for (QAction *top : main.menuBar()->actions()) {
+        menus << top->menu()->objectName();
+        walk(top->menu(), top->menu()->objectName());
+    }
+    QCOMPARE(menus, (QStringList{"mnuFile", "mnuData", "mnuView", "mnuReports", "mnuTools", "mnuWindow", "mnuHelp"}));
+    for (const char *name : {"mnuFileOpen", "mnuFileClose", "mnuFileSave", "mnuFileDelete", "mnuFilePrintLabels", "mnuFileExit",
+                             "mnuDataClientSummary", "mnuDataClientDetails", "mnuDataClientTable", "mnuDataVolunteers",
+                             "mnuDataExport", "mnuDataExportClients", "mnuDataExportVolunteers", "mnuDataFilter", "mnuDataSort",
+                             "mnuDataSortSortAscending", "mnuDataSortSortDescending", "mnuViewToolbar", "mnuViewSearchbar",
+                             "mnuViewViewbar", "mnuViewStatusbar", "mnuReportsClientDetail", "mnuReportsClientList",
+                             "mnuReportsDemographics", "mnuReportsFoodServiceByClient", "mnuReportsGeographicSummary",
+                             "mnuReportsGroceryLog", "mnuReportsPaymentHistoryByClient", "mnuReportsVolunteerDetail",
+                             "mnuReportsVolunteerList", "mnuToolsTables", "mnuToolsOptions", "mnuWindowCascade",
+                             "mnuWindowTileHorizontal", "mnuWindowTileVertical", "mnuWindowArrangeIcons", "mnuHelpContents",
+                             "mnuHelpIndex", "mnuHelpAbout"})
+        QVERIFY2(names.contains(QString::fromLatin1(name)), name);
+    for (const frmMain::LookupTable &t : frmMain::lookupTables())
+        QVERIFY2(names.contains(QString::fromLatin1(t.menuName)), t.menuName);
+    // The toolbar's buttons carry their keys.
+    for (const char *key : {"Open", "Save", "Delete", "Filter", "Sort Ascending", "Sort Descending", "Search"})
+        QVERIFY2(main.toolbarButton(QString::fromLatin1(key)), key);
+}
+
+void TestMainWindow::toolbarFollowsTheWindows()
+{
+    frmMain main;
+    main.show();
+    auto *searchOn = main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"));
+    auto *searchFor = main.findChild<QComboBox *>(QStringLiteral("cboSearchFor"));
+    auto states = [&] {
+        QString s;
+        for (const char *key : {"Open", "Save", "Delete", "Filter", "Sort Ascending", "Sort Descending", "Search"})
+            s += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+        return s + QLatin1Char(' ') + (searchOn->isEnabled() ? QLatin1Char('1') : QLatin1Char('0'))
+               + (searchFor->isEnabled() ? QLatin1Char('1') : QLatin1Char('0'));
+    };
+    // no database: only Open
+    QCOMPARE(states(), QStringLiteral("1000000 00"));
+
+    TestDatabase db(false);
+    QVERIFY(main.openDatabaseFile(db.path(), true));
+    const qint64 client = TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")},
+                                                                          {QStringLiteral("FirstName"), QStringLiteral("Ada")}});
+    QCOMPARE(states(), QStringLiteral("0000000 00"));
+
+    ScriptedPrompts prompts;
+    // a list window: delete and filter, and the search bar
+    action(main, "mnuDataClientTable")->trigger();
+    QCOMPARE(main.activeChild()->objectName(), QStringLiteral("frmClientGrid"));
+    QCOMPARE(states(), QStringLiteral("0001000 11"));
+    main.activeChild()->showRecord(QString::number(client)); // a client chosen: Delete too
+    QCOMPARE(main.activeChild()->currentKey(), QString::number(client));
+    QCOMPARE(states(), QStringLiteral("0011000 11"));
+    searchFor->setEditText(QStringLiteral("oka"));
+    QVERIFY(main.toolbarButton(QStringLiteral("Search"))->isEnabled());
+
+    // a record editor: no filter, no sorting, no search bar; Save once something is typed
+    main.openRecordEditor(frmMain::Editor::FoodService, QString::number(client), QString());
+    QVERIFY(qobject_cast<frmFoodService *>(main.activeChild()));
+    QCOMPARE(states(), QStringLiteral("0000000 00"));
+    QPlainTextEdit *comments = nullptr;
+    for (auto *edit : main.activeChild()->findChildren<QPlainTextEdit *>())
+        if (edit->property("DataField").toString() == QLatin1String("Comments"))
+            comments = edit;
+    QVERIFY(comments);
+    QTest::keyClicks(comments, QStringLiteral("Extra bag of rice"));
+    QVERIFY(main.toolbarButton(QStringLiteral("Save"))->isEnabled());
+
+    // back to the list: the list's tools again, and Save off
+    main.activateChild(main.findChildWindow<frmClientGrid>());
+    QCOMPARE(main.activeChild()->objectName(), QStringLiteral("frmClientGrid"));
+    QCOMPARE(states(), QStringLiteral("0011001 11"));
+
+    // every window closed: nothing to act on
+    prompts.answer(Prompt::No); // the editor's unsaved comment is let go
+    main.mdiArea()->closeAllSubWindows();
+    QTRY_VERIFY(main.mdiArea()->subWindowList().isEmpty());
+    QTRY_COMPARE(main.openChildCount(), 0);
+    QCOMPARE(states(), QStringLiteral("0000000 00"));
+    QVERIFY(prompts.titles().contains(QStringLiteral("Save Record?")));
+    QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
+    main.closeDatabase();
+}
+
+void TestMainWindow::windowMenuArrangesTheWindows()
+{
+    TestDatabase db(false);
+    frmMain main;
+    main.show();
+    QVERIFY(main.openDatabaseFile(db.path(), true));
+    QList<QMdiSubWindow *> subs;
+    for (int i = 0; i < 3; ++i) {
+        auto *child = new MdiChild(&main);
+        child->setObjectName(QStringLiteral("frmProbe%1").arg(i));
+        subs << main.addChild(child);
+    }
+    subs.at(2)->showMaximized();
+    QMdiArea *area = main.mdiArea();
+    const QRect space = area->viewport()->rect();
+    auto arrange = [&](const char *name) {
+        Q_EMIT main.findChild<QMenu *>(QStringLiteral("mnuWindow"))->aboutToShow();
+        QAction *a = action(main, name);
+        QVERIFY(a);
+        a->trigger();
+    };
+
+    // Tile Horizontally: one above the other, each the full width
+    arrange("mnuWindowTileHorizontal");
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(!subs.at(i)->isMaximized());
+        QCOMPARE(subs.at(i)->geometry().left(), 0);
+        QCOMPARE(subs.at(i)->width(), space.width());
+        QVERIFY(qAbs(subs.at(i)->height() - space.height() / 3) <= 1);
+        if (i > 0)
+            QCOMPARE(subs.at(i)->geometry().top(), subs.at(i - 1)->geometry().bottom() + 1);
+    }
+    QCOMPARE(subs.at(2)->geometry().bottom(), space.bottom());
+
+    // Tile Vertically: side by side, each the full height
+    arrange("mnuWindowTileVertical");
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(subs.at(i)->geometry().top(), 0);
+        QCOMPARE(subs.at(i)->height(), space.height());
+        QVERIFY(qAbs(subs.at(i)->width() - space.width() / 3) <= 1);
+        if (i > 0)
+            QCOMPARE(subs.at(i)->geometry().left(), subs.at(i - 1)->geometry().right() + 1);
+    }
+    QCOMPARE(subs.at(2)->geometry().right(), space.right());
+
+    // Arrange Icons: the minimised windows in a row along the bottom; the others stay where they are
+    subs.at(0)->showMinimized();
+    subs.at(2)->showMinimized();
+    subs.at(0)->move(300, 40);
+    subs.at(2)->move(120, 200);
+    const QRect open = subs.at(1)->geometry();
+    arrange("mnuWindowArrangeIcons");
+    QCOMPARE(subs.at(0)->geometry().bottomLeft(), QPoint(0, space.bottom()));
+    QCOMPARE(subs.at(2)->geometry().bottomLeft(), QPoint(subs.at(0)->geometry().right() + 1, space.bottom()));
+    QCOMPARE(subs.at(1)->geometry(), open);
+
+    // and tiling leaves the icon row free
+    arrange("mnuWindowTileHorizontal");
+    QCOMPARE(subs.at(1)->geometry().top(), 0);
+    QCOMPARE(subs.at(1)->width(), space.width());
+    QCOMPARE(subs.at(1)->geometry().bottom(), subs.at(0)->geometry().top() - 1);
+    QVERIFY(subs.at(0)->isMinimized());
+
+    // Cascade still cascades
+    subs.at(0)->showNormal();
+    subs.at(2)->showNormal();
+    arrange("mnuWindowCascade");
+    QVERIFY(subs.at(1)->pos() != subs.at(0)->pos());
+    main.closeDatabase();
 }
 
 QTEST_MAIN(TestMainWindow)

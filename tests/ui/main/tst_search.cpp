@@ -2,11 +2,20 @@
 #include "SearchQueries.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
+#include "DataBinding.h"
+#include "frmClientDetails.h"
+#include "frmClientGrid.h"
+#include "frmClientSummary.h"
 #include "frmMain.h"
+#include "frmVolunteer.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTableView>
+#include <QTextEdit>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QToolBar>
@@ -52,6 +61,9 @@ private slots:
     void volunteerSearch_data();
     void volunteerSearch();
     void lastNameSearchReadsOnlyTheNameIndex();
+    void clientWindowShowsTheClientFound_data();
+    void clientWindowShowsTheClientFound();
+    void volunteerWindowOffersItsFieldsAndShowsTheOneChosen();
 };
 
 void TestSearch::initTestCase()
@@ -273,6 +285,104 @@ void TestSearch::lastNameSearchReadsOnlyTheNameIndex()
             steps << plan.value(3).toString();
         QCOMPARE(steps.join(QLatin1Char('|')), QStringLiteral("SCAN Client USING COVERING INDEX ClientByName"));
     }
+}
+
+namespace {
+
+QString fieldText(QWidget *window, const QString &column)
+{
+    for (auto *edit : window->findChildren<QLineEdit *>())
+        if (basTendmark::DataField(edit) == column)
+            return edit->text();
+    return QStringLiteral("<no %1>").arg(column);
+}
+
+// What the window puts in front of the user for its current client.
+QString shownClient(MdiChild *window)
+{
+    if (auto *list = qobject_cast<frmClientGrid *>(window)) {
+        auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
+        return QString::number(basTendmark::GridRowKey(grid, grid->currentIndex().row())) + QLatin1Char(' ')
+               + QString::number(grid->selectionModel()->isRowSelected(grid->currentIndex().row(), {}));
+    }
+    if (qobject_cast<frmClientDetails *>(window))
+        return fieldText(window, QStringLiteral("LastName")) + QLatin1Char(',') + fieldText(window, QStringLiteral("FirstName"));
+    return window->findChild<QTextEdit *>(QStringLiteral("rtbClientInfo"))->toPlainText();
+}
+
+} // namespace
+
+void TestSearch::clientWindowShowsTheClientFound_data()
+{
+    QTest::addColumn<QString>("menu");
+    QTest::newRow("client list") << "mnuDataClientTable";
+    QTest::newRow("client details") << "mnuDataClientDetails";
+    QTest::newRow("client summary") << "mnuDataClientSummary";
+}
+
+void TestSearch::clientWindowShowsTheClientFound()
+{
+    QFETCH(QString, menu);
+    ScriptedPrompts prompts;
+    m_main->mdiArea()->closeAllSubWindows();
+    m_main->findChild<QAction *>(menu)->trigger();
+    MdiChild *window = m_main->activeChild();
+    QVERIFY(window && window->kind() == MdiChild::Kind::Client);
+    QCOMPARE(m_main->findChild<QComboBox *>(QStringLiteral("cboSearchOn"))->itemText(2), QStringLiteral("Social Security Number"));
+
+    // one match: shown at once, in this same window
+    search(QStringLiteral("Last Name"), QStringLiteral("o'brien"));
+    QCOMPARE(m_main->activeChild(), window);
+    QCOMPARE(m_main->mdiArea()->subWindowList().size(), 1);
+    QCOMPARE(window->currentKey(), QString::number(m_obrien));
+    const QString obrien = shownClient(window);
+    QVERIFY2(obrien == QString::number(m_obrien) + QStringLiteral(" 1") || obrien.contains(QStringLiteral("O'Brien")), qPrintable(obrien));
+
+    // several: the one chosen in the picker
+    prompts.answerPick(QString::number(m_smithers));
+    search(QStringLiteral("Address"), QStringLiteral("oak"));
+    QCOMPARE(prompts.pickRequests().size(), 1);
+    QCOMPARE(window->currentKey(), QString::number(m_smithers));
+    const QString smithers = shownClient(window);
+    QVERIFY2(smithers == QString::number(m_smithers) + QStringLiteral(" 1") || smithers.contains(QStringLiteral("Smithers")),
+             qPrintable(smithers));
+    QVERIFY(!smithers.contains(QStringLiteral("O'Brien")));
+    QVERIFY(!prompts.titles().contains(QStringLiteral("Application Error")));
+    m_main->mdiArea()->closeAllSubWindows();
+    QTRY_VERIFY(m_main->mdiArea()->subWindowList().isEmpty());
+}
+
+void TestSearch::volunteerWindowOffersItsFieldsAndShowsTheOneChosen()
+{
+    ScriptedPrompts prompts;
+    m_main->mdiArea()->closeAllSubWindows();
+    m_main->findChild<QAction *>(QStringLiteral("mnuDataVolunteers"))->trigger();
+    auto *volunteers = qobject_cast<frmVolunteer *>(m_main->activeChild());
+    QVERIFY(volunteers);
+    auto *cboOn = m_main->findChild<QComboBox *>(QStringLiteral("cboSearchOn"));
+    QStringList offered;
+    for (int i = 0; i < cboOn->count(); ++i)
+        offered << cboOn->itemText(i);
+    QCOMPARE(offered, SearchQueries::volunteerFields());
+    QVERIFY(cboOn->isEnabled());
+
+    prompts.answerPick(QString::number(m_volunteer));
+    search(QStringLiteral("Last Name"), QStringLiteral("nguyen"));
+    QCOMPARE(prompts.pickRequests().size(), 1);
+    QCOMPARE(prompts.pickRequests().first().caption, QStringLiteral("Select Volunteer"));
+    QCOMPARE(m_main->activeChild(), volunteers);
+    QCOMPARE(volunteers->VolunteerID(), QString::number(m_volunteer));
+    QCOMPARE(fieldText(volunteers, QStringLiteral("FirstName")), QStringLiteral("Linh"));
+    QCOMPARE(fieldText(volunteers, QStringLiteral("LastName")), QStringLiteral("Nguyen"));
+
+    // a client window brings the client fields back
+    m_main->findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
+    QCOMPARE(cboOn->count(), SearchQueries::clientFields().size());
+    m_main->activateChild(volunteers);
+    QCOMPARE(cboOn->count(), SearchQueries::volunteerFields().size());
+    QVERIFY(!prompts.titles().contains(QStringLiteral("Application Error")));
+    m_main->mdiArea()->closeAllSubWindows();
+    QTRY_VERIFY(m_main->mdiArea()->subWindowList().isEmpty());
 }
 
 QTEST_MAIN(TestSearch)
