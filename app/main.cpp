@@ -45,6 +45,7 @@ int Main(QApplication &app)
         window.raise();
         window.activateWindow();
     });
+    window.restoreWindowGeometry();
     window.show();
     if (parser.isSet(demo))
         fileToOpen = window.prepareDemoDatabase();

@@ -37,6 +37,7 @@
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
@@ -378,6 +379,35 @@ void frmMain::startUp(const QString &fileToOpen)
     refreshOptionFlags();
 }
 
+void frmMain::restoreWindowGeometry()
+{
+    const QStringList parts = basRegistry::GetString(basRegistry::SettingsKey(), objectName()).split(QLatin1Char(','));
+    QList<int> v;
+    for (const QString &p : parts) {
+        bool ok = false;
+        v << p.toInt(&ok);
+        if (!ok)
+            v.clear();
+    }
+    const QRect screen = this->screen()->availableGeometry();
+    if (v.size() == 4 && v[2] > 200 && v[3] > 150 && screen.intersects(QRect(v[0], v[1], v[2], v[3]))) {
+        setGeometry(v[0], v[1], v[2], v[3]);
+        return;
+    }
+    // First start: most of the screen, centred.
+    const QSize size(qMax(900, screen.width() * 9 / 10), qMax(640, screen.height() * 9 / 10));
+    setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size.boundedTo(screen.size()), screen));
+}
+
+void frmMain::saveWindowGeometry() const
+{
+    if (isMinimized() || isMaximized() || isFullScreen())
+        return;
+    const QRect g = geometry();
+    basRegistry::SetString(basRegistry::SettingsKey(), objectName(),
+                           QStringLiteral("%1,%2,%3,%4").arg(g.left()).arg(g.top()).arg(g.width()).arg(g.height()));
+}
+
 void frmMain::GetSettings()
 {
     basRegistry::CreateKey(basRegistry::SettingsKey());
@@ -600,6 +630,12 @@ QMdiSubWindow *frmMain::addChild(MdiChild *child)
     return sub;
 }
 
+void frmMain::centreChild(QMdiSubWindow *sub)
+{
+    const QSize area = m_mdiArea->viewport()->size();
+    sub->move(qMax(0, (area.width() - sub->width()) / 2), qMax(0, (area.height() - sub->height()) / 2));
+}
+
 void frmMain::activateChild(MdiChild *child)
 {
     if (auto *sub = qobject_cast<QMdiSubWindow *>(child->parentWidget())) {
@@ -684,9 +720,7 @@ void frmMain::openRecordEditor(Editor editor, const QString &clientId, const QSt
         delete window;
         return;
     }
-    QMdiSubWindow *sub = addChild(window);
-    const QSize area = m_mdiArea->viewport()->size();
-    sub->move(qMax(0, (area.width() - sub->width()) / 2), qMax(0, (area.height() - sub->height()) / 2));
+    centreChild(addChild(window));
     activateChild(window);
 }
 
@@ -712,7 +746,7 @@ void frmMain::showVolunteer(const QString &volunteerId)
         delete volunteers;
         return;
     }
-    addChild(volunteers);
+    centreChild(addChild(volunteers));
     activateChild(volunteers);
 }
 
@@ -944,6 +978,7 @@ void frmMain::closeEvent(QCloseEvent *event)
         return;
     }
     SaveSettings();
+    saveWindowGeometry();
     basDatabase::CloseConnection();
     event->accept();
 }

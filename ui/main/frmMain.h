@@ -79,6 +79,10 @@ public:
         return nullptr;
     }
     void activateChild(MdiChild *child);
+    void centreChild(QMdiSubWindow *sub);
+    // The frame's own place on the screen, kept between runs.
+    void restoreWindowGeometry();
+    void saveWindowGeometry() const;
     // Record editors call this after they save or delete: client windows refill their grids.
     void markClientWindowsForRefresh();
 

@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QFile>
 #include <QLabel>
+#include <QScreen>
 #include <QTest>
 
 namespace {
@@ -183,10 +184,19 @@ private Q_SLOTS:
         TestDatabase db(false);
         {
             frmMain w;
+            w.restoreWindowGeometry();
+            const QRect screen = w.screen()->availableGeometry();
+            QVERIFY(w.width() >= screen.width() * 85 / 100); // first start: most of the screen
+            QVERIFY(screen.contains(w.geometry()));
+            w.setGeometry(40, 50, 1000, 700);
             w.startUp(db.path());
             w.close();
         }
         QCOMPARE(lastOpened(), db.path());
+        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmMain"), QStringLiteral("40,50,1000,700"));
+        frmMain again;
+        again.restoreWindowGeometry();
+        QCOMPARE(again.geometry(), QRect(40, 50, 1000, 700));
         QVERIFY(!basDatabase::IsOpen());
     }
 };
