@@ -330,7 +330,7 @@ QWidget *frmClientDetails::buildTabs()
 {
     tabData = new QTabWidget(this);
     // Nine tabs must fit side by side in the window's first size.
-    tabData->setStyleSheet(QStringLiteral("QTabBar::tab { padding: 4px 7px; }"));
+    tabData->setStyleSheet(QStringLiteral("QTabBar::tab { padding: 3px 4px; }"));
     tabData->setIconSize(QSize(8, 8));
     tabData->setObjectName(QStringLiteral("tabData"));
     m_tabCaptions = {QStringLiteral("Notes"), QStringLiteral("Employer"), QStringLiteral("Family Members"),
