@@ -2,9 +2,11 @@
 
 #include "MdiChild.h"
 #include "Prompt.h"
+#include "Recordset.h"
 #include "frmClientDetails.h"
 #include "frmMain.h"
 
+#include <QApplication>
 #include <QHash>
 #include <QKeyEvent>
 #include <QTableView>
@@ -60,6 +62,32 @@ frmClientDetails *OpenDetails(frmMain *main, const QString &clientId)
     main->activateChild(details);
     details->showRecord(clientId);
     return details;
+}
+
+void MoveRecordset(Recordset &recordset, NavigationKeys::Move move)
+{
+    switch (move) {
+    case NavigationKeys::Move::First:
+        recordset.moveFirst();
+        break;
+    case NavigationKeys::Move::Last:
+        recordset.moveLast();
+        break;
+    case NavigationKeys::Move::Next:
+        recordset.moveNext();
+        if (recordset.eof()) {
+            QApplication::beep();
+            recordset.moveLast();
+        }
+        break;
+    case NavigationKeys::Move::Previous:
+        recordset.movePrevious();
+        if (recordset.bof()) {
+            QApplication::beep();
+            recordset.moveFirst();
+        }
+        break;
+    }
 }
 
 } // namespace basClient

@@ -25,6 +25,8 @@ frmClientDetails *OpenDetails(frmMain *main, const QString &clientId);
 
 } // namespace basClient
 
+class Recordset;
+
 // Page Up / Page Down (with Ctrl: first / last) and Escape for a record window,
 // seen before the control that has the focus gets them.
 class NavigationKeys : public QObject
@@ -45,3 +47,8 @@ private:
     QPointer<QWidget> m_window;
     std::function<void(Move)> m_move;
 };
+
+namespace basClient {
+// Moves the client recordset; Next past the last and Previous before the first beep and stay.
+void MoveRecordset(Recordset &recordset, NavigationKeys::Move move);
+} // namespace basClient

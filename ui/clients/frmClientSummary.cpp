@@ -250,28 +250,7 @@ void frmClientSummary::navigate(NavigationKeys::Move move)
     basErrorHandler::Guard(QStringLiteral("frmClientSummary.") + QLatin1String(names[int(move)]), [&] {
         if (m_rs->recordCount() == 0)
             return;
-        switch (move) {
-        case NavigationKeys::Move::First:
-            m_rs->moveFirst();
-            break;
-        case NavigationKeys::Move::Last:
-            m_rs->moveLast();
-            break;
-        case NavigationKeys::Move::Next:
-            m_rs->moveNext();
-            if (m_rs->eof()) {
-                QApplication::beep();
-                m_rs->moveLast();
-            }
-            break;
-        case NavigationKeys::Move::Previous:
-            m_rs->movePrevious();
-            if (m_rs->bof()) {
-                QApplication::beep();
-                m_rs->moveFirst();
-            }
-            break;
-        }
+        basClient::MoveRecordset(*m_rs, move);
         DisplayClient();
     });
 }
