@@ -3,6 +3,7 @@
 // Shared by the client window tests: a main window on a fresh database, and
 // ways to reach and type into the windows' controls.
 #include "MdiChild.h"
+#include "Desk.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "frmMain.h"
@@ -13,30 +14,15 @@
 #include <QPlainTextEdit>
 #include <QTest>
 
-struct ClientWorld
+struct ClientWorld : Desk
 {
-    TestDatabase db;
-    ScriptedPrompts prompts;
-    frmMain main;
-
-    ClientWorld()
-    {
-        main.show();
-        main.refreshOptionFlags();
-    }
+    ClientWorld() : Desk(QSize(1100, 760)) { main.refreshOptionFlags(); }
     ~ClientWorld()
     {
         prompts.answer(Prompt::No);   // a pending change is dropped
         main.close();
     }
 
-    template<typename T>
-    T *open(const char *menu)
-    {
-        main.findChild<QAction *>(QString::fromLatin1(menu))->trigger();
-        QCoreApplication::processEvents();
-        return main.findChildWindow<T>();
-    }
     void toolbar(const char *key) { main.toolbarButton(QString::fromLatin1(key))->trigger(); }
     // Closes a child window as its close box does: it is gone once this returns.
     static void closeWindow(QWidget *w)

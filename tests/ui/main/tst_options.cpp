@@ -1,3 +1,4 @@
+#include "Desk.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "frmMain.h"
@@ -19,20 +20,7 @@ class tst_options : public QObject
     Q_OBJECT
 
 private:
-    struct Session
-    {
-        TestDatabase db;
-        ScriptedPrompts prompts;
-        frmMain main;
-        Session()
-        {
-            main.resize(1000, 700);
-            main.show();
-            QVERIFY(main.openDatabaseFile(db.path(), true));
-        }
-        // The frame cannot yet be destroyed with child windows open: take them down first.
-        ~Session() { qDeleteAll(main.mdiArea()->subWindowList()); }
-    };
+    using Session = Desk;
 
     static frmOptions *openOptions(frmMain &main)
     {

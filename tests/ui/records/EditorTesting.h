@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RecordEditor.h"
+#include "Desk.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "frmMain.h"
@@ -16,22 +17,12 @@
 #include <QTest>
 
 // A main window on a fresh database with one client, and the means to work an editor as a user would.
-struct EditorDesk
+struct EditorDesk : Desk
 {
-    TestDatabase db;
-    ScriptedPrompts prompts;
-    frmMain main;
     qint64 clientId = 0;
 
     EditorDesk()
     {
-        main.resize(1100, 800);
-        main.show();
-        main.activateWindow();
-        if (!QTest::qWaitForWindowActive(&main))
-            qWarning("the main window is not active: focus checks may fail");
-        if (!main.openDatabaseFile(db.path(), true))
-            qFatal("cannot open the test database");
         clientId = TestDatabase::insert(QStringLiteral("Client"),
                                         {{QStringLiteral("LastName"), QStringLiteral("O'Brien")},
                                          {QStringLiteral("FirstName"), QStringLiteral("Mary")},

@@ -1,3 +1,4 @@
+#include "Desk.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
@@ -21,20 +22,7 @@ class tst_tablegrid : public QObject
     Q_OBJECT
 
 private:
-    struct Session
-    {
-        TestDatabase db;
-        ScriptedPrompts prompts;
-        frmMain main;
-        Session()
-        {
-            main.resize(1100, 800);
-            main.show();
-            QVERIFY(main.openDatabaseFile(db.path(), true));
-        }
-        // The frame cannot yet be destroyed with child windows open: take them down first.
-        ~Session() { qDeleteAll(main.mdiArea()->subWindowList()); }
-    };
+    using Session = Desk;
 
     struct Editor
     {
