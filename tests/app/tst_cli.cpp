@@ -1,0 +1,120 @@
+#include <QCryptographicHash>
+#include <QFile>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Run
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+Run cli(const QStringList &arguments)
+{
+    QProcess p;
+    p.start(QStringLiteral(TENDMARK_CLI), arguments);
+    Run r;
+    if (!p.waitForFinished(120000))
+        return r;
+    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+QByteArray hashOf(const QString &path)
+{
+    QFile f(path);
+    f.open(QIODevice::ReadOnly);
+    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+}
+
+int count(const QString &path, const QString &sql)
+{
+    int n = -1;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("peek"));
+        db.setDatabaseName(path);
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        if (db.open()) {
+            QSqlQuery q(db);
+            if (q.exec(sql) && q.next())
+                n = q.value(0).toInt();
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("peek"));
+    return n;
+}
+
+} // namespace
+
+class TestCli : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void newDemoAndCheck()
+    {
+        QTemporaryDir dir;
+        const QString fresh = dir.filePath("pantry.tmdb");
+        Run r = cli({"new", fresh});
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(count(fresh, "SELECT COUNT(*) FROM States"), 56);
+        QCOMPARE(count(fresh, "SELECT COUNT(*) FROM Client"), 0);
+        r = cli({"new", fresh});
+        QCOMPARE(r.exitCode, 1); // an existing file is never replaced unasked
+        QVERIFY(r.err.contains("already exists"));
+        QCOMPARE(cli({"check", fresh}).exitCode, 0);
+
+        const QString demo = dir.filePath("demo.tmdb");
+        r = cli({"demo", demo, "--clients", "40", "--seed", "3"});
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(count(demo, "SELECT COUNT(*) FROM Client"), 40);
+        QVERIFY(count(demo, "SELECT COUNT(*) FROM FoodService") > 0);
+        r = cli({"check", demo});
+        QCOMPARE(r.exitCode, 0);
+        QVERIFY(r.out.contains("ok"));
+    }
+
+    void refusesWhatIsNotADatabaseAndLeavesItAlone()
+    {
+        QTemporaryDir dir;
+        const QString notes = dir.filePath("notes.tmdb");
+        {
+            QFile f(notes);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("beans, rice, flour\n");
+        }
+        const QByteArray before = hashOf(notes);
+        const Run r = cli({"check", notes});
+        QCOMPARE(r.exitCode, 1);
+        QVERIFY(r.err.contains("not a TendMark database"));
+        QCOMPARE(hashOf(notes), before);
+        QCOMPARE(cli({"check", dir.filePath("missing.tmdb")}).exitCode, 1);
+    }
+
+    void usageAndHelp()
+    {
+        QCOMPARE(cli({}).exitCode, 2);
+        Run r = cli({"--help"});
+        QCOMPARE(r.exitCode, 0);
+        QVERIFY(r.out.contains("demo FILE --clients N"));
+        for (const char *command : {"new", "demo", "check"}) {
+            r = cli({command, "--help"});
+            QCOMPARE(r.exitCode, 0);
+            QVERIFY(r.out.contains("FILE"));
+        }
+        QCOMPARE(cli({"demo", "x.tmdb", "--clients", "many"}).exitCode, 2);
+        QCOMPARE(cli({"frobnicate"}).exitCode, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "tst_cli.moc"
