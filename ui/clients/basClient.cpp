@@ -3,6 +3,7 @@
 #include "MdiChild.h"
 #include "Prompt.h"
 #include "Recordset.h"
+#include "basDatabase.h"
 #include "frmClientDetails.h"
 #include "frmMain.h"
 
@@ -62,6 +63,22 @@ frmClientDetails *OpenDetails(frmMain *main, const QString &clientId)
     main->activateChild(details);
     details->showRecord(clientId);
     return details;
+}
+
+bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &name)
+{
+    if (!ConfirmDelete(name) || !basDatabase::DeleteItemFromTable(QStringLiteral("Client"), QStringLiteral("ClientID"), clientId))
+        return false;
+    Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
+                    Prompt::Icon::None, Prompt::Ok);
+    recordset.requery();
+    if (recordset.recordCount() > 0) {
+        if (recordset.eof())
+            recordset.moveLast();
+        else if (recordset.bof())
+            recordset.moveFirst();
+    }
+    return true;
 }
 
 void MoveRecordset(Recordset &recordset, NavigationKeys::Move move)

@@ -49,6 +49,9 @@ private:
 };
 
 namespace basClient {
+// Asks, deletes the client with every row that belongs to it, says so and re-reads
+// the recordset, which then stands on the first client. False on No or a failed delete.
+bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &name);
 // Moves the client recordset; Next past the last and Previous before the first beep and stay.
 void MoveRecordset(Recordset &recordset, NavigationKeys::Move move);
 } // namespace basClient

@@ -1047,21 +1047,10 @@ void frmClientDetails::DeleteCurrentRecord()
             return basTendmark::GetControlValue(control(QString::fromLatin1(field)), {});
         };
         const QString name = basClient::DeleteName(shown("LastName"), shown("FirstName"), shown("MiddleInitial"), false);
-        if (!basClient::ConfirmDelete(name))
+        if (!basClient::DeleteClient(*m_rs, m_clientId, name))
             return;
-        if (!basDatabase::DeleteItemFromTable(QStringLiteral("Client"), QStringLiteral("ClientID"), m_clientId))
-            return;
-        Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
-                        Prompt::Icon::None, Prompt::Ok);
-        m_rs->requery();
-        if (m_rs->recordCount() > 0) {
-            if (m_rs->eof())
-                m_rs->moveLast();
-            else if (m_rs->bof())
-                m_rs->moveFirst();
-        } else {
+        if (m_rs->recordCount() == 0)
             AddRecord();
-        }
         DisplayClient();
         mainWindow()->markClientWindowsForRefresh();
         setRefreshPending(false);

@@ -292,19 +292,8 @@ void frmClientSummary::DeleteCurrentRecord()
     basErrorHandler::Guard(QStringLiteral("frmClientSummary.DeleteCurrentRecord"), [&] {
         auto v = [this](const char *column) { return m_rs->value(QString::fromLatin1(column)).toString(); };
         const QString name = basClient::DeleteName(v("LastName"), v("FirstName"), v("MiddleInitial"), false);
-        if (!basClient::ConfirmDelete(name))
+        if (!basClient::DeleteClient(*m_rs, m_clientId, name))
             return;
-        if (!basDatabase::DeleteItemFromTable(QStringLiteral("Client"), QStringLiteral("ClientID"), m_clientId))
-            return;
-        Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
-                        Prompt::Icon::None, Prompt::Ok);
-        m_rs->requery();
-        if (m_rs->recordCount() > 0) {
-            if (m_rs->eof())
-                m_rs->moveLast();
-            else if (m_rs->bof())
-                m_rs->moveFirst();
-        }
         DisplayClient();
         mainWindow()->markClientWindowsForRefresh();
         setRefreshPending(false);

@@ -34,6 +34,14 @@ bool isList(const QWidget *control)
 }
 } // namespace
 
+QLineEdit *RecordEditor::textBox(int maxWidth)
+{
+    auto *box = new QLineEdit;
+    if (maxWidth)
+        box->setMaximumWidth(maxWidth);
+    return box;
+}
+
 RecordEditor::RecordEditor(frmMain *main, QWidget *parent) : MdiChild(main, parent)
 {
     connect(&madoPrimaryRS, &Recordset::moveComplete, this, &RecordEditor::moveComplete);

@@ -52,6 +52,12 @@ public:
     void cmdAdd_Click();
 
 protected:
+    // The Tag of a required and of an optional field that moves with the window's left and top.
+    static inline const QString kRequiredTag = QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    static inline const QString kOptionalTag = QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font");
+    // A text box, no wider than maxWidth pixels when given.
+    static QLineEdit *textBox(int maxWidth = 0);
+
     // What each editor supplies.
     virtual QString procedurePrefix() const = 0;          // "frmFoodService"
     virtual QString tableName() const = 0;

@@ -22,14 +22,9 @@ QString frmFamilyMember::query() const { return QStringLiteral("SELECT * FROM Fa
 
 void frmFamilyMember::buildFields()
 {
-    const QString req = QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font");
-    const QString opt = QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font");
-    auto text = [](int maxWidth = 0) {
-        auto *box = new QLineEdit;
-        if (maxWidth)
-            box->setMaximumWidth(maxWidth);
-        return box;
-    };
+    const QString &req = kRequiredTag;
+    const QString &opt = kOptionalTag;
+    auto text = [](int maxWidth = 0) { return textBox(maxWidth); };
     auto masked = [](const QString &mask, int width) {
         QLineEdit *box = maskedBox(mask);
         box->setMaximumWidth(width);

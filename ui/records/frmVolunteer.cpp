@@ -58,14 +58,9 @@ void frmVolunteer::activated()
 
 void frmVolunteer::buildFields()
 {
-    const QString req = QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font");
-    const QString opt = QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font");
-    auto text = [](int maxWidth = 0) {
-        auto *box = new QLineEdit;
-        if (maxWidth)
-            box->setMaximumWidth(maxWidth);
-        return box;
-    };
+    const QString &req = kRequiredTag;
+    const QString &opt = kOptionalTag;
+    auto text = [](int maxWidth = 0) { return textBox(maxWidth); };
     auto phone = [] {
         QLineEdit *box = maskedBox(QStringLiteral("(999) 999-9999"));
         box->setMaximumWidth(130);
