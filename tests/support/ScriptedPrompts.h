@@ -37,3 +37,16 @@ private:
     QList<Prompt::FileRequest> m_fileRequests;
     QList<Prompt::PickRequest> m_pickRequests;
 };
+
+// Lets tests compare a whole message at once: QCOMPARE(prompts.last(), (Prompt::Message{title, text, icon, buttons})).
+namespace Prompt {
+inline bool operator==(const Message &a, const Message &b)
+{
+    return a.title == b.title && a.text == b.text && a.icon == b.icon && a.buttons == b.buttons;
+}
+inline char *toString(const Message &m)
+{
+    return qstrdup(qPrintable(QStringLiteral("[%1 | %2 | icon %3 | buttons %4]")
+                                  .arg(m.title, m.text).arg(int(m.icon)).arg(m.buttons)));
+}
+}

@@ -32,11 +32,8 @@ class tst_FoodService : public QObject
 private:
     qint64 addService(EditorDesk &desk, const QDate &date, int bags)
     {
-        return TestDatabase::insert(QStringLiteral("FoodService"),
-                                    {{QStringLiteral("ClientID"), desk.clientId},
-                                     {QStringLiteral("FoodServiceDate"), iso(date)},
-                                     {QStringLiteral("FoodServiceTypeID"), TestDatabase::lookupId(QStringLiteral("FoodServiceTypes"), QStringLiteral("Senior box"))},
-                                     {QStringLiteral("NumberOfBags"), bags}});
+        return TestDatabase::insert("FoodService", {{"ClientID", desk.clientId}, {"FoodServiceDate", iso(date)},
+            {"FoodServiceTypeID", TestDatabase::lookupId("FoodServiceTypes", "Senior box")}, {"NumberOfBags", bags}});
     }
 
 private slots:
@@ -65,34 +62,15 @@ private slots:
         menu(desk.main, "mnuFileSave")->trigger();
 
         QVERIFY(!w->DataChanged());
-        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
-        const QString id = TestDatabase::scalar(QStringLiteral("SELECT FoodServiceID FROM FoodService")).toString();
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT ClientID FROM FoodService")).toLongLong(), desk.clientId);
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT FoodServiceDate FROM FoodService")).toString(), iso(QDate::currentDate()));
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT NumberOfBags FROM FoodService")).toInt(), 3);
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT FoodServiceTypeID FROM FoodService")).toLongLong(),
-                 TestDatabase::lookupId(QStringLiteral("FoodServiceTypes"), QStringLiteral("Holiday basket")));
-        QVERIFY(TestDatabase::scalar(QStringLiteral("SELECT Comments FROM FoodService")).isNull());
+        QCOMPARE(TestDatabase::count("FoodService", "ClientID = ? AND FoodServiceDate = ? AND NumberOfBags = 3 AND Comments IS NULL"
+                                     " AND FoodServiceTypeID = ?", {desk.clientId, iso(QDate::currentDate()),
+                                     TestDatabase::lookupId("FoodServiceTypes", "Holiday basket")}), 1);
+        QCOMPARE(TestDatabase::count("FoodService"), 1);
+        const QString id = TestDatabase::scalar("SELECT FoodServiceID FROM FoodService").toString();
         QCOMPARE(w->FoodServiceID(), id);
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: ") + id);
         QVERIFY(desk.main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
         QVERIFY(stub->refreshPending());
-        QVERIFY(desk.prompts.messages().isEmpty());
-    }
-
-    void untouchedNewRecordWritesNothing()
-    {
-        EditorDesk desk;
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService);
-        button(w, "cmdAdd")->click();
-        button(w, "cmdAdd")->click();
-        w->cmdNext_Click();
-        w->cmdPrevious_Click();
-        QCOMPARE(dateEdit(w, "FoodServiceDate")->date(), QDate::currentDate());
-        QPointer<frmFoodService> guard(w);
-        closeWindow(w);
-        QVERIFY(guard.isNull());
-        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
         QVERIFY(desk.prompts.messages().isEmpty());
     }
 
@@ -111,6 +89,15 @@ private slots:
         w->cmdFirst_Click();            // the blank one is dropped
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 2);
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(first));
+
+        // An untouched new record is let go without a word on close.
+        button(w, "cmdAdd")->click();
+        QCOMPARE(dateEdit(w, "FoodServiceDate")->date(), QDate::currentDate());
+        QPointer<frmFoodService> guard(w);
+        closeWindow(w);
+        QVERIFY(guard.isNull());
+        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 2);
+        QVERIFY(desk.prompts.messages().isEmpty());
     }
 
     void refusals()
@@ -120,27 +107,23 @@ private slots:
         // The type is checked before the bags.
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("0"));
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last().title, QStringLiteral("Required Field Empty"));
-        QCOMPARE(desk.prompts.last().text, QStringLiteral("Food Service Type is required."));
-        QCOMPARE(desk.prompts.last().icon, Prompt::Icon::Exclamation);
+        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Required Field Empty", "Food Service Type is required.",
+                                                       Prompt::Icon::Exclamation, Prompt::Ok}));
 
         choose(combo(w, "FoodServiceTypeID"), QStringLiteral("Senior box"));
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last().title, QStringLiteral("Data Entry Error"));
-        QCOMPARE(desk.prompts.last().text, QStringLiteral("Number of bags cannot be zero."));
-        QCOMPARE(desk.prompts.last().icon, Prompt::Icon::Exclamation);
+        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Data Entry Error", "Number of bags cannot be zero.",
+                                                       Prompt::Icon::Exclamation, Prompt::Ok}));
 
         lineEdit(w, "NumberOfBags")->clear();
         w->cmdNext_Click();
         QCOMPARE(desk.prompts.last().text, QStringLiteral("Number of bags is required."));
-        QCOMPARE(desk.prompts.last().title, QStringLiteral("Required Field Empty"));
 
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("2"));
         dateEdit(w, "FoodServiceDate")->setDate(QDate::currentDate().addDays(1));
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last().title, QStringLiteral("Data Entry Error"));
-        QCOMPARE(desk.prompts.last().text, QStringLiteral("Future date not allowed."));
-        QCOMPARE(desk.prompts.last().icon, Prompt::Icon::Exclamation);
+        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Data Entry Error", "Future date not allowed.",
+                                                       Prompt::Icon::Exclamation, Prompt::Ok}));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
         QVERIFY(w->DataChanged());
 
@@ -214,11 +197,8 @@ private slots:
         desk.prompts.answer(Prompt::Cancel);
         closeWindow(w);
         QVERIFY(!guard.isNull());
-        const Prompt::Message asked = desk.prompts.last();
-        QCOMPARE(asked.title, QStringLiteral("Save Record?"));
-        QCOMPARE(asked.text, QStringLiteral("Current record has changed. Do you want to save it?"));
-        QCOMPARE(asked.icon, Prompt::Icon::Question);
-        QCOMPARE(asked.buttons, Prompt::Yes | Prompt::No | Prompt::Cancel);
+        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Save Record?", "Current record has changed. Do you want to save it?",
+                                                       Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel}));
 
         // Yes with a required field empty keeps the window open.
         lineEdit(w, "NumberOfBags")->clear();
@@ -250,16 +230,21 @@ private slots:
         auto *stub = new ClientWindowStub(&desk.main);
         desk.main.addChild(stub);
         auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(id));
+        const QString description = day.toString(QStringLiteral("MM/dd/yyyy")) + QStringLiteral(" Senior box");
+        const Prompt::Message question{"Delete Food Service Item?",
+                                       QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
+                                       Prompt::Icon::Question, Prompt::Yes | Prompt::No};
+        desk.prompts.answer(Prompt::No);
+        menu(desk.main, "mnuFileDelete")->trigger();
+        QCOMPARE(desk.prompts.messages(), QList<Prompt::Message>{question});
+        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
         QVERIFY(!stub->refreshPending());
+
+        desk.prompts.clear();
         desk.prompts.answer(Prompt::Yes);
         menu(desk.main, "mnuFileDelete")->trigger();
-        const QString description = day.toString(QStringLiteral("MM/dd/yyyy")) + QStringLiteral(" Senior box");
         QCOMPARE(desk.prompts.messages().size(), 2);
-        QCOMPARE(desk.prompts.messages().at(0).title, QStringLiteral("Delete Food Service Item?"));
-        QCOMPARE(desk.prompts.messages().at(0).text,
-                 QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description));
-        QCOMPARE(desk.prompts.messages().at(0).icon, Prompt::Icon::Question);
-        QCOMPARE(desk.prompts.messages().at(0).buttons, Prompt::Yes | Prompt::No);
+        QCOMPARE(desk.prompts.messages().at(0), question);
         QCOMPARE(desk.prompts.messages().at(1).title, QStringLiteral("Delete Food Service Item"));
         QCOMPARE(desk.prompts.messages().at(1).text, QStringLiteral("Food service item '%1' deleted.").arg(description));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
@@ -328,17 +313,6 @@ private slots:
         QVERIFY(!w->DataChanged());
     }
 
-    void deleteAnsweredNoKeepsRecord()
-    {
-        EditorDesk desk;
-        const qint64 id = addService(desk, QDate::currentDate(), 2);
-        desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(id));
-        desk.prompts.answer(Prompt::No);
-        menu(desk.main, "mnuFileDelete")->trigger();
-        QCOMPARE(desk.prompts.messages().size(), 1);
-        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
-    }
-
     void recentVisitWarning()
     {
         EditorDesk desk;
@@ -351,12 +325,9 @@ private slots:
 
         desk.prompts.answer(Prompt::No);
         QVERIFY(!w->SaveCurrentRecord());
-        const Prompt::Message warning = desk.prompts.last();
-        QCOMPARE(warning.title, QStringLiteral("Recent Food Service"));
-        QCOMPARE(warning.text, QStringLiteral("This client received food 5 days ago (on %1). Save this food service anyway?")
-                                   .arg(earlier.toString(QStringLiteral("MM/dd/yyyy"))));
-        QCOMPARE(warning.icon, Prompt::Icon::Exclamation);
-        QCOMPARE(warning.buttons, Prompt::Yes | Prompt::No);
+        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Recent Food Service",
+            QStringLiteral("This client received food 5 days ago (on %1). Save this food service anyway?")
+                .arg(earlier.toString(QStringLiteral("MM/dd/yyyy"))), Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No}));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
         QVERIFY(w->DataChanged());
 
