@@ -31,6 +31,13 @@ bool ConfirmDelete(const QString &name)
            == Prompt::Yes;
 }
 
+void TellNoClientRecordsFound()
+{
+    Prompt::message(QStringLiteral("No Client Records Found"),
+                    QStringLiteral("No client records were found that matched the specified criteria."), Prompt::Icon::Exclamation,
+                    Prompt::Ok);
+}
+
 void FitColumns(QTableView *grid)
 {
     static const QHash<QString, QString> widest = {

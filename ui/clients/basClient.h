@@ -18,6 +18,8 @@ namespace basClient {
 QString DeleteName(const QString &last, const QString &first, const QString &middle, bool emptyWithoutLastName);
 // Asks "Delete Client?"; true on Yes.
 bool ConfirmDelete(const QString &name);
+// Says that a client window's query found nobody.
+void TellNoClientRecordsFound();
 // Widens the columns of dates, numbers and phones so that a whole value shows.
 void FitColumns(QTableView *grid);
 // Opens the client details window, or brings it forward, on a client or on a new one ("ADD").

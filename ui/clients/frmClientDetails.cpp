@@ -1032,9 +1032,7 @@ void frmClientDetails::ExecuteSQL()
         }
         AddRecord();
         DisplayClient();
-        Prompt::message(QStringLiteral("No Client Records Found"),
-                        QStringLiteral("No client records were found that matched the specified criteria."), Prompt::Icon::Exclamation,
-                        Prompt::Ok);
+        basClient::TellNoClientRecordsFound();
     });
 }
 

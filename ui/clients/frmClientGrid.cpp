@@ -159,9 +159,7 @@ void frmClientGrid::ExecuteSQL()
         }
         updateToolbar();
         if (basTendmark::Model(grdData)->dataRowCount() == 0)
-            Prompt::message(QStringLiteral("No Client Records Found"),
-                            QStringLiteral("No client records were found that matched the specified criteria."),
-                            Prompt::Icon::Exclamation, Prompt::Ok);
+            basClient::TellNoClientRecordsFound();
     });
 }
 

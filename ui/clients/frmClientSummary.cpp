@@ -279,9 +279,7 @@ void frmClientSummary::ExecuteSQL()
         m_rs->open(QStringLiteral("Client"), QStringLiteral("ClientID"), m_sql);
         DisplayClient();
         if (m_rs->recordCount() == 0)
-            Prompt::message(QStringLiteral("No Client Records Found"),
-                            QStringLiteral("No client records were found that matched the specified criteria."), Prompt::Icon::Exclamation,
-                            Prompt::Ok);
+            basClient::TellNoClientRecordsFound();
     });
 }
 
