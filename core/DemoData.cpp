@@ -1,4 +1,5 @@
 #include "DemoData.h"
+#include "Transaction.h"
 
 #include <QList>
 #include <QRandomGenerator>
@@ -868,8 +869,9 @@ bool Generate(QSqlDatabase db, const Options &options, QString *error)
             QSqlQuery(db).exec(QStringLiteral("PRAGMA cache_size = %1").arg(cacheSize.toLongLong()));
     });
 
-    if (!db.transaction())
-        return report(QStringLiteral("Could not start a transaction: %1").arg(db.lastError().text()));
+    Transaction transaction(db);
+    if (!transaction.active())
+        return report(QStringLiteral("Could not start a transaction: %1").arg(transaction.error()));
 
     bool ok;
     QString message;
@@ -878,14 +880,12 @@ bool Generate(QSqlDatabase db, const Options &options, QString *error)
         ok = generator.run();
         message = generator.error();
     }   // the prepared statements are gone before commit or rollback
-    if (ok && !db.commit()) {
-        ok = false;
-        message = QStringLiteral("Could not commit: %1").arg(db.lastError().text());
-    }
     if (!ok) {
-        db.rollback();
+        transaction.rollback();
         return report(message);
     }
+    if (!transaction.commit())
+        return report(QStringLiteral("Could not commit: %1").arg(transaction.error()));
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "Schema.h"
 
+#include "Transaction.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
@@ -159,19 +161,21 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
             *error = QStringLiteral("The schema resources are missing from the program.");
         return false;
     }
-    if (!db.transaction()) {
+    Transaction transaction(db);
+    if (!transaction.active()) {
         if (error)
-            *error = db.lastError().text();
+            *error = transaction.error();
         return false;
     }
     const bool ok = RunScript(db, schema, error) && RunScript(db, data, error)
                     && (CurrentVersion == 1 || Upgrade(db, 1, error))
                     && exec(db, QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId), error)
                     && exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
-    if (!ok || !db.commit()) {
-        if (ok && error)
-            *error = db.lastError().text();
-        db.rollback();
+    if (!ok)
+        return false;
+    if (!transaction.commit()) {
+        if (error)
+            *error = transaction.error();
         return false;
     }
     return true;
@@ -215,23 +219,18 @@ bool Upgrade(QSqlDatabase db, int fromVersion, QString *error)
 {
     if (fromVersion >= CurrentVersion)
         return true;
-    const bool own = db.transaction();
+    Transaction transaction(db);   // inactive when the caller already holds one
     for (int v = fromVersion; v < CurrentVersion; ++v) {
         const int step = v - 1;
         if (step < 0 || step >= upgradeSteps.size() || !RunScript(db, resourceText(upgradeSteps.at(step)), error)) {
             if (error && error->isEmpty())
                 *error = QStringLiteral("No upgrade from database version %1.").arg(v);
-            if (own)
-                db.rollback();
             return false;
         }
     }
-    if (!exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error) || (own && !db.commit())) {
-        if (own)
-            db.rollback();
+    if (!exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error))
         return false;
-    }
-    return true;
+    return !transaction.active() || transaction.commit();
 }
 
 QStringList CheckFile(const QString &path)

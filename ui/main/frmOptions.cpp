@@ -3,6 +3,7 @@
 #include "DataBinding.h"
 #include "Prompt.h"
 #include "TmError.h"
+#include "Transaction.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
@@ -333,51 +334,47 @@ bool frmOptions::Update()
 
     QSqlDatabase db = basDatabase::Connection();
     const bool saved = basErrorHandler::Guard(QStringLiteral("frmOptions.Update"), [&] {
-        if (!db.transaction())
+        Transaction transaction(db);
+        if (!transaction.active())
             throw TmError(-1, QStringLiteral("Could not start a transaction."));
-        try {
-            // Organization: one row, added when the database has none.
-            QVariantList values;
-            QStringList assignments;
-            for (const char *name : kOrganizationColumns) {
-                const QString column = QString::fromLatin1(name);
-                const FieldInfo field = basDatabase::Field(QStringLiteral("Organization"), column);
-                QWidget *control = column == QLatin1String("OrganizationState") ? static_cast<QWidget *>(m_cboState)
-                                 : column == QLatin1String("OrganizationLogo")  ? static_cast<QWidget *>(m_txtLogo)
-                                                                                : nullptr;
-                for (QLineEdit *box : m_textBoxes)
-                    if (basTendmark::DataField(box) == column)
-                        control = box;
-                const QString text = control == m_txtLogo ? m_txtLogo->text() : basTendmark::GetControlValue(control, field);
-                values << basDatabase::StorageValue(field, text);
-                assignments << column + QStringLiteral(" = ?");
-            }
-            if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Organization")).toInt() == 0)
-                basDatabase::Execute(QStringLiteral("INSERT INTO Organization DEFAULT VALUES"));
-            basDatabase::Execute(QStringLiteral("UPDATE Organization SET %1 WHERE rowid = (SELECT rowid FROM Organization LIMIT 1)")
-                                     .arg(assignments.join(QStringLiteral(", "))),
-                                 values);
-
-            // Options: the nine tab flags and the visit interval.
-            values.clear();
-            assignments.clear();
-            for (QCheckBox *check : m_tabChecks) {
-                values << (check->isChecked() ? 1 : 0);
-                assignments << basTendmark::DataField(check) + QStringLiteral(" = ?");
-            }
-            values << m_spnInterval->value();
-            assignments << kInterval + QStringLiteral(" = ?");
-            if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Options")).toInt() == 0)
-                basDatabase::Execute(QStringLiteral("INSERT INTO Options DEFAULT VALUES"));
-            basDatabase::Execute(QStringLiteral("UPDATE Options SET %1 WHERE rowid = (SELECT rowid FROM Options LIMIT 1)")
-                                     .arg(assignments.join(QStringLiteral(", "))),
-                                 values);
-            if (!db.commit())
-                throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(db.lastError().text()));
-        } catch (...) {
-            db.rollback();
-            throw;
+        // Organization: one row, added when the database has none.
+        QVariantList values;
+        QStringList assignments;
+        for (const char *name : kOrganizationColumns) {
+            const QString column = QString::fromLatin1(name);
+            const FieldInfo field = basDatabase::Field(QStringLiteral("Organization"), column);
+            QWidget *control = column == QLatin1String("OrganizationState") ? static_cast<QWidget *>(m_cboState)
+                             : column == QLatin1String("OrganizationLogo")  ? static_cast<QWidget *>(m_txtLogo)
+                                                                            : nullptr;
+            for (QLineEdit *box : m_textBoxes)
+                if (basTendmark::DataField(box) == column)
+                    control = box;
+            const QString text = control == m_txtLogo ? m_txtLogo->text() : basTendmark::GetControlValue(control, field);
+            values << basDatabase::StorageValue(field, text);
+            assignments << column + QStringLiteral(" = ?");
         }
+        if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Organization")).toInt() == 0)
+            basDatabase::Execute(QStringLiteral("INSERT INTO Organization DEFAULT VALUES"));
+        basDatabase::Execute(QStringLiteral("UPDATE Organization SET %1 WHERE rowid = (SELECT rowid FROM Organization LIMIT 1)")
+                                 .arg(assignments.join(QStringLiteral(", "))),
+                             values);
+
+        // Options: the nine tab flags and the visit interval.
+        values.clear();
+        assignments.clear();
+        for (QCheckBox *check : m_tabChecks) {
+            values << (check->isChecked() ? 1 : 0);
+            assignments << basTendmark::DataField(check) + QStringLiteral(" = ?");
+        }
+        values << m_spnInterval->value();
+        assignments << kInterval + QStringLiteral(" = ?");
+        if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Options")).toInt() == 0)
+            basDatabase::Execute(QStringLiteral("INSERT INTO Options DEFAULT VALUES"));
+        basDatabase::Execute(QStringLiteral("UPDATE Options SET %1 WHERE rowid = (SELECT rowid FROM Options LIMIT 1)")
+                                 .arg(assignments.join(QStringLiteral(", "))),
+                             values);
+        if (!transaction.commit())
+            throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(transaction.error()));
     });
     if (!saved)
         return false;

@@ -6,6 +6,7 @@
 #include "Recordset.h"
 #include "SqlText.h"
 #include "TmError.h"
+#include "Transaction.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "frmMain.h"
@@ -482,25 +483,18 @@ bool frmTableGrid::cmdSave_Click()
     bool written = false;
     QSqlDatabase db = basDatabase::Connection();
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.cmdSave_Click"), [&] {
-        if (!db.transaction())
-            throw TmError(-1, QStringLiteral("Could not start a transaction: %1").arg(db.lastError().text()));
-        try {
-            Recordset recordset;
-            recordset.open(m_tableName, m_tableKeyName,
-                           QStringLiteral("SELECT * FROM %1 ORDER BY %2").arg(SqlText::id(m_tableName), SqlText::id(m_tableKeyName)));
-            for (int row : rows) {
-                if (!UpdateRow(recordset, row)) {
-                    db.rollback();
-                    return;
-                }
-            }
-            if (!db.commit())
-                throw TmError(-1, QStringLiteral("Could not save the changes: %1").arg(db.lastError().text()));
-            written = true;
-        } catch (...) {
-            db.rollback();
-            throw;
-        }
+        Transaction transaction(db);
+        if (!transaction.active())
+            throw TmError(-1, QStringLiteral("Could not start a transaction: %1").arg(transaction.error()));
+        Recordset recordset;
+        recordset.open(m_tableName, m_tableKeyName,
+                       QStringLiteral("SELECT * FROM %1 ORDER BY %2").arg(SqlText::id(m_tableName), SqlText::id(m_tableKeyName)));
+        for (int row : rows)
+            if (!UpdateRow(recordset, row))
+                return;
+        if (!transaction.commit())
+            throw TmError(-1, QStringLiteral("Could not save the changes: %1").arg(transaction.error()));
+        written = true;
     });
     if (!written)
         return false;
