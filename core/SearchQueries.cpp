@@ -48,7 +48,7 @@ Query familyQuery(const QString &column, Match match, const QString &text)
                          "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ")
         + condition + QStringLiteral(" ORDER BY Family.LastName, Family.FirstName");
     // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
-    return {sql, {pattern(match, text)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition),
+    return {{sql, {pattern(match, text)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
             QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"), {}};
 }
 
@@ -105,10 +105,10 @@ Query client(const QString &field, const QString &text)
             const QDate date = basTendmark::ParseDate(text);
             if (!date.isValid())
                 return problem(QStringLiteral("Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
-            return {sql, {date.toString(Qt::ISODate)}, count, {}, {}};
+            return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}};
         }
         const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : text;
-        return {sql, {pattern(e.match, typed)}, count, {}, {}};
+        return {{sql, {pattern(e.match, typed)}, count}, {}, {}};
     }
     if (field == QLatin1String("Family Member Last Name"))
         return familyQuery(QStringLiteral("LastName"), Match::Contains, text);
@@ -145,8 +145,9 @@ Query volunteer(const QString &field, const QString &text)
         const QString condition = QString::fromLatin1(e.column) + kLike;
         const QString sql = names + (shown.isEmpty() ? QString() : QStringLiteral(", ") + shown) + QStringLiteral(" FROM Volunteer WHERE ")
                             + condition + QStringLiteral(" ORDER BY LastName, FirstName");
-        return {sql, {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
-                countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition), {}, {}};
+        return {{sql, {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
+                 countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition)},
+                {}, {}};
     }
     return problem(QStringLiteral("Choose a field to search on."));
 }

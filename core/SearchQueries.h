@@ -1,17 +1,17 @@
 #pragma once
 
-#include <QString>
-#include <QVariantList>
+#include "Query.h"
+
+#include <QStringList>
 
 // The search bar's queries: one per "Search on" field, with the typed text
 // prepared for that field and bound as a parameter.
 namespace SearchQueries {
 
-struct Query
+// sql's first column is the key handed to the client or volunteer window;
+// countSql gives the same rows (their row ids as RowKey) from the searched table alone, without joins or order.
+struct Query : ::Query
 {
-    QString sql;            // first column: the key handed to the client or volunteer window
-    QVariantList binds;
-    QString countSql;       // the same rows (their row ids as RowKey) from the searched table alone, without joins or order
     QString keySql;         // turns a RowKey into the key handed over; empty when they are the same
     QString problem;        // set when the typed text cannot be searched for (a bad date)
 };
