@@ -5,7 +5,6 @@
 #include "Recordset.h"
 #include "basDatabase.h"
 #include "frmClientDetails.h"
-#include "frmMain.h"
 
 #include <QApplication>
 #include <QHash>
@@ -58,7 +57,7 @@ void FitColumns(QTableView *grid)
     }
 }
 
-frmClientDetails *OpenDetails(frmMain *main, const QString &clientId)
+frmClientDetails *OpenDetails(Workspace *main, const QString &clientId)
 {
     frmClientDetails *details = main->findChildWindow<frmClientDetails>();
     if (!details) {

@@ -7,7 +7,7 @@
 
 class QTableView;
 class QWidget;
-class frmMain;
+class Workspace;
 class frmClientDetails;
 
 // What the three client windows share.
@@ -23,7 +23,7 @@ void TellNoClientRecordsFound();
 // Widens the columns of dates, numbers and phones so that a whole value shows.
 void FitColumns(QTableView *grid);
 // Opens the client details window, or brings it forward, on a client or on a new one ("ADD").
-frmClientDetails *OpenDetails(frmMain *main, const QString &clientId);
+frmClientDetails *OpenDetails(Workspace *main, const QString &clientId);
 
 } // namespace basClient
 

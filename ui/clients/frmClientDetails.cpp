@@ -97,7 +97,7 @@ QComboBox *dropDown(QWidget *parent, bool editable = false)
 
 } // namespace
 
-frmClientDetails::frmClientDetails(frmMain *main, const QString &clientId) : MdiChild(main)
+frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(kCaption);
@@ -446,7 +446,7 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
 {
     auto *page = new QWidget(tabData);
     auto *layout = new QHBoxLayout(page);
-    auto makeGrid = [this, page](Tab t, const QString &spec, const QString &table, const QString &key, frmMain::Editor editor,
+    auto makeGrid = [this, page](Tab t, const QString &spec, const QString &table, const QString &key, RecordKind editor,
                                  const QString &sql) {
         auto *grid = new QTableView(page);
         grid->setObjectName(QStringLiteral("grdData"));
@@ -471,7 +471,7 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
     switch (tab) {
     case FamilyTab:
         layout->addWidget(makeGrid(tab, QStringLiteral("Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400"),
-                                   QStringLiteral("Family"), QStringLiteral("FamilyMemberID"), frmMain::Editor::FamilyMember,
+                                   QStringLiteral("Family"), QStringLiteral("FamilyMemberID"), RecordKind::FamilyMember,
                                    QStringLiteral("SELECT Family.FamilyMemberID, Relationships.RelationshipDescription, ")
                                        + SqlText::fullName(QStringLiteral("Family")) + QStringLiteral(" AS FullName, ")
                                        + SqlText::yearsSince(QStringLiteral("Family.BirthDate")) + QStringLiteral(" AS Age, Family.Gender, ")
@@ -482,7 +482,7 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
         break;
     case FoodServiceTab:
         layout->addWidget(makeGrid(tab, QStringLiteral("Date,1000|Type of Service,2700|^Bags,600|Comments,2850"),
-                                   QStringLiteral("FoodService"), QStringLiteral("FoodServiceID"), frmMain::Editor::FoodService,
+                                   QStringLiteral("FoodService"), QStringLiteral("FoodServiceID"), RecordKind::FoodService,
                                    QStringLiteral("SELECT FoodService.FoodServiceID, ") + SqlText::date(QStringLiteral("FoodService.FoodServiceDate"))
                                        + QStringLiteral(" AS FoodServiceDate, FoodServiceTypes.FoodServiceTypeDescription, "
                                                         "FoodService.NumberOfBags, FoodService.Comments FROM FoodService LEFT JOIN "
@@ -492,7 +492,7 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
         break;
     case PaymentTab:
         layout->addWidget(makeGrid(tab, QStringLiteral("Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100"),
-                                   QStringLiteral("Payments"), QStringLiteral("PaymentID"), frmMain::Editor::Payment,
+                                   QStringLiteral("Payments"), QStringLiteral("PaymentID"), RecordKind::Payment,
                                    QStringLiteral("SELECT Payments.PaymentID, ") + SqlText::date(QStringLiteral("Payments.PaymentDate"))
                                        + QStringLiteral(" AS PaymentDate, PaymentTypes.PaymentTypeDescription, ")
                                        + SqlText::currency(QStringLiteral("Payments.AmountPaid")) + QStringLiteral(" AS AmountPaid, ")
@@ -510,7 +510,7 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
         };
         layout->addLayout(column(QStringLiteral("Monthly Income:"),
                                  makeGrid(tab, QStringLiteral("<Source,2350|^Amount,900"), QStringLiteral("Income"),
-                                          QStringLiteral("IncomeItemID"), frmMain::Editor::Income,
+                                          QStringLiteral("IncomeItemID"), RecordKind::Income,
                                           QStringLiteral("SELECT Income.IncomeItemID, IncomeSources.IncomeSourceDescription, ")
                                               + SqlText::currency(QStringLiteral("Income.Amount"))
                                               + QStringLiteral(" AS Amount FROM Income LEFT JOIN IncomeSources ON "
@@ -519,7 +519,7 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
                           1);
         layout->addLayout(column(QStringLiteral("Monthly Expenses:"),
                                  makeGrid(tab, QStringLiteral("<Category,2350|^Amount,900"), QStringLiteral("Expenses"),
-                                          QStringLiteral("ExpenseItemID"), frmMain::Editor::Expenses,
+                                          QStringLiteral("ExpenseItemID"), RecordKind::Expenses,
                                           QStringLiteral("SELECT Expenses.ExpenseItemID, ExpenseCategories.ExpenseCategoryDescription, ")
                                               + SqlText::currency(QStringLiteral("Expenses.Amount"))
                                               + QStringLiteral(" AS Amount FROM Expenses LEFT JOIN ExpenseCategories ON "
@@ -608,8 +608,8 @@ void frmClientDetails::DisplayClient()
     });
     m_dataChanged = false;
     m_loading = false;
-    if (mainWindow()->activeChild() == this)
-        mainWindow()->enableSaveButton(false);
+    if (workspace()->activeChild() == this)
+        workspace()->enableSaveButton(false);
     updateToolbar();
 }
 
@@ -687,16 +687,16 @@ void frmClientDetails::FlagTabs()
 
 void frmClientDetails::ShowTabs()
 {
-    const auto &flags = mainWindow()->optionFlags();
+    const auto &flags = workspace()->optionFlags();
     for (int i = 0; i < tabData->count(); ++i)
         tabData->setTabVisible(i, flags[size_t(i)]);
 }
 
 void frmClientDetails::updateToolbar()
 {
-    if (mainWindow()->activeChild() != this)
+    if (workspace()->activeChild() != this)
         return;
-    mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, false, false);
+    workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, false, false);
 }
 
 void frmClientDetails::activated()
@@ -711,8 +711,8 @@ void frmClientDetails::activated()
         });
     }
     updateToolbar();
-    mainWindow()->enableSaveButton(m_dataChanged);
-    mainWindow()->EnableSearchBar(true);
+    workspace()->enableSaveButton(m_dataChanged);
+    workspace()->EnableSearchBar(true);
 }
 
 // ---------------------------------------------------------------- editing
@@ -722,8 +722,8 @@ void frmClientDetails::markChanged()
     if (m_loading)
         return;
     m_dataChanged = true;
-    if (mainWindow()->activeChild() == this)
-        mainWindow()->enableSaveButton(true);
+    if (workspace()->activeChild() == this)
+        workspace()->enableSaveButton(true);
 }
 
 void frmClientDetails::PopulateCityState(QWidget *zip)
@@ -915,8 +915,8 @@ bool frmClientDetails::saveBody()
     m_rs->update();
     m_clientId = m_rs->key().toString();
     m_dataChanged = false;
-    mainWindow()->enableSaveButton(false);
-    mainWindow()->markClientWindowsForRefresh();
+    workspace()->enableSaveButton(false);
+    workspace()->markClientWindowsForRefresh();
     setRefreshPending(false);
     DisplayClient();
     return true;
@@ -938,8 +938,8 @@ void frmClientDetails::AddRecord()
         if (m_rs->isOpen())
             m_rs->addNew();
         m_clientId.clear();
-        if (mainWindow()->activeChild() == this)
-            mainWindow()->SetToolbarButtons(false);
+        if (workspace()->activeChild() == this)
+            workspace()->SetToolbarButtons(false);
     });
 }
 
@@ -1050,7 +1050,7 @@ void frmClientDetails::DeleteCurrentRecord()
         if (m_rs->recordCount() == 0)
             AddRecord();
         DisplayClient();
-        mainWindow()->markClientWindowsForRefresh();
+        workspace()->markClientWindowsForRefresh();
         setRefreshPending(false);
     });
 }
@@ -1085,7 +1085,7 @@ void frmClientDetails::cmdGridDataAdd_Click(Tab tab)
             return;
         }
         if (SubGrid *g = gridOfTab(tab))
-            mainWindow()->openRecordEditor(g->editor, m_clientId, {});
+            workspace()->openRecordEditor(g->editor, m_clientId, {});
     });
 }
 
@@ -1097,7 +1097,7 @@ void frmClientDetails::cmdGridDataEdit_Click(Tab tab)
             return;
         const qint64 key = basTendmark::GridRowKey(g->grid, g->grid->currentIndex().row());
         if (key > 0)
-            mainWindow()->openRecordEditor(g->editor, m_clientId, QString::number(key));
+            workspace()->openRecordEditor(g->editor, m_clientId, QString::number(key));
     });
 }
 
@@ -1123,7 +1123,7 @@ void frmClientDetails::cmdGridDataDelete_Click(Tab tab)
         updateGridButtons(tab);
         FlagTabs();
         showHousehold();
-        mainWindow()->markClientWindowsForRefresh();
+        workspace()->markClientWindowsForRefresh();
         setRefreshPending(false);
     });
 }

@@ -3,7 +3,6 @@
 #include "MdiChild.h"
 #include "Prompt.h"
 #include "basClient.h"
-#include "frmMain.h"
 
 #include <QHash>
 #include <QList>
@@ -21,7 +20,7 @@ class frmClientDetails : public MdiChild
 
 public:
     // clientId: a client's ID, "ADD" for a new client, or empty for the first client.
-    frmClientDetails(frmMain *main, const QString &clientId = {});
+    frmClientDetails(Workspace *main, const QString &clientId = {});
 
     Kind kind() const override { return Kind::Client; }
     bool DataChanged() const override { return m_dataChanged; }
@@ -53,7 +52,7 @@ private:
         Tab tab;
         QString table;
         QString keyColumn;
-        frmMain::Editor editor;
+        RecordKind editor;
         QString sql;
     };
     struct GridButtons

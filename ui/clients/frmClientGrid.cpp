@@ -7,7 +7,6 @@
 #include "basClient.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
-#include "frmMain.h"
 #include "frmMessage.h"
 
 #include <QApplication>
@@ -51,7 +50,7 @@ QString oneLine(const QString &column)
 
 } // namespace
 
-frmClientGrid::frmClientGrid(frmMain *main) : MdiChild(main)
+frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientGrid"));
     setWindowTitle(kCaption);
@@ -151,7 +150,7 @@ void frmClientGrid::ExecuteSQL()
 {
     basErrorHandler::Guard(QStringLiteral("frmClientGrid.ExecuteSQL"), [&] {
         {
-            const WaitMessage wait(mainWindow());
+            const WaitMessage wait(workspace()->frame());
             m_clientId.clear();
             m_busy = true;
             const auto done = qScopeGuard([this] { m_busy = false; });
@@ -166,7 +165,7 @@ void frmClientGrid::ExecuteSQL()
 void frmClientGrid::RefreshData()
 {
     basErrorHandler::Guard(QStringLiteral("frmClientGrid.RefreshData"), [&] {
-        const WaitMessage notice(mainWindow());
+        const WaitMessage notice(workspace()->frame());
         refill();
     });
 }
@@ -270,7 +269,7 @@ void frmClientGrid::GoToRow(const QString &id)
 void frmClientGrid::cmdClientAdd_Click()
 {
     basErrorHandler::Guard(QStringLiteral("frmClientGrid.cmdClientAdd_Click"),
-                           [&] { basClient::OpenDetails(mainWindow(), QStringLiteral("ADD")); });
+                           [&] { basClient::OpenDetails(workspace(), QStringLiteral("ADD")); });
 }
 
 void frmClientGrid::cmdClientEdit_Click()
@@ -279,7 +278,7 @@ void frmClientGrid::cmdClientEdit_Click()
         const int row = grdData->currentIndex().row();
         const qint64 id = basTendmark::GridText(grdData, row, 1).toLongLong();
         if (id > 0)
-            basClient::OpenDetails(mainWindow(), QString::number(id));
+            basClient::OpenDetails(workspace(), QString::number(id));
     });
 }
 
@@ -302,16 +301,16 @@ void frmClientGrid::cmdClientDelete_Click()
         clearSelection();
         m_busy = false;
         updateToolbar();
-        mainWindow()->markClientWindowsForRefresh();
+        workspace()->markClientWindowsForRefresh();
         setRefreshPending(false);
     });
 }
 
 void frmClientGrid::updateToolbar()
 {
-    if (mainWindow()->activeChild() != this)
+    if (workspace()->activeChild() != this)
         return;
-    mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
+    workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
 }
 
 void frmClientGrid::activated()
@@ -328,6 +327,6 @@ void frmClientGrid::activated()
     m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
     grdData->setFocus();
     m_busy = false;
-    mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
-    mainWindow()->EnableSearchBar(true);
+    workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
+    workspace()->EnableSearchBar(true);
 }

@@ -13,7 +13,7 @@ class frmClientGrid : public MdiChild
     Q_OBJECT
 
 public:
-    explicit frmClientGrid(frmMain *main);
+    explicit frmClientGrid(Workspace *main);
 
     Kind kind() const override { return Kind::Client; }
     bool hasSQL() const override { return true; }

@@ -26,7 +26,7 @@ const QString kDefaultSql = QStringLiteral("SELECT * FROM Client ORDER BY LastNa
 const QString kCaption = QStringLiteral("Client Summary");
 } // namespace
 
-frmClientSummary::frmClientSummary(frmMain *main) : MdiChild(main)
+frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientSummary"));
     setWindowTitle(kCaption);
@@ -55,18 +55,18 @@ frmClientSummary::frmClientSummary(frmMain *main) : MdiChild(main)
     infoLayout->addLayout(clientButtons);
     connect(cmdClientAdd, &QPushButton::clicked, this, [this] {
         basErrorHandler::Guard(QStringLiteral("frmClientSummary.cmdClientAdd_Click"),
-                               [&] { basClient::OpenDetails(mainWindow(), QStringLiteral("ADD")); });
+                               [&] { basClient::OpenDetails(workspace(), QStringLiteral("ADD")); });
     });
     connect(cmdClientEdit, &QPushButton::clicked, this, [this] {
         basErrorHandler::Guard(QStringLiteral("frmClientSummary.cmdClientEdit_Click"), [&] {
             if (!m_clientId.isEmpty())
-                basClient::OpenDetails(mainWindow(), m_clientId);
+                basClient::OpenDetails(workspace(), m_clientId);
         });
     });
 
     auto *grids = new QHBoxLayout;
     grids->addWidget(buildGrid(0, QStringLiteral("Family Members"), QStringLiteral("Relationship,1200|Name,2220|^Age,500"),
-                               QStringLiteral("Family"), QStringLiteral("FamilyMemberID"), frmMain::Editor::FamilyMember,
+                               QStringLiteral("Family"), QStringLiteral("FamilyMemberID"), RecordKind::FamilyMember,
                                QStringLiteral("SELECT Family.FamilyMemberID, Relationships.RelationshipDescription, ")
                                    + SqlText::fullName(QStringLiteral("Family")) + QStringLiteral(" AS FullName, ")
                                    + SqlText::yearsSince(QStringLiteral("Family.BirthDate"))
@@ -75,7 +75,7 @@ frmClientSummary::frmClientSummary(frmMain *main) : MdiChild(main)
                                                     "ORDER BY Family.FamilyMemberID")),
                      5);
     grids->addWidget(buildGrid(1, QStringLiteral("Food Service"), QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590"),
-                               QStringLiteral("FoodService"), QStringLiteral("FoodServiceID"), frmMain::Editor::FoodService,
+                               QStringLiteral("FoodService"), QStringLiteral("FoodServiceID"), RecordKind::FoodService,
                                QStringLiteral("SELECT FoodService.FoodServiceID, ") + SqlText::date(QStringLiteral("FoodService.FoodServiceDate"))
                                    + QStringLiteral(" AS FoodServiceDate, FoodServiceTypes.FoodServiceTypeDescription, "
                                                     "FoodService.NumberOfBags FROM FoodService LEFT JOIN FoodServiceTypes ON "
@@ -83,7 +83,7 @@ frmClientSummary::frmClientSummary(frmMain *main) : MdiChild(main)
                                                     "FoodService.ClientID = ? ORDER BY FoodService.FoodServiceDate, FoodService.FoodServiceID")),
                      5);
     grids->addWidget(buildGrid(2, QStringLiteral("Payment History"), QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800"),
-                               QStringLiteral("Payments"), QStringLiteral("PaymentID"), frmMain::Editor::Payment,
+                               QStringLiteral("Payments"), QStringLiteral("PaymentID"), RecordKind::Payment,
                                QStringLiteral("SELECT Payments.PaymentID, ") + SqlText::date(QStringLiteral("Payments.PaymentDate"))
                                    + QStringLiteral(" AS PaymentDate, PaymentTypes.PaymentTypeDescription, ")
                                    + SqlText::currency(QStringLiteral("Payments.AmountPaid"))
@@ -133,7 +133,7 @@ frmClientSummary::frmClientSummary(frmMain *main) : MdiChild(main)
 }
 
 QWidget *frmClientSummary::buildGrid(int index, const QString &caption, const QString &spec, const QString &table,
-                                     const QString &keyColumn, frmMain::Editor editor, const QString &sql)
+                                     const QString &keyColumn, RecordKind editor, const QString &sql)
 {
     auto *box = new QGroupBox(caption, this);
     auto *grid = new QTableView(box);
@@ -293,15 +293,15 @@ void frmClientSummary::DeleteCurrentRecord()
         if (!basClient::DeleteClient(*m_rs, m_clientId, name))
             return;
         DisplayClient();
-        mainWindow()->markClientWindowsForRefresh();
+        workspace()->markClientWindowsForRefresh();
         setRefreshPending(false);
     });
 }
 
 void frmClientSummary::updateToolbar()
 {
-    if (mainWindow()->activeChild() == this)
-        mainWindow()->SetToolbarButtons(!m_clientId.isEmpty(), true, false, false);
+    if (workspace()->activeChild() == this)
+        workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, false, false);
 }
 
 void frmClientSummary::activated()
@@ -318,13 +318,13 @@ void frmClientSummary::activated()
         });
     }
     updateToolbar();
-    mainWindow()->EnableSearchBar(true);
+    workspace()->EnableSearchBar(true);
 }
 
 void frmClientSummary::cmdGridDataAdd_Click(int index)
 {
     if (!m_clientId.isEmpty())
-        mainWindow()->openRecordEditor(m_grids[index].editor, m_clientId, {});
+        workspace()->openRecordEditor(m_grids[index].editor, m_clientId, {});
 }
 
 void frmClientSummary::cmdGridDataEdit_Click(int index)
@@ -332,7 +332,7 @@ void frmClientSummary::cmdGridDataEdit_Click(int index)
     const SubGrid &g = m_grids[index];
     const qint64 key = basTendmark::GridRowKey(g.grid, g.grid->currentIndex().row());
     if (key > 0 && !m_clientId.isEmpty())
-        mainWindow()->openRecordEditor(g.editor, m_clientId, QString::number(key));
+        workspace()->openRecordEditor(g.editor, m_clientId, QString::number(key));
 }
 
 void frmClientSummary::cmdGridDataDelete_Click(int index)
@@ -354,7 +354,7 @@ void frmClientSummary::cmdGridDataDelete_Click(int index)
         g.grid->selectionModel()->clear();
         g.edit->setEnabled(false);
         g.remove->setEnabled(false);
-        mainWindow()->markClientWindowsForRefresh();
+        workspace()->markClientWindowsForRefresh();
         setRefreshPending(false);
     });
 }

@@ -2,7 +2,7 @@
 
 #include "MdiChild.h"
 #include "basClient.h"
-#include "frmMain.h"
+#include "MdiChild.h"
 
 #include <QList>
 
@@ -19,7 +19,7 @@ class frmClientSummary : public MdiChild
     Q_OBJECT
 
 public:
-    explicit frmClientSummary(frmMain *main);
+    explicit frmClientSummary(Workspace *main);
 
     Kind kind() const override { return Kind::Client; }
     void DeleteCurrentRecord() override;
@@ -41,7 +41,7 @@ private:
         QTableView *grid = nullptr;
         QString table;
         QString keyColumn;
-        frmMain::Editor editor;
+        RecordKind editor;
         QString sql;
         QPushButton *add = nullptr;
         QPushButton *edit = nullptr;
@@ -49,7 +49,7 @@ private:
     };
 
     QWidget *buildGrid(int index, const QString &caption, const QString &spec, const QString &table, const QString &keyColumn,
-                       frmMain::Editor editor, const QString &sql);
+                       RecordKind editor, const QString &sql);
     void PopulateClient();
     void DisplayClient();
     void DisplayRecordPosition();

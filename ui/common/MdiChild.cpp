@@ -1,7 +1,6 @@
 #include "MdiChild.h"
 
 #include "DataBinding.h"
-#include "frmMain.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -9,15 +8,15 @@
 #include <QMdiSubWindow>
 #include <QTimer>
 
-MdiChild::MdiChild(frmMain *main, QWidget *parent) : QWidget(parent), m_main(main)
+MdiChild::MdiChild(Workspace *workspace, QWidget *parent) : QWidget(parent), m_workspace(workspace)
 {
     setAttribute(Qt::WA_DeleteOnClose);
 }
 
 MdiChild::~MdiChild()
 {
-    if (m_counted && m_main)
-        m_main->childClosed(this);
+    if (m_counted && m_workspace)
+        m_workspace->childClosed(this);
 }
 
 void MdiChild::closeEvent(QCloseEvent *event)

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Workspace.h"
+
 #include <QWidget>
 
-class frmMain;
-
-// What the main window asks of every child window. A window that lists or edits
+// What the workspace asks of every child window. A window that lists or edits
 // records overrides what applies to it; the rest answer "nothing to do".
 class MdiChild : public QWidget
 {
@@ -13,10 +13,10 @@ class MdiChild : public QWidget
 public:
     enum class Kind { Other, Client, Volunteer };
 
-    explicit MdiChild(frmMain *main, QWidget *parent = nullptr);
+    explicit MdiChild(Workspace *workspace, QWidget *parent = nullptr);
     ~MdiChild() override;
 
-    frmMain *mainWindow() const { return m_main; }
+    Workspace *workspace() const { return m_workspace; }
 
     virtual Kind kind() const { return Kind::Other; }
     virtual bool DataChanged() const { return false; }
@@ -37,8 +37,16 @@ public:
     void setRefreshPending(bool pending) { m_refreshPending = pending; }
     bool refreshPending() const { return m_refreshPending; }
 
-    // Called by the main window when this window becomes the active one.
+    // Called by the workspace when this window becomes the active one.
     virtual void activated() {}
+
+    // The workspace counts the windows it shows, and lets go of them when it closes first.
+    void setCounted(bool counted) { m_counted = counted; }
+    void detach()
+    {
+        m_counted = false;
+        m_workspace = nullptr;
+    }
 
     // Closes the window through its frame, so that the next window becomes the active one.
     void closeWindow();
@@ -50,8 +58,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    frmMain *m_main;
+    Workspace *m_workspace;
     bool m_refreshPending = false;
     bool m_counted = false;
-    friend class frmMain;
 };

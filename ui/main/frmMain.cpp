@@ -103,11 +103,8 @@ frmMain::~frmMain()
 {
     // The child windows outlive this object by a moment: they must not call back into it.
     disconnect(m_mdiArea, nullptr, this, nullptr);
-    for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
-        if (auto *child = qobject_cast<MdiChild *>(sub->widget())) {
-            child->m_counted = false;
-            child->m_main = nullptr;
-        }
+    for (MdiChild *child : findChildren<MdiChild *>())
+        child->detach();
 }
 
 QAction *frmMain::addMenuAction(QMenu *menu, const QString &name, const QString &caption, const QKeySequence &shortcut)
@@ -616,6 +613,15 @@ MdiChild *frmMain::activeChild() const
     return sub ? qobject_cast<MdiChild *>(sub->widget()) : nullptr;
 }
 
+QList<MdiChild *> frmMain::childWindows() const
+{
+    QList<MdiChild *> children;
+    for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
+        if (auto *child = qobject_cast<MdiChild *>(sub->widget()))
+            children.append(child);
+    return children;
+}
+
 QMdiSubWindow *frmMain::addChild(MdiChild *child)
 {
     const bool first = m_childCount == 0;
@@ -624,7 +630,7 @@ QMdiSubWindow *frmMain::addChild(MdiChild *child)
     basTendmark::SetMDIChildDimensions(child, m_mdiArea);
     if (first && basRegistry::GetString(basRegistry::SettingsKey(), child->objectName()).isEmpty())
         sub->move(0, 0);
-    child->m_counted = true;
+    child->setCounted(true);
     ++m_childCount;
     child->show();
     return sub;
@@ -673,21 +679,21 @@ void frmMain::markClientWindowsForRefresh()
             child->setRefreshPending(true);
 }
 
-void frmMain::openRecordEditor(Editor editor, const QString &clientId, const QString &recordId)
+void frmMain::openRecordEditor(RecordKind editor, const QString &clientId, const QString &recordId)
 {
     if (!requireDatabase())
         return;
-    const QString table = editor == Editor::Income ? QStringLiteral("Income") : QStringLiteral("Expenses");
+    const QString table = editor == RecordKind::Income ? QStringLiteral("Income") : QStringLiteral("Expenses");
     // One editor per client and table: an open one moves to the record instead.
     for (QMdiSubWindow *sub : m_mdiArea->subWindowList()) {
         auto *open = qobject_cast<RecordEditor *>(sub->widget());
         if (!open || open->ClientID() != clientId)
             continue;
-        const bool same = (editor == Editor::FamilyMember && qobject_cast<frmFamilyMember *>(open))
-                          || (editor == Editor::FoodService && qobject_cast<frmFoodService *>(open))
-                          || (editor == Editor::Payment && qobject_cast<frmPaymentHistory *>(open))
+        const bool same = (editor == RecordKind::FamilyMember && qobject_cast<frmFamilyMember *>(open))
+                          || (editor == RecordKind::FoodService && qobject_cast<frmFoodService *>(open))
+                          || (editor == RecordKind::Payment && qobject_cast<frmPaymentHistory *>(open))
                           || (qobject_cast<frmIncomeExpense *>(open)
-                              && (editor == Editor::Income || editor == Editor::Expenses)
+                              && (editor == RecordKind::Income || editor == RecordKind::Expenses)
                               && static_cast<frmIncomeExpense *>(open)->TableName() == table);
         if (same) {
             activateChild(open);
@@ -697,17 +703,17 @@ void frmMain::openRecordEditor(Editor editor, const QString &clientId, const QSt
     }
     RecordEditor *window = nullptr;
     switch (editor) {
-    case Editor::FamilyMember:
+    case RecordKind::FamilyMember:
         window = new frmFamilyMember(this);
         break;
-    case Editor::FoodService:
+    case RecordKind::FoodService:
         window = new frmFoodService(this);
         break;
-    case Editor::Payment:
+    case RecordKind::Payment:
         window = new frmPaymentHistory(this);
         break;
-    case Editor::Income:
-    case Editor::Expenses: {
+    case RecordKind::Income:
+    case RecordKind::Expenses: {
         auto *items = new frmIncomeExpense(this);
         items->setTableName(table);
         window = items;

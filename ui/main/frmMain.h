@@ -20,7 +20,7 @@ namespace SearchQueries { struct Query; }
 
 // The frame window: menus, toolbars, view bar, search bar and status bar around
 // the area in which every other window opens. Owns the open database's path.
-class frmMain : public QMainWindow
+class frmMain : public QMainWindow, public Workspace
 {
     Q_OBJECT
 
@@ -43,7 +43,8 @@ public:
     void startUp(const QString &fileToOpen = {});
 
     QString databasePath() const { return m_databasePath; }
-    const std::array<bool, 9> &optionFlags() const { return m_optionFlags; }
+    const std::array<bool, 9> &optionFlags() const override { return m_optionFlags; }
+    QWidget *frame() override { return this; }
     void refreshOptionFlags();
 
     // Opens a database file. reportFailure: tell the user when it fails (else quiet).
@@ -53,10 +54,11 @@ public:
     bool requireDatabase();
 
     void DisplayOrganizationName();
-    void EnableSearchBar(bool enabled);
+    void EnableSearchBar(bool enabled) override;
     void SetToolbarButtons(std::optional<bool> deleteButton = std::nullopt, std::optional<bool> filter = std::nullopt,
-                           std::optional<bool> sortAscending = std::nullopt, std::optional<bool> sortDescending = std::nullopt);
-    void enableSaveButton(bool enabled);
+                           std::optional<bool> sortAscending = std::nullopt,
+                           std::optional<bool> sortDescending = std::nullopt) override;
+    void enableSaveButton(bool enabled) override;
     bool GetClientFormOpen() const;
     void AddSearchForItem();
     void SearchForClient();
@@ -67,28 +69,17 @@ public:
 
     QAction *toolbarButton(const QString &key) const;
     QMdiArea *mdiArea() const { return m_mdiArea; }
-    MdiChild *activeChild() const;
+    MdiChild *activeChild() const override;
+    QList<MdiChild *> childWindows() const override;
     int openChildCount() const { return m_childCount; }
-    QMdiSubWindow *addChild(MdiChild *child);
-    template<typename T>
-    T *findChildWindow() const
-    {
-        for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
-            if (auto *w = qobject_cast<T *>(sub->widget()))
-                return w;
-        return nullptr;
-    }
-    void activateChild(MdiChild *child);
-    void centreChild(QMdiSubWindow *sub);
+    QMdiSubWindow *addChild(MdiChild *child) override;
+    void activateChild(MdiChild *child) override;
+    void centreChild(QMdiSubWindow *sub) override;
     // The frame's own place on the screen, kept between runs.
     void restoreWindowGeometry();
     void saveWindowGeometry() const;
-    // Record editors call this after they save or delete: client windows refill their grids.
-    void markClientWindowsForRefresh();
-
-    enum class Editor { FamilyMember, FoodService, Payment, Income, Expenses };
-    // Opens a record editor for one client, on the given record or on a new one when recordId is empty.
-    void openRecordEditor(Editor editor, const QString &clientId, const QString &recordId);
+    void markClientWindowsForRefresh() override;
+    void openRecordEditor(RecordKind editor, const QString &clientId, const QString &recordId) override;
     // The search bar's hand-off: show this client (or volunteer) in the active window of its kind.
     void showClient(const QString &clientId);
     void showVolunteer(const QString &volunteerId);
@@ -126,11 +117,10 @@ public Q_SLOTS:
     void cmdSearch_Click();
 
 protected:
+    void childClosed(MdiChild *child) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    friend class MdiChild;
-    void childClosed(MdiChild *child);
     void buildMenus();
     void buildToolbars();
     void buildSearchBar();

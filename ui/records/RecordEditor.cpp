@@ -6,7 +6,6 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
-#include "frmMain.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -42,7 +41,7 @@ QLineEdit *RecordEditor::textBox(int maxWidth)
     return box;
 }
 
-RecordEditor::RecordEditor(frmMain *main, QWidget *parent) : MdiChild(main, parent)
+RecordEditor::RecordEditor(Workspace *main, QWidget *parent) : MdiChild(main, parent)
 {
     connect(&madoPrimaryRS, &Recordset::moveComplete, this, &RecordEditor::moveComplete);
 }
@@ -254,16 +253,16 @@ bool RecordEditor::load()
 
 void RecordEditor::activated()
 {
-    mainWindow()->SetToolbarButtons(madoPrimaryRS.editMode() != Recordset::EditMode::Adding, false, false, false);
-    mainWindow()->EnableSearchBar(false);
-    mainWindow()->enableSaveButton(m_dataChanged);
+    workspace()->SetToolbarButtons(madoPrimaryRS.editMode() != Recordset::EditMode::Adding, false, false, false);
+    workspace()->EnableSearchBar(false);
+    workspace()->enableSaveButton(m_dataChanged);
 }
 
 void RecordEditor::setDataChanged(bool changed)
 {
     m_dataChanged = changed;
-    if (mainWindow() && mainWindow()->activeChild() == this)
-        mainWindow()->enableSaveButton(changed);
+    if (workspace() && workspace()->activeChild() == this)
+        workspace()->enableSaveButton(changed);
 }
 
 void RecordEditor::setRecordId(const QString &id)
@@ -455,18 +454,18 @@ bool RecordEditor::UpdateRecord()
             m_loading = true;
             if (adding) {
                 m_recordId = madoPrimaryRS.key().toString();
-                mainWindow()->SetToolbarButtons(true);
+                workspace()->SetToolbarButtons(true);
             }
             DisplayRecordPosition();
             populateControls();
             setDataChanged(false);
             m_loading = false;
-            mainWindow()->markClientWindowsForRefresh();
+            workspace()->markClientWindowsForRefresh();
             afterSave();
         } else if (adding && madoPrimaryRS.recordCount() > 0) {
             // An untouched new row is dropped; with no other row it stays as the blank record.
             madoPrimaryRS.cancelUpdate();
-            mainWindow()->SetToolbarButtons(true);
+            workspace()->SetToolbarButtons(true);
         } else if (madoPrimaryRS.editMode() == Recordset::EditMode::Editing) {
             madoPrimaryRS.cancelUpdate();
         }
@@ -486,7 +485,7 @@ void RecordEditor::AddRecord()
     if (!dateColumn().isEmpty())
         madoPrimaryRS.setValue(dateColumn(), QDate::currentDate().toString(Qt::ISODate));
     m_recordId.clear();
-    mainWindow()->SetToolbarButtons(false);
+    workspace()->SetToolbarButtons(false);
 }
 
 void RecordEditor::cmdAdd_Click()
@@ -570,14 +569,14 @@ void RecordEditor::DeleteCurrentRecord()
             else if (madoPrimaryRS.bof())
                 madoPrimaryRS.moveFirst();
             m_recordId = madoPrimaryRS.key().toString();
-            mainWindow()->SetToolbarButtons(true);
+            workspace()->SetToolbarButtons(true);
         } else {
             AddRecord();
         }
         DisplayRecordPosition();
         populateControls();
         setDataChanged(false);
-        mainWindow()->markClientWindowsForRefresh();
+        workspace()->markClientWindowsForRefresh();
     });
     m_loading = false;
 }

@@ -21,7 +21,7 @@ class RecordEditor : public MdiChild
     Q_OBJECT
 
 public:
-    explicit RecordEditor(frmMain *main, QWidget *parent = nullptr);
+    explicit RecordEditor(Workspace *main, QWidget *parent = nullptr);
 
     QString ClientID() const { return m_clientId; }
     void setClientID(const QString &id) { m_clientId = id; }

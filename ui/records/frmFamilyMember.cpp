@@ -12,7 +12,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-frmFamilyMember::frmFamilyMember(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+frmFamilyMember::frmFamilyMember(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmFamilyMember"));
     setWindowTitle(QStringLiteral("Family Member"));

@@ -8,7 +8,7 @@ class frmFamilyMember : public RecordEditor
     Q_OBJECT
 
 public:
-    explicit frmFamilyMember(frmMain *main, QWidget *parent = nullptr);
+    explicit frmFamilyMember(Workspace *main, QWidget *parent = nullptr);
 
     QString FamilyMemberID() const { return recordId(); }
     void setFamilyMemberID(const QString &id) { setRecordId(id); }

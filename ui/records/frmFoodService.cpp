@@ -11,7 +11,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-frmFoodService::frmFoodService(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+frmFoodService::frmFoodService(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmFoodService"));
     setWindowTitle(QStringLiteral("Food Service History"));

@@ -8,7 +8,7 @@ class frmFoodService : public RecordEditor
     Q_OBJECT
 
 public:
-    explicit frmFoodService(frmMain *main, QWidget *parent = nullptr);
+    explicit frmFoodService(Workspace *main, QWidget *parent = nullptr);
 
     QString FoodServiceID() const { return recordId(); }
     void setFoodServiceID(const QString &id) { setRecordId(id); }

@@ -7,7 +7,7 @@
 #include <QGridLayout>
 #include <QLineEdit>
 
-frmIncomeExpense::frmIncomeExpense(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+frmIncomeExpense::frmIncomeExpense(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmIncomeExpense"));
     setWindowTitle(QStringLiteral("Income/Expense Item"));

@@ -8,7 +8,7 @@ class frmIncomeExpense : public RecordEditor
     Q_OBJECT
 
 public:
-    explicit frmIncomeExpense(frmMain *main, QWidget *parent = nullptr);
+    explicit frmIncomeExpense(Workspace *main, QWidget *parent = nullptr);
 
     QString TableName() const { return m_tableName; }
     void setTableName(const QString &name) { m_tableName = name; }

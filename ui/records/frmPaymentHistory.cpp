@@ -9,7 +9,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-frmPaymentHistory::frmPaymentHistory(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+frmPaymentHistory::frmPaymentHistory(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmPaymentHistory"));
     setWindowTitle(QStringLiteral("Payment History"));

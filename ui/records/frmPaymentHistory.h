@@ -8,7 +8,7 @@ class frmPaymentHistory : public RecordEditor
     Q_OBJECT
 
 public:
-    explicit frmPaymentHistory(frmMain *main, QWidget *parent = nullptr);
+    explicit frmPaymentHistory(Workspace *main, QWidget *parent = nullptr);
 
     QString PaymentID() const { return recordId(); }
     void setPaymentID(const QString &id) { setRecordId(id); }

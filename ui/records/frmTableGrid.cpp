@@ -9,7 +9,6 @@
 #include "Transaction.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
-#include "frmMain.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -61,7 +60,7 @@ QList<Reference> referencesTo(const QString &lookupTable)
 
 } // namespace
 
-frmTableGrid::frmTableGrid(frmMain *main, const QString &tableName, const QString &tableKeyName, const QString &tableCaption,
+frmTableGrid::frmTableGrid(Workspace *main, const QString &tableName, const QString &tableKeyName, const QString &tableCaption,
                            const QString &columnHeaders)
     : MdiChild(main), m_tableName(tableName), m_tableKeyName(tableKeyName)
 {
@@ -583,8 +582,8 @@ void frmTableGrid::setDataChanged(bool changed)
 {
     m_dataChanged = changed;
     m_cmdSave->setEnabled(changed);
-    if (mainWindow() && mainWindow()->activeChild() == this)
-        mainWindow()->enableSaveButton(changed);
+    if (workspace() && workspace()->activeChild() == this)
+        workspace()->enableSaveButton(changed);
 }
 
 void frmTableGrid::updateDeleteButton()
@@ -596,14 +595,14 @@ void frmTableGrid::updateDeleteButton()
 void frmTableGrid::setDeleteEnabled(bool enabled)
 {
     m_cmdDelete->setEnabled(enabled);
-    if (mainWindow() && mainWindow()->activeChild() == this)
-        mainWindow()->SetToolbarButtons(enabled);
+    if (workspace() && workspace()->activeChild() == this)
+        workspace()->SetToolbarButtons(enabled);
 }
 
 void frmTableGrid::activated()
 {
-    mainWindow()->SetToolbarButtons(m_cmdDelete->isEnabled(), false, false, false);
-    mainWindow()->EnableSearchBar(false);
+    workspace()->SetToolbarButtons(m_cmdDelete->isEnabled(), false, false, false);
+    workspace()->EnableSearchBar(false);
 }
 
 bool frmTableGrid::queryUnload()

@@ -23,7 +23,7 @@ class frmTableGrid : public MdiChild
     Q_OBJECT
 
 public:
-    frmTableGrid(frmMain *main, const QString &tableName, const QString &tableKeyName, const QString &tableCaption,
+    frmTableGrid(Workspace *main, const QString &tableName, const QString &tableKeyName, const QString &tableCaption,
                  const QString &columnHeaders);
 
     const QString &TableName() const { return m_tableName; }

@@ -3,7 +3,6 @@
 #include "DataBinding.h"
 #include "Prompt.h"
 #include "basDatabase.h"
-#include "frmMain.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -14,7 +13,7 @@ namespace {
 const QString kDefaultSql = QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
 }
 
-frmVolunteer::frmVolunteer(frmMain *main, QWidget *parent) : RecordEditor(main, parent)
+frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmVolunteer"));
     setWindowTitle(QStringLiteral("Volunteers"));
@@ -41,7 +40,7 @@ void frmVolunteer::ExecuteSQL()
     } else {
         madoPrimaryRS.moveFirst();
         takeKeyOfRow();
-        mainWindow()->SetToolbarButtons(true);
+        workspace()->SetToolbarButtons(true);
     }
     DisplayRecordPosition();
     populateControls();
@@ -52,8 +51,8 @@ void frmVolunteer::ExecuteSQL()
 void frmVolunteer::activated()
 {
     RecordEditor::activated();
-    mainWindow()->SetToolbarButtons(std::nullopt, true);
-    mainWindow()->EnableSearchBar(true);
+    workspace()->SetToolbarButtons(std::nullopt, true);
+    workspace()->EnableSearchBar(true);
 }
 
 void frmVolunteer::buildFields()

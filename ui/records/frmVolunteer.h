@@ -8,7 +8,7 @@ class frmVolunteer : public RecordEditor
     Q_OBJECT
 
 public:
-    explicit frmVolunteer(frmMain *main, QWidget *parent = nullptr);
+    explicit frmVolunteer(Workspace *main, QWidget *parent = nullptr);
 
     Kind kind() const override { return Kind::Volunteer; }
     QString VolunteerID() const { return recordId(); }

@@ -10,7 +10,7 @@ class tst_FamilyMember : public QObject
 
     static frmFamilyMember *openFor(ClientWorld &world, qint64 clientId, const QString &memberId = {})
     {
-        world.main.openRecordEditor(frmMain::Editor::FamilyMember, QString::number(clientId), memberId);
+        world.main.openRecordEditor(RecordKind::FamilyMember, QString::number(clientId), memberId);
         return qobject_cast<frmFamilyMember *>(world.main.activeChild());
     }
     static QString text(QWidget *w, const char *name) { return w->findChild<QLineEdit *>(QString::fromLatin1(name))->text(); }

@@ -264,7 +264,7 @@ void TestMainWindow::toolbarFollowsTheWindows()
     QVERIFY(main.toolbarButton(QStringLiteral("Search"))->isEnabled());
 
     // a record editor: no filter, no sorting, no search bar; Save once something is typed
-    main.openRecordEditor(frmMain::Editor::FoodService, QString::number(client), QString());
+    main.openRecordEditor(RecordKind::FoodService, QString::number(client), QString());
     QVERIFY(qobject_cast<frmFoodService *>(main.activeChild()));
     QCOMPARE(states(), QStringLiteral("0000000 00"));
     QPlainTextEdit *comments = nullptr;

@@ -42,7 +42,7 @@ struct EditorDesk : Desk
     }
 
     template<typename T>
-    T *open(frmMain::Editor editor, const QString &recordId = {})
+    T *open(RecordKind editor, const QString &recordId = {})
     {
         main.openRecordEditor(editor, QString::number(clientId), recordId);
         return qobject_cast<T *>(main.activeChild());

@@ -10,7 +10,7 @@ private slots:
     void paymentSavesCents()
     {
         EditorDesk desk;
-        auto *w = desk.open<frmPaymentHistory>(frmMain::Editor::Payment);
+        auto *w = desk.open<frmPaymentHistory>(RecordKind::Payment);
         QVERIFY(w);
         QCOMPARE(w->windowTitle(), QStringLiteral("Payment History"));
         QCOMPARE(dateEdit(w, "PaymentDate")->date(), QDate::currentDate());
@@ -35,7 +35,7 @@ private slots:
     void amountKeysAreFiltered()
     {
         EditorDesk desk;
-        auto *w = desk.open<frmPaymentHistory>(frmMain::Editor::Payment);
+        auto *w = desk.open<frmPaymentHistory>(RecordKind::Payment);
         QLineEdit *requested = lineEdit(w, "AmountRequested");
         typeInto(requested, QStringLiteral("12.5.0"));
         QCOMPARE(requested->text(), QStringLiteral("12.50"));
@@ -51,7 +51,7 @@ private slots:
     void zeroAmounts()
     {
         EditorDesk desk;
-        auto *w = desk.open<frmPaymentHistory>(frmMain::Editor::Payment);
+        auto *w = desk.open<frmPaymentHistory>(RecordKind::Payment);
         choose(combo(w, "PaymentsTypeID"), QStringLiteral("Rent"));
         QVERIFY(!w->SaveCurrentRecord());
         QCOMPARE(desk.prompts.last().title, QStringLiteral("Required Field Empty"));
@@ -90,7 +90,7 @@ private slots:
                                                 {QStringLiteral("PaymentDate"), QStringLiteral("2024-02-03")},
                                                 {QStringLiteral("PaymentsTypeID"), TestDatabase::lookupId(QStringLiteral("PaymentTypes"), QStringLiteral("Rent"))},
                                                 {QStringLiteral("AmountPaid"), 5000}});
-        auto *w = desk.open<frmPaymentHistory>(frmMain::Editor::Payment, QString::number(id));
+        auto *w = desk.open<frmPaymentHistory>(RecordKind::Payment, QString::number(id));
         QCOMPARE(lineEdit(w, "AmountPaid")->text(), QStringLiteral("$50.00"));
         desk.prompts.answer(Prompt::Yes);
         w->DeleteCurrentRecord();
@@ -104,7 +104,7 @@ private slots:
     void incomeAndExpenses()
     {
         EditorDesk desk;
-        auto *income = desk.open<frmIncomeExpense>(frmMain::Editor::Income);
+        auto *income = desk.open<frmIncomeExpense>(RecordKind::Income);
         QCOMPARE(income->windowTitle(), QStringLiteral("Add/Edit Income"));
         QCOMPARE(income->label(0)->text(), QStringLiteral("Income Source"));
         QCOMPARE(income->label(1)->text(), QStringLiteral("Amount"));
@@ -127,7 +127,7 @@ private slots:
         QVERIFY(income->SaveCurrentRecord());
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT Amount FROM Income WHERE ClientID = ?"), {desk.clientId}).toLongLong(), 81225);
 
-        auto *expenses = desk.open<frmIncomeExpense>(frmMain::Editor::Expenses);
+        auto *expenses = desk.open<frmIncomeExpense>(RecordKind::Expenses);
         QVERIFY(expenses != income);
         QCOMPARE(expenses->windowTitle(), QStringLiteral("Add/Edit Expenses"));
         QCOMPARE(expenses->label(0)->text(), QStringLiteral("Expense Category"));
@@ -152,7 +152,7 @@ private slots:
 
         // Opening income again for the same client brings the open window forward on the record.
         const QString incomeId = TestDatabase::scalar(QStringLiteral("SELECT IncomeItemID FROM Income")).toString();
-        auto *again = desk.open<frmIncomeExpense>(frmMain::Editor::Income, incomeId);
+        auto *again = desk.open<frmIncomeExpense>(RecordKind::Income, incomeId);
         QCOMPARE(again, income);
         QCOMPARE(income->IncomeExpenseItemID(), incomeId);
         QCOMPARE(lineEdit(income, "Amount")->text().remove(QLatin1Char('$')), QStringLiteral("812.25"));

@@ -42,7 +42,7 @@ private slots:
         EditorDesk desk;
         auto *stub = new ClientWindowStub(&desk.main);
         desk.main.addChild(stub);
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService);
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService);
         QVERIFY(w);
         QCOMPARE(w->windowTitle(), QStringLiteral("Food Service History"));
         QCOMPARE(w->findChild<QLineEdit *>(QStringLiteral("txtClientName"))->text(), QStringLiteral("O'Brien, Mary K"));
@@ -78,7 +78,7 @@ private slots:
     {
         EditorDesk desk;
         const qint64 first = addService(desk, QDate::currentDate().addDays(-40), 2);
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(first));
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(first));
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: %1").arg(first));
         button(w, "cmdAdd")->click();
         button(w, "cmdAdd")->click();
@@ -103,7 +103,7 @@ private slots:
     void refusals()
     {
         EditorDesk desk;
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService);
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService);
         // The type is checked before the bags.
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("0"));
         QVERIFY(!w->SaveCurrentRecord());
@@ -148,7 +148,7 @@ private slots:
         const qint64 a = addService(desk, today.addDays(-30), 1);
         const qint64 c = addService(desk, today.addDays(-10), 3);
         const qint64 b = addService(desk, today.addDays(-20), 2);
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(b));
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(b));
         QCOMPARE(statusText(w), QStringLiteral("Record: 2 of 3     ID: %1").arg(b));
         QCOMPARE(lineEdit(w, "NumberOfBags")->text(), QStringLiteral("2"));
         QVERIFY(button(w, "cmdFirst")->isEnabled() && button(w, "cmdNext")->isEnabled());
@@ -190,7 +190,7 @@ private slots:
     {
         EditorDesk desk;
         const qint64 id = addService(desk, QDate::currentDate().addDays(-3), 2);
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(id));
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(id));
         QPointer<frmFoodService> guard(w);
 
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("5"));
@@ -213,7 +213,7 @@ private slots:
         QVERIFY(guard.isNull());
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT NumberOfBags FROM FoodService")).toInt(), 2);
 
-        w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(id));
+        w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(id));
         guard = w;
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("4"));
         desk.prompts.answer(Prompt::Yes);
@@ -229,7 +229,7 @@ private slots:
         const qint64 id = addService(desk, day, 2);
         auto *stub = new ClientWindowStub(&desk.main);
         desk.main.addChild(stub);
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(id));
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(id));
         const QString description = day.toString(QStringLiteral("MM/dd/yyyy")) + QStringLiteral(" Senior box");
         const Prompt::Message question{"Delete Food Service Item?",
                                        QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
@@ -259,14 +259,14 @@ private slots:
     void addingKeepsThePositionShown()
     {
         EditorDesk desk;
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService);
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService);
         QVERIFY(statusText(w).isEmpty());   // nothing to show yet
         closeWindow(w);
 
         const QDate today = QDate::currentDate();
         const qint64 a = addService(desk, today.addDays(-30), 1);
         addService(desk, today.addDays(-20), 2);
-        w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(a));
+        w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(a));
         const QString shown = QStringLiteral("Record: 1 of 2     ID: %1").arg(a);
         QCOMPARE(statusText(w), shown);
         button(w, "cmdAdd")->click();
@@ -291,7 +291,7 @@ private slots:
         const qint64 a = addService(desk, today.addDays(-30), 1);
         const qint64 b = addService(desk, today.addDays(-20), 2);
         const qint64 c = addService(desk, today.addDays(-10), 3);
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService, QString::number(c));
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(c));
         desk.prompts.answer(Prompt::Yes);
         w->DeleteCurrentRecord();
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
@@ -319,7 +319,7 @@ private slots:
         const QDate earlier = QDate::currentDate().addDays(-5);
         addService(desk, earlier, 2);
         basDatabase::Execute(QStringLiteral("UPDATE Options SET FoodVisitIntervalDays = 30"));
-        auto *w = desk.open<frmFoodService>(frmMain::Editor::FoodService);
+        auto *w = desk.open<frmFoodService>(RecordKind::FoodService);
         choose(combo(w, "FoodServiceTypeID"), QStringLiteral("Regular grocery visit"));
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("2"));
 

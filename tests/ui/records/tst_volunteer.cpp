@@ -108,7 +108,7 @@ private slots:
     void familyMember()
     {
         EditorDesk desk;
-        auto *w = desk.open<frmFamilyMember>(frmMain::Editor::FamilyMember);
+        auto *w = desk.open<frmFamilyMember>(RecordKind::FamilyMember);
         QVERIFY(w);
         QCOMPARE(w->windowTitle(), QStringLiteral("Family Member"));
         typeInto(lineEdit(w, "LastName"), QStringLiteral("O'Brien"));
@@ -144,7 +144,7 @@ private slots:
     void missingRecordIsReported()
     {
         EditorDesk desk;
-        desk.main.openRecordEditor(frmMain::Editor::FamilyMember, QString::number(desk.clientId), QStringLiteral("999"));
+        desk.main.openRecordEditor(RecordKind::FamilyMember, QString::number(desk.clientId), QStringLiteral("999"));
         QVERIFY(!desk.main.findChildWindow<frmFamilyMember>());
         QCOMPARE(desk.prompts.last().title, QStringLiteral("Application Error"));
         QCOMPARE(desk.prompts.last().text, QStringLiteral("Error retrieving record."));

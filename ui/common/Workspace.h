@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <array>
+#include <optional>
+
+class MdiChild;
+class QMdiSubWindow;
+class QWidget;
+
+// The record editors a client window can open on one of its records.
+enum class RecordKind { FamilyMember, FoodService, Payment, Income, Expenses };
+
+// What a child window may ask of the frame it lives in. The main window
+// implements it; child windows know only this, never the main window itself.
+class Workspace
+{
+public:
+    virtual ~Workspace() = default;
+
+    // The window the child windows and their notices are centred on.
+    virtual QWidget *frame() = 0;
+    virtual const std::array<bool, 9> &optionFlags() const = 0;
+
+    // Opens a record editor for one client, on the given record or on a new one when recordId is empty.
+    virtual void openRecordEditor(RecordKind kind, const QString &clientId, const QString &recordId) = 0;
+
+    virtual MdiChild *activeChild() const = 0;
+    virtual QList<MdiChild *> childWindows() const = 0;
+    virtual QMdiSubWindow *addChild(MdiChild *child) = 0;
+    virtual void activateChild(MdiChild *child) = 0;
+    virtual void centreChild(QMdiSubWindow *sub) = 0;
+    virtual void childClosed(MdiChild *child) = 0;
+
+    // Record editors call this after they save or delete: client windows refill their grids.
+    virtual void markClientWindowsForRefresh() = 0;
+
+    // The toolbar's buttons and the search bar, set by the active window.
+    virtual void SetToolbarButtons(std::optional<bool> deleteButton = std::nullopt, std::optional<bool> filter = std::nullopt,
+                                   std::optional<bool> sortAscending = std::nullopt,
+                                   std::optional<bool> sortDescending = std::nullopt) = 0;
+    virtual void enableSaveButton(bool enabled) = 0;
+    virtual void EnableSearchBar(bool enabled) = 0;
+
+    template<typename T>
+    T *findChildWindow() const
+    {
+        for (MdiChild *child : childWindows())
+            if (auto *w = qobject_cast<T *>(child))
+                return w;
+        return nullptr;
+    }
+};
