@@ -1,0 +1,121 @@
+#include "RecordScope.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QTest>
+
+using RecordScope::Kind;
+
+class TestRecordScope : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QByteArray fileHash(const QString &path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256) : QByteArray();
+    }
+
+    static QStringList names(Kind kind, const RecordScope::Selection &s)
+    {
+        const QString table = RecordScope::tableName(kind);
+        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT t.LastName FROM %1 t%2 ORDER BY t.LastName").arg(table, s.where),
+                                           s.binds);
+        QStringList result;
+        while (q.next())
+            result << q.value(0).toString();
+        return result;
+    }
+
+private Q_SLOTS:
+    void handTypedStatementsThatWriteOrFailChangeNothing_data()
+    {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QString>("error");
+        const QString denied = QStringLiteral("not authorized");
+        QTest::newRow("delete") << "DELETE FROM Client" << denied;
+        QTest::newRow("update") << "UPDATE Client SET LastName = 'X'" << denied;
+        QTest::newRow("insert") << "INSERT INTO Client (LastName) VALUES ('X')" << denied;
+        QTest::newRow("cte delete") << "WITH a AS (SELECT 1) DELETE FROM Client" << denied;
+        QTest::newRow("drop") << "DROP TABLE Family" << denied;
+        QTest::newRow("temp table") << "CREATE TEMP TABLE t AS SELECT * FROM Client" << denied;
+        QTest::newRow("pragma write") << "PRAGMA user_version = 99" << denied;
+        QTest::newRow("pragma read") << "PRAGMA foreign_keys" << denied;
+        QTest::newRow("attach") << "ATTACH DATABASE 'ATTACHED' AS other" << denied;
+        QTest::newRow("begin") << "BEGIN IMMEDIATE" << denied;
+        QTest::newRow("second statement") << "SELECT * FROM Client; DELETE FROM Client"
+                                          << "Only one statement can be run at a time.";
+        QTest::newRow("second select") << "SELECT * FROM Client; SELECT * FROM Client"
+                                       << "Only one statement can be run at a time.";
+        QTest::newRow("empty") << "  -- nothing" << "The statement is empty.";
+        QTest::newRow("syntax") << "SELEC * FROM Client" << "near \"SELEC\": syntax error";
+        QTest::newRow("no table") << "SELECT * FROM Clients" << "no such table: Clients";
+        QTest::newRow("no key") << "SELECT LastName FROM Client" << "The statement must return the column ClientID.";
+        QTest::newRow("no last name") << "SELECT ClientID FROM Client" << "The statement must return the column LastName.";
+        QTest::newRow("other table") << "SELECT VolunteerID AS ClientID, LastName FROM Volunteer"
+                                     << "The statement must select from the Client table.";
+    }
+
+    void handTypedStatementsThatWriteOrFailChangeNothing()
+    {
+        QFETCH(QString, sql);
+        QFETCH(QString, error);
+        TestDatabase db;
+        TestDatabase::insert("Client", {{"LastName", "Doe"}});
+        const QString attached = db.folder() + QStringLiteral("/ATTACHED");
+        sql.replace(QStringLiteral("ATTACHED"), attached);
+        const QByteArray before = fileHash(db.path());
+
+        const RecordScope::Selection s = RecordScope::select(Kind::Client, RecordScope::CurrentRecordset, {Kind::Client, sql, {}}, "c");
+        QVERIFY(!s.ok);
+        QCOMPARE(s.error, error);
+        QCOMPARE(fileHash(db.path()), before);
+        QVERIFY(!QFile::exists(attached));
+        QCOMPARE(TestDatabase::count("Client"), 1);
+    }
+
+    void scopeChoosesTheRecords()
+    {
+        TestDatabase db;
+        for (const char *name : {"Zed", "moore", "O'Brien", "adams", "Ng"})
+            TestDatabase::insert("Client", {{"LastName", name}});
+        const qint64 moore = TestDatabase::scalar("SELECT ClientID FROM Client WHERE LastName = 'moore'").toLongLong();
+        TestDatabase::insert("Volunteer", {{"LastName", "Vance"}});
+        TestDatabase::insert("Volunteer", {{"LastName", "Ames"}});
+
+        struct Case {
+            Kind kind;
+            int type;
+            QString sql;
+            QString key;
+            QStringList expected;
+            int count;
+        } cases[] = {
+            {Kind::Client, 0, {}, {}, {"adams", "moore", "Ng", "O'Brien", "Zed"}, -1},
+            // the list's own filter and order are kept out: the report sorts by last name
+            {Kind::Client, 1, "SELECT * FROM Client WHERE LastName <> 'Ng' ORDER BY ClientID DESC", {}, {"adams", "moore", "O'Brien", "Zed"}, 4},
+            {Kind::Client, 1, "SELECT ClientID, LastName FROM Client WHERE upper(LastName) LIKE 'O''%'", {}, {"O'Brien"}, 1},
+            {Kind::Client, 1, "SELECT * FROM Client WHERE 0", {}, {}, 0},
+            {Kind::Client, 2, {}, QString::number(moore), {"moore"}, 1},
+            {Kind::Client, 2, {}, "999", {}, 1},
+            {Kind::Volunteer, 1, "SELECT * FROM Volunteer", {}, {"Ames", "Vance"}, 2},
+        };
+        for (const Case &c : cases) {
+            const RecordScope::Selection s = RecordScope::select(c.kind, c.type, {c.kind, c.sql, c.key}, "t");
+            QVERIFY2(s.ok, qPrintable(c.sql + ": " + s.error));
+            QCOMPARE(s.count, c.count);
+            QCOMPARE(names(c.kind, s), c.expected);
+        }
+
+        const RecordScope::Selection sorted = RecordScope::select(Kind::Client, 1, {Kind::Client, "SELECT * FROM Client", {}}, "t");
+        QCOMPARE(sorted.binds.value(0).toString().count(','), 4);
+        const QString firstKey = TestDatabase::scalar("SELECT ClientID FROM Client WHERE LastName = 'adams'").toString();
+        QVERIFY(sorted.binds.value(0).toString().startsWith("[" + firstKey + ","));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestRecordScope)
+#include "tst_recordscope.moc"
