@@ -155,9 +155,13 @@ bool runReadOnly(const QString &sql, const QString &table, const QStringList &re
             return fail(error, QStringLiteral("The statement must return the column %1.").arg(column));
     }
 
+    // The statement is known to be single; a closing semicolon would end the wrapper early.
+    QString body = sql;
+    while (!body.isEmpty() && (body.back().isSpace() || body.back() == u';'))
+        body.chop(1);
     QSqlQuery query(connection.database());
     query.setForwardOnly(true);
-    if (!query.exec(wrapper.arg(sql)))
+    if (!query.exec(wrapper.arg(body)))
         return fail(error, query.lastError().databaseText());
     while (query.next()) {
         QVariantList row;

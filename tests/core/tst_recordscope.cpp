@@ -101,7 +101,7 @@ private Q_SLOTS:
             {Kind::Client, 1, "SELECT * FROM Client WHERE 0", {}, {}, 0},
             {Kind::Client, 2, {}, QString::number(moore), {"moore"}, 1},
             {Kind::Client, 2, {}, "999", {}, 1},
-            {Kind::Volunteer, 1, "SELECT * FROM Volunteer", {}, {"Ames", "Vance"}, 2},
+            {Kind::Volunteer, 1, "SELECT * FROM Volunteer;  ", {}, {"Ames", "Vance"}, 2},
         };
         for (const Case &c : cases) {
             const RecordScope::Selection s = RecordScope::select(c.kind, c.type, {c.kind, c.sql, c.key}, "t");
