@@ -64,6 +64,16 @@ QString pictureFilter()
 
 QString caption(const QLineEdit *box) { return box->property("Caption").toString(); }
 
+// Writes the assignments to the table's one row, adding the row when there is none.
+void updateSingleRow(const QString &table, const QStringList &assignments, const QVariantList &values)
+{
+    if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)).toInt() == 0)
+        basDatabase::Execute(QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table));
+    basDatabase::Execute(QStringLiteral("UPDATE %1 SET %2 WHERE rowid = (SELECT rowid FROM %1 LIMIT 1)")
+                             .arg(table, assignments.join(QStringLiteral(", "))),
+                         values);
+}
+
 } // namespace
 
 frmOptions::frmOptions(frmMain *main) : QDialog(main), m_main(main)
@@ -353,11 +363,7 @@ bool frmOptions::Update()
             values << basDatabase::StorageValue(field, text);
             assignments << column + QStringLiteral(" = ?");
         }
-        if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Organization")).toInt() == 0)
-            basDatabase::Execute(QStringLiteral("INSERT INTO Organization DEFAULT VALUES"));
-        basDatabase::Execute(QStringLiteral("UPDATE Organization SET %1 WHERE rowid = (SELECT rowid FROM Organization LIMIT 1)")
-                                 .arg(assignments.join(QStringLiteral(", "))),
-                             values);
+        updateSingleRow(QStringLiteral("Organization"), assignments, values);
 
         // Options: the nine tab flags and the visit interval.
         values.clear();
@@ -368,11 +374,7 @@ bool frmOptions::Update()
         }
         values << m_spnInterval->value();
         assignments << kInterval + QStringLiteral(" = ?");
-        if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Options")).toInt() == 0)
-            basDatabase::Execute(QStringLiteral("INSERT INTO Options DEFAULT VALUES"));
-        basDatabase::Execute(QStringLiteral("UPDATE Options SET %1 WHERE rowid = (SELECT rowid FROM Options LIMIT 1)")
-                                 .arg(assignments.join(QStringLiteral(", "))),
-                             values);
+        updateSingleRow(QStringLiteral("Options"), assignments, values);
         if (!transaction.commit())
             throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(transaction.error()));
     });
