@@ -242,6 +242,10 @@ void TestMainWindow::toolbarFollowsTheWindows_data()
     QTest::newRow("details, saved client") << "mnuDataClientDetails" << "" << "011001";
     QTest::newRow("details, new client") << "mnuDataClientDetails" << "add" << "001001";
     QTest::newRow("details, typed") << "mnuDataClientDetails" << "type" << "111001";
+    QTest::newRow("details, no client on file") << "mnuDataClientDetails" << "empty" << "001001";
+    QTest::newRow("details, new client from the table") << "mnuDataClientTable" << "details add" << "001001";
+    QTest::newRow("details, new client from the summary") << "mnuDataClientSummary" << "details add" << "001001";
+    QTest::newRow("details, typed, then Add") << "mnuDataClientDetails" << "type add" << "001001";
     QTest::newRow("details, new client typed") << "mnuDataClientDetails" << "add type" << "101001";
     QTest::newRow("details, saved from the toolbar") << "mnuDataClientDetails" << "type Save" << "011001";
     QTest::newRow("summary") << "mnuDataClientSummary" << "" << "011001";
@@ -275,34 +279,41 @@ void TestMainWindow::toolbarFollowsTheWindows()
     const qint64 service = TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), client},
                                                                                 {QStringLiteral("NumberOfBags"), 2}});
     ScriptedPrompts prompts;
+    const QStringList steps = step.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (steps.contains(QLatin1String("empty")))
+        basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
+    if (steps.contains(QLatin1String("details")))
+        action(main, "mnuDataClientDetails")->trigger(); // already open behind the window used
     if (window == QLatin1String("editor"))
-        main.openRecordEditor(RecordKind::FoodService, client, step.contains(QLatin1String("add")) ? QString() : QString::number(service));
+        main.openRecordEditor(RecordKind::FoodService, client, steps.contains(QLatin1String("add")) ? QString() : QString::number(service));
     else if (!window.isEmpty())
         action(main, qPrintable(window))->trigger();
-    MdiChild *child = main.activeChild();
-    QCOMPARE(child != nullptr, !window.isEmpty());
-    if (step.contains(QLatin1String("add")) && window != QLatin1String("editor"))
-        child->findChild<QPushButton *>(QStringLiteral("cmdAdd"))->click();
-    if (step.contains(QLatin1String("choose")))
-        child->showRecord(child->kind() == MdiChild::Kind::Volunteer ? volunteer : client);
-    if (step.contains(QLatin1String("type"))) {
-        QWidget *box = nullptr;
-        if (auto *grid = child->findChild<QTableView *>(); grid && window.startsWith(QLatin1String("mnuToolsTables"))) {
-            grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 2)); // the row for a new entry
-            box = child->findChild<QLineEdit *>(QStringLiteral("txtEditBox"));
-        } else {
-            for (QWidget *w : child->findChildren<QWidget *>())
-                if (w->property("DataField").toString() == QLatin1String(window == QLatin1String("editor") ? "Comments" : "LastName"))
-                    box = w;
+    QCOMPARE(main.activeChild() != nullptr, !window.isEmpty());
+    for (const QString &s : steps) {
+        MdiChild *child = main.activeChild();
+        if (s == QLatin1String("add") && window != QLatin1String("editor")) {
+            auto *add = child->findChild<QPushButton *>(QStringLiteral("cmdClientAdd"));
+            (add ? add : child->findChild<QPushButton *>(QStringLiteral("cmdAdd")))->click();
+        } else if (s == QLatin1String("choose")) {
+            child->showRecord(child->kind() == MdiChild::Kind::Volunteer ? volunteer : client);
+        } else if (s == QLatin1String("type")) {
+            QWidget *box = nullptr;
+            if (auto *grid = child->findChild<QTableView *>(); grid && window.startsWith(QLatin1String("mnuToolsTables"))) {
+                grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 2)); // the row for a new entry
+                box = child->findChild<QLineEdit *>(QStringLiteral("txtEditBox"));
+            } else {
+                for (QWidget *w : child->findChildren<QWidget *>())
+                    if (w->property("DataField").toString() == QLatin1String(window == QLatin1String("editor") ? "Comments" : "LastName"))
+                        box = w;
+            }
+            QVERIFY(box);
+            box->setFocus();
+            QTest::keyClicks(box, QStringLiteral("Zed"));
+        } else if (s == QLatin1String("Save") || s == QLatin1String("Delete")) {
+            // As a user does it: the toolbar's button, answering Yes to the question.
+            prompts.answer(Prompt::Yes);
+            main.toolbarButton(s)->trigger();
         }
-        QVERIFY(box);
-        box->setFocus();
-        QTest::keyClicks(box, QStringLiteral("Zed"));
-    }
-    if (step.contains(QLatin1String("Save")) || step.contains(QLatin1String("Delete"))) {
-        // As a user does it: the toolbar's button, answering Yes to the question.
-        prompts.answer(Prompt::Yes);
-        main.toolbarButton(step.section(QLatin1Char(' '), -1))->trigger();
     }
 
     QString states;
@@ -310,7 +321,7 @@ void TestMainWindow::toolbarFollowsTheWindows()
         states += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
     states += main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
     QCOMPARE(states, expected);
-    if (step == QLatin1String("type Save"))
+    if (step == QLatin1String("type Save") || step == QLatin1String("type add"))
         QCOMPARE(TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = 'OkaforZed'")), 1);
     if (step == QLatin1String("Delete"))
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
