@@ -5,21 +5,18 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QPointer>
 #include <array>
 
-class QAction;
-class QComboBox;
+class DatabaseSession;
 class QLabel;
-class QMenu;
-class QToolBar;
 class RecordEvents;
+class SearchBar;
 class StartPanel;
 class frmHelp;
-namespace SearchQueries { struct Query; }
 
 // The frame window: menus, toolbars, view bar, search bar and status bar around
-// the area in which every other window opens. Owns the open database's path.
+// the area in which every other window opens. It keeps the register of those
+// windows and follows the commands of the active one.
 class frmMain : public QMainWindow, public Workspace
 {
     Q_OBJECT
@@ -42,25 +39,18 @@ public:
     // Start-up: reads the settings and opens the remembered database, or the given file.
     void startUp(const QString &fileToOpen = {});
 
-    QString databasePath() const { return m_databasePath; }
-    const std::array<bool, 9> &optionFlags() const override { return m_optionFlags; }
-    QWidget *frame() override { return this; }
-    void refreshOptionFlags();
-
+    QString databasePath() const;
     // Opens a database file. reportFailure: tell the user when it fails (else quiet).
     bool openDatabaseFile(const QString &path, bool reportFailure);
     bool closeDatabase();
-    // True when a database is open; otherwise says so and returns false.
-    bool requireDatabase();
-
-    void DisplayOrganizationName();
-    bool GetClientFormOpen() const;
-    void AddSearchForItem();
-    void SearchForClient();
-    void SearchForVolunteer();
-    void GetSettings();
-    void SaveSettings();
     QStringList recentFiles() const;
+    // Creates the demo database on first use (with a notice while it is built); its path, or empty after telling why not.
+    QString prepareDemoDatabase();
+
+    const std::array<bool, 9> &optionFlags() const override { return m_optionFlags; }
+    QWidget *frame() override { return this; }
+    void refreshOptionFlags();
+    void DisplayOrganizationName();
 
     QAction *toolbarButton(const QString &key) const;
     QMdiArea *mdiArea() const { return m_mdiArea; }
@@ -70,27 +60,20 @@ public:
     QMdiSubWindow *addChild(MdiChild *child) override;
     void activateChild(MdiChild *child) override;
     void centreChild(QMdiSubWindow *sub) override;
+    RecordEvents *recordEvents() override { return m_recordEvents; }
+    void openRecordEditor(RecordKind editor, const QString &clientId, const QString &recordId) override;
     // The frame's own place on the screen, kept between runs.
     void restoreWindowGeometry();
     void saveWindowGeometry() const;
-    RecordEvents *recordEvents() override { return m_recordEvents; }
-    void openRecordEditor(RecordKind editor, const QString &clientId, const QString &recordId) override;
     // The search bar's hand-off: show this client (or volunteer) in the active window of its kind.
     void showClient(const QString &clientId);
     void showVolunteer(const QString &volunteerId);
-    // Creates the demo database on first use (with a notice while it is built); its path, or empty after telling why not.
-    QString prepareDemoDatabase();
-    frmHelp *helpWindow();
 
 Q_SIGNALS:
     // The search bar hands a record over to the client or volunteer window.
     void recordRequested(MdiChild::Kind kind, const QString &id);
 
 public Q_SLOTS:
-    void mnuFileNew_Click();
-    void openDemoDatabase();
-    void mnuFileOpen_Click();
-    void mnuFileClose_Click();
     void mnuFileSave_Click();
     void mnuFileDelete_Click();
     void mnuFilePrintLabels_Click();
@@ -109,42 +92,33 @@ public Q_SLOTS:
     void mnuHelpContents_Click();
     void mnuHelpIndex_Click();
     void mnuHelpAbout_Click();
-    void cmdSearch_Click();
 
 protected:
     void childClosed(MdiChild *child) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void buildMenus();
-    void buildToolbars();
-    void buildSearchBar();
-    void buildStatusBar();
-    void buildViewBar();
+    // Opens the one window of type T, or brings it forward.
+    template<typename T>
+    void openSingle();
+    bool closeAllWindows();
+    void databaseChanged(const QString &path);
     void updateStartPanel();
-    void runSearch(const SearchQueries::Query &query, MdiChild::Kind kind);
-    QAction *addMenuAction(QMenu *menu, const QString &name, const QString &caption, const QKeySequence &shortcut = {});
     void notAvailableYet();
-    void updateWindowMenu();
+    frmHelp *helpWindow();
     void subWindowActivated(QMdiSubWindow *window);
-    // The toolbar, the search bar and the menus follow the commands of the current window.
+    // The toolbar and the search bar follow the commands of the current window.
     void showCommands(const MdiChild::Commands &commands);
     void childCommandsChanged();
-    void updateSearchButton();
-    void setDatabasePath(const QString &path);
 
     QMdiArea *m_mdiArea = nullptr;
+    DatabaseSession *m_session = nullptr;
     QToolBar *m_toolBar = nullptr;
-    QToolBar *m_searchBar = nullptr;
-    QToolBar *m_viewBar = nullptr;
+    SearchBar *m_searchBar = nullptr;
     StartPanel *m_startPanel = nullptr;
     frmHelp *m_help = nullptr;
     QLabel *m_statusPanel = nullptr;
-    QComboBox *m_cboSearchOn = nullptr;
-    QComboBox *m_cboSearchFor = nullptr;
-    QMenu *m_windowMenu = nullptr;
     RecordEvents *m_recordEvents = nullptr;
-    QString m_databasePath;
     std::array<bool, 9> m_optionFlags{};
     int m_childCount = 0;
 };
