@@ -2,6 +2,7 @@
 
 #include "DataBinding.h"
 #include "GridModel.h"
+#include "LookupTables.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "SqlText.h"
@@ -558,28 +559,23 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
 
 void frmClientDetails::fillCombos()
 {
-    const struct
-    {
-        const char *field;
-        const char *table;
-        const char *key;
-        const char *display;
-    } combos[] = {
-        {"State", "States", "StateID", "StateCode"},
-        {"ZipCode", "ZipCode", "ZipCodeID", "ZipCode"},
-        {"MaritalStatusID", "MaritalStatus", "MaritalStatusID", "MaritalStatusDescription"},
-        {"Gender", "Gender", "GenderID", "GenderCode"},
-        {"EthnicOriginID", "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription"},
-        {"EducationLevelID", "EducationLevel", "EducationLevelID", "EducationLevelDescription"},
-        {"HousingID", "Housing", "HousingID", "HousingDescription"},
-        {"ReligiousPreferenceID", "ReligiousPreference", "ReligiousPreferenceID", "ReligiousPreferenceDescription"},
-        {"OtherAssistanceID", "OtherAssistance", "OtherAssistanceID", "OtherAssistanceDescription"},
-        {"EmployerState", "States", "StateID", "StateCode"},
-        {"EmployerZip", "ZipCode", "ZipCodeID", "ZipCode"},
+    auto fill = [this](const QString &field, const QString &table, const QString &key, const QString &display) {
+        if (auto *combo = qobject_cast<QComboBox *>(control(field)))
+            basTendmark::PopulateDataCombo(combo, table, key, display);
     };
-    for (const auto &c : combos)
-        if (auto *combo = qobject_cast<QComboBox *>(control(QString::fromLatin1(c.field))))
-            basTendmark::PopulateDataCombo(combo, QString::fromLatin1(c.table), QString::fromLatin1(c.key), QString::fromLatin1(c.display));
+    for (const char *field : {"State", "EmployerState"})
+        fill(QLatin1String(field), QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
+    fill(QStringLiteral("Gender"), QStringLiteral("Gender"), QStringLiteral("GenderID"), QStringLiteral("GenderCode"));
+    auto fillLookup = [&fill](const QString &field, const LookupTables::LookupTable &t) {
+        fill(field, t.name(), QLatin1String(t.keyColumn), QLatin1String(t.descriptionColumn));
+    };
+    if (const LookupTables::LookupTable *zip = LookupTables::byName(QStringLiteral("ZipCode")))
+        for (const char *field : {"ZipCode", "EmployerZip"})
+            fillLookup(QLatin1String(field), *zip);
+    for (const LookupTables::LookupTable &t : LookupTables::all())
+        for (const LookupTables::Reference &r : t.references)
+            if (QLatin1String(r.table) == QLatin1String("Client"))
+                fillLookup(QLatin1String(r.column), t);
 }
 
 // ---------------------------------------------------------------- display

@@ -5,6 +5,7 @@
 #include "DemoDatabase.h"
 #include "MdiChild.h"
 #include "Prompt.h"
+#include "LookupTables.h"
 #include "Schema.h"
 #include "SearchQueries.h"
 #include "StartPanel.h"
@@ -49,25 +50,6 @@ const QString kDatabaseFilter = QStringLiteral("Database Files (*.%1)").arg(QLat
 constexpr int kRecentFilesKept = 6;
 
 } // namespace
-
-const std::array<frmMain::LookupTable, 12> &frmMain::lookupTables()
-{
-    static const std::array<LookupTable, 12> tables = {{
-        {"mnuToolsTablesEducationLevel", "Education Level", "EducationLevel", "EducationLevelID", "^ID,800|^Education Level,5200", "&Education Level"},
-        {"mnuToolsTablesEthnicOrigin", "Ethnic Origin", "EthnicOrigin", "EthnicOriginID", "^ID,800|^Ethnic Origin,5200", "E&thnic Origin"},
-        {"mnuToolsTablesExpenseCategories", "Expense Categories", "ExpenseCategories", "ExpenseCategoryID", "^ID,800|^Expense Categories,5200", "E&xpense Categories"},
-        {"mnuToolsTablesFoodServiceTypes", "Food Service Types", "FoodServiceTypes", "FoodServiceTypeID", "^ID,800|^Food Service Types,5200", "&Food Service Types"},
-        {"mnuToolsTablesHousing", "Housing", "Housing", "HousingID", "^ID,800|^Housing,5200", "&Housing"},
-        {"mnuToolsTablesIncomeSources", "Income Sources", "IncomeSources", "IncomeSourceID", ">ID,800|^Income Sources,5200", "&Income Sources"},
-        {"mnuToolsTablesMaritalStatus", "Marital Status", "MaritalStatus", "MaritalStatusID", "^ID,800|^Marital Status,5200", "&Marital Status"},
-        {"mnuToolsTablesOtherAssistance", "Other Assistance", "OtherAssistance", "OtherAssistanceID", "^ID,800|^Other Types of Assistance,5200", "&Other Assistance"},
-        {"mnuToolsTablesPaymentTypes", "Payment Types", "PaymentTypes", "PaymentTypeID", "^ID,800|^Payment Types,5200", "&Payment Types"},
-        {"mnuToolsTablesRelationships", "Family Relationships", "Relationships", "RelationshipID", "^ID,800|^Relationship,5000", "Family &Relationships"},
-        {"mnuToolsTablesReligiousPreference", "Religious Preference", "ReligiousPreference", "ReligiousPreferenceID", "^ID,800|^Religious Preference,5200", "Re&ligious Preference"},
-        {"mnuToolsTablesZipCodes", "Zip Codes", "ZipCode", "ZipCodeID", "^ID,800|^Zip Code,1100|<City,3000|^State,1100", "&Zip Codes"},
-    }};
-    return tables;
-}
 
 frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
 {
@@ -307,8 +289,8 @@ void frmMain::buildMenus()
     tools->setObjectName(QStringLiteral("mnuTools"));
     QMenu *tables = tools->addMenu(QStringLiteral("&Tables"));
     tables->menuAction()->setObjectName(QStringLiteral("mnuToolsTables"));
-    for (int i = 0; i < int(lookupTables().size()); ++i) {
-        const LookupTable &t = lookupTables()[i];
+    for (int i = 0; i < int(LookupTables::all().size()); ++i) {
+        const LookupTables::LookupTable &t = LookupTables::all()[i];
         connect(addMenuAction(tables, QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption)), &QAction::triggered,
                 this, [this, i] { openLookupTable(i); });
     }
@@ -944,10 +926,10 @@ void frmMain::mnuToolsOptions_Click()
 
 void frmMain::openLookupTable(int index)
 {
-    if (!requireDatabase() || index < 0 || index >= int(lookupTables().size()))
+    if (!requireDatabase() || index < 0 || index >= int(LookupTables::all().size()))
         return;
-    const LookupTable &t = lookupTables()[index];
-    const QString table = QString::fromLatin1(t.table);
+    const LookupTables::LookupTable &t = LookupTables::all()[index];
+    const QString table = t.name();
     for (QMdiSubWindow *sub : m_mdiArea->subWindowList()) {
         if (auto *open = qobject_cast<frmTableGrid *>(sub->widget()); open && open->TableName() == table) {
             activateChild(open);

@@ -25,17 +25,6 @@ class frmMain : public QMainWindow, public Workspace
     Q_OBJECT
 
 public:
-    struct LookupTable
-    {
-        const char *menuName;
-        const char *caption;
-        const char *table;
-        const char *keyColumn;
-        const char *columnSpec;
-        const char *menuCaption;   // the caption with its access key
-    };
-    static const std::array<LookupTable, 12> &lookupTables();
-
     explicit frmMain(QWidget *parent = nullptr);
     ~frmMain() override;
 

@@ -2,6 +2,7 @@
 
 #include "DataBinding.h"
 #include "GridModel.h"
+#include "LookupTables.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "SqlText.h"
@@ -31,32 +32,6 @@ constexpr int kRowMarkRole = Qt::UserRole + 1;
 constexpr int kFirstEditColumn = 2;
 const QString kZipCodeTable = QStringLiteral("ZipCode");
 constexpr int kZipStateColumn = 4;
-
-struct Reference
-{
-    const char *table;
-    const char *column;
-};
-
-// The rows that refer to an item of each lookup table. Zip codes are copied into
-// the records as text, so nothing refers to them.
-QList<Reference> referencesTo(const QString &lookupTable)
-{
-    static const QHash<QString, QList<Reference>> references = {
-        {QStringLiteral("EducationLevel"), {{"Client", "EducationLevelID"}, {"Family", "EducationLevelID"}}},
-        {QStringLiteral("EthnicOrigin"), {{"Client", "EthnicOriginID"}, {"Family", "EthnicOriginID"}}},
-        {QStringLiteral("ExpenseCategories"), {{"Expenses", "ExpenseCategoryID"}}},
-        {QStringLiteral("FoodServiceTypes"), {{"FoodService", "FoodServiceTypeID"}}},
-        {QStringLiteral("Housing"), {{"Client", "HousingID"}}},
-        {QStringLiteral("IncomeSources"), {{"Income", "IncomeSourceID"}}},
-        {QStringLiteral("MaritalStatus"), {{"Client", "MaritalStatusID"}}},
-        {QStringLiteral("OtherAssistance"), {{"Client", "OtherAssistanceID"}}},
-        {QStringLiteral("PaymentTypes"), {{"Payments", "PaymentsTypeID"}}},
-        {QStringLiteral("Relationships"), {{"Family", "RelationshipID"}}},
-        {QStringLiteral("ReligiousPreference"), {{"Client", "ReligiousPreferenceID"}}},
-    };
-    return references.value(lookupTable);
-}
 
 } // namespace
 
@@ -532,12 +507,8 @@ bool frmTableGrid::TableInUse(const QString &key, bool &inUse)
 {
     inUse = false;
     return basErrorHandler::Guard(QStringLiteral("frmTableGrid.TableInUse"), [&] {
-        for (const Reference &r : referencesTo(m_tableName)) {
-            const QString sql = QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ? LIMIT 1")
-                                    .arg(SqlText::id(QString::fromLatin1(r.table)), SqlText::id(QString::fromLatin1(r.column)));
-            if (basDatabase::Execute(sql, {key.toLongLong()}).next())
-                inUse = true;
-        }
+        if (const LookupTables::LookupTable *table = LookupTables::byName(m_tableName))
+            inUse = LookupTables::inUse(*table, key.toLongLong());
     });
 }
 
