@@ -683,9 +683,20 @@ void frmClientDetails::FlagTabs()
 
 void frmClientDetails::ShowTabs()
 {
-    const auto &flags = workspace()->optionFlags();
-    for (int i = 0; i < tabData->count(); ++i)
-        tabData->setTabVisible(i, flags[size_t(i)]);
+    const OptionFlags &flags = workspace()->optionFlags();
+    const std::pair<Tab, bool OptionFlags::*> shown[] = {
+        {NotesTab, &OptionFlags::showNotesTab},
+        {EmployerTab, &OptionFlags::showEmployerTab},
+        {FamilyTab, &OptionFlags::showFamilyMembersTab},
+        {FoodServiceTab, &OptionFlags::showFoodServiceTab},
+        {PaymentTab, &OptionFlags::showPaymentHistoryTab},
+        {IncomeExpensesTab, &OptionFlags::showIncomeExpensesTab},
+        {HealthTab, &OptionFlags::showHealthMedicalTab},
+        {FEMATab, &OptionFlags::showFEMATab},
+        {FormerAddressTab, &OptionFlags::showFormerAddressTab},
+    };
+    for (const auto &[tab, member] : shown)
+        tabData->setTabVisible(tab, flags.*member);
 }
 
 void frmClientDetails::updateToolbar()

@@ -4,6 +4,7 @@
 #include "DataBinding.h"
 #include "DemoDatabase.h"
 #include "MdiChild.h"
+#include "OptionsStore.h"
 #include "Prompt.h"
 #include "LookupTables.h"
 #include "Schema.h"
@@ -57,7 +58,6 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     setWindowTitle(QStringLiteral("TendMark"));
     AppIcons::useIconTheme();
     setWindowIcon(AppIcons::application());
-    m_optionFlags.fill(true);
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setObjectName(QStringLiteral("mdiArea"));
     m_mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -458,7 +458,11 @@ bool frmMain::closeDatabase()
     return true;
 }
 
-void frmMain::refreshOptionFlags() { basDatabase::GetDatabaseOptions(m_optionFlags); }
+void frmMain::refreshOptionFlags()
+{
+    m_optionFlags = {};
+    basErrorHandler::Guard(QStringLiteral("frmMain.refreshOptionFlags"), [&] { m_optionFlags = OptionsStore::readOptions().flags; });
+}
 
 bool frmMain::requireDatabase()
 {
@@ -470,9 +474,9 @@ bool frmMain::requireDatabase()
 
 void frmMain::DisplayOrganizationName()
 {
-    std::array<QString, 7> org;
-    basDatabase::GetOrganizationNameAddress(org);
-    setWindowTitle(org[0].isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + org[0]);
+    QString name;
+    basErrorHandler::Guard(QStringLiteral("frmMain.DisplayOrganizationName"), [&] { name = OptionsStore::readOrganization().name; });
+    setWindowTitle(name.isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + name);
 }
 
 void frmMain::EnableSearchBar(bool enabled)

@@ -6,7 +6,6 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
-#include <array>
 #include <optional>
 
 class QAction;
@@ -32,7 +31,7 @@ public:
     void startUp(const QString &fileToOpen = {});
 
     QString databasePath() const { return m_databasePath; }
-    const std::array<bool, 9> &optionFlags() const override { return m_optionFlags; }
+    const OptionFlags &optionFlags() const override { return m_optionFlags; }
     QWidget *frame() override { return this; }
     void refreshOptionFlags();
 
@@ -134,6 +133,6 @@ private:
     QComboBox *m_cboSearchFor = nullptr;
     QMenu *m_windowMenu = nullptr;
     QString m_databasePath;
-    std::array<bool, 9> m_optionFlags{};
+    OptionFlags m_optionFlags;
     int m_childCount = 0;
 };

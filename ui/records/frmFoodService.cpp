@@ -1,8 +1,10 @@
 #include "frmFoodService.h"
 
 #include "DataBinding.h"
+#include "OptionsStore.h"
 #include "Prompt.h"
 #include "basDatabase.h"
+#include "basErrorHandler.h"
 #include "basTendmark.h"
 
 #include <QComboBox>
@@ -56,7 +58,9 @@ bool frmFoodService::checkField(QWidget *control, const QString &column, const Q
 // A second visit within the organisation's interval asks before it is saved.
 bool frmFoodService::confirmCommit()
 {
-    const int interval = basDatabase::GetFoodVisitIntervalDays();
+    int interval = 0;
+    basErrorHandler::Guard(QStringLiteral("frmFoodService.confirmCommit"),
+                           [&] { interval = OptionsStore::readOptions().foodVisitIntervalDays; });
     if (interval <= 0 || madoPrimaryRS.editMode() != Recordset::EditMode::Adding)
         return true;
     const QDate date = QDate::fromString(madoPrimaryRS.value(QStringLiteral("FoodServiceDate")).toString(), Qt::ISODate);
