@@ -9,6 +9,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -33,7 +34,6 @@
 
 namespace {
 
-const QString kDefaultSql = QStringLiteral("SELECT * FROM Client ORDER BY LastName");
 const QString kCaption = QStringLiteral("Client Details");
 const QString kPhoneMask = QStringLiteral("(999) 999-9999");
 const QString kDuplicateTail = QStringLiteral(
@@ -102,7 +102,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId) : M
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(kCaption);
-    m_sql = kDefaultSql;
+    m_sql = RecordQueries::allClientsByLastName();
     m_rs = new Recordset(this);
     buildForm();
     m_loading = true;
@@ -649,9 +649,9 @@ void frmClientDetails::PopulateGrids()
 {
     for (SubGrid &g : m_grids) {
         if (m_clientId.isEmpty())
-            basTendmark::PopulateDataGrid(g.grid, {});
+            basTendmark::PopulateDataGrid(g.grid, Query{});
         else
-            basTendmark::PopulateDataGrid(g.grid, g.sql, {m_clientId.toLongLong()});
+            basTendmark::PopulateDataGrid(g.grid, {g.sql, {m_clientId.toLongLong()}, {}});
         g.grid->selectionModel()->clear();
     }
     for (auto it = m_gridButtons.constBegin(); it != m_gridButtons.constEnd(); ++it)
@@ -1022,7 +1022,7 @@ bool frmClientDetails::queryUnload() { return askToSave(); }
 
 void frmClientDetails::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? kDefaultSql : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
     setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
 }
 

@@ -54,14 +54,14 @@ void FormatDataGrid(QTableView *grid)
     grid->setUpdatesEnabled(true);
 }
 
-void PopulateDataGrid(QTableView *grid, const QString &sql, const QVariantList &binds, const QString &countSql)
+void PopulateDataGrid(QTableView *grid, const Query &query)
 {
     GridModel *model = Model(grid);
-    if (sql.isEmpty()) {
+    if (query.sql.isEmpty()) {
         model->clear();
         return;
     }
-    model->setQuery(sql, binds, countSql);
+    model->setQuery(query);
 }
 
 void RemoveGridRow(QTableView *grid, int row) { Model(grid)->removeDataRow(row); }

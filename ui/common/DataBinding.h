@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FieldInfo.h"
+#include "Query.h"
 
 #include <QList>
 #include <QString>
@@ -24,7 +25,8 @@ inline int TwipsToPixels(int twips) { return twips / kTwipsPerPixel; }
 
 GridModel *Model(QTableView *grid);                       // the grid's model, created on first use
 void FormatDataGrid(QTableView *grid);
-void PopulateDataGrid(QTableView *grid, const QString &sql, const QVariantList &binds = {}, const QString &countSql = {});
+// Shows the query's rows; an empty query leaves the grid with its one blank row.
+void PopulateDataGrid(QTableView *grid, const Query &query);
 void RemoveGridRow(QTableView *grid, int row);
 void SelectRow(QTableView *grid, int row);
 qint64 GridRowKey(QTableView *grid, int row);             // the key behind a row; 0 for the blank row

@@ -145,7 +145,7 @@ void frmSelect::FormatGrid(const QStringList &fieldNames)
 
 void frmSelect::PopulateGrid(const QString &sql, const QVariantList &binds, const QString &countSql)
 {
-    basTendmark::PopulateDataGrid(m_grdData, sql, binds, countSql);
+    basTendmark::PopulateDataGrid(m_grdData, {sql, binds, countSql});
     if (basTendmark::Model(m_grdData)->dataRowCount() > 0)
         basTendmark::SelectRow(m_grdData, 0);
     updateOkButton();

@@ -3,6 +3,7 @@
 #include "DataBinding.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QDate>
@@ -18,7 +19,7 @@ frmFamilyMember::frmFamilyMember(Workspace *main, QWidget *parent) : RecordEdito
     setWindowTitle(QStringLiteral("Family Member"));
 }
 
-QString frmFamilyMember::query() const { return QStringLiteral("SELECT * FROM Family WHERE ClientID = ? ORDER BY FamilyMemberID"); }
+QString frmFamilyMember::query() const { return RecordQueries::familyMembers(); }
 
 void frmFamilyMember::buildFields()
 {

@@ -6,6 +6,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -21,7 +22,7 @@ frmFoodService::frmFoodService(Workspace *main, QWidget *parent) : RecordEditor(
 
 QString frmFoodService::query() const
 {
-    return QStringLiteral("SELECT * FROM FoodService WHERE ClientID = ? ORDER BY FoodServiceDate, FoodServiceID");
+    return RecordQueries::foodServices();
 }
 
 void frmFoodService::buildFields()
@@ -66,11 +67,7 @@ bool frmFoodService::confirmCommit()
     const QDate date = QDate::fromString(madoPrimaryRS.value(QStringLiteral("FoodServiceDate")).toString(), Qt::ISODate);
     if (!date.isValid())
         return true;
-    const QDate last = QDate::fromString(
-        basDatabase::ScalarValue(QStringLiteral("SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ? AND FoodServiceDate <= ?"),
-                                 {ClientID().toLongLong(), date.toString(Qt::ISODate)})
-            .toString(),
-        Qt::ISODate);
+    const QDate last = RecordQueries::lastFoodService(ClientID().toLongLong(), date);
     if (!last.isValid())
         return true;
     const qint64 days = last.daysTo(date);

@@ -2,6 +2,7 @@
 
 #include "DataBinding.h"
 #include "Money.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -24,7 +25,7 @@ QString frmIncomeExpense::typeColumn() const
 
 QString frmIncomeExpense::query() const
 {
-    return QStringLiteral("SELECT * FROM %1 WHERE ClientID = ? ORDER BY %2, %3").arg(tableName(), typeColumn(), keyColumn());
+    return RecordQueries::incomeOrExpenses(isIncome());
 }
 
 void frmIncomeExpense::buildFields()

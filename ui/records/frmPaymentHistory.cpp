@@ -2,6 +2,7 @@
 
 #include "DataBinding.h"
 #include "Money.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -17,7 +18,7 @@ frmPaymentHistory::frmPaymentHistory(Workspace *main, QWidget *parent) : RecordE
 
 QString frmPaymentHistory::query() const
 {
-    return QStringLiteral("SELECT * FROM Payments WHERE ClientID = ? ORDER BY PaymentDate, PaymentID");
+    return RecordQueries::payments();
 }
 
 void frmPaymentHistory::buildFields()
