@@ -56,6 +56,35 @@ const LookupTable *referencedBy(const QString &table, const QString &column)
     return nullptr;
 }
 
+Query items(const LookupTable &table, const QStringList &columns)
+{
+    QStringList select{SqlText::id(QLatin1String(table.keyColumn))};
+    for (const QString &column : columns)
+        select << SqlText::id(column);
+    return {QStringLiteral("SELECT %1 FROM %2 ORDER BY %3")
+                .arg(select.join(QStringLiteral(", ")), SqlText::id(table.name()), select.first()),
+            {},
+            {}};
+}
+
+QString allRows(const LookupTable &table)
+{
+    return QStringLiteral("SELECT * FROM %1 ORDER BY %2").arg(SqlText::id(table.name()), SqlText::id(QLatin1String(table.keyColumn)));
+}
+
+bool exists(const LookupTable &table, qint64 key)
+{
+    const QString sql = QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ?").arg(SqlText::id(table.name()), SqlText::id(QLatin1String(table.keyColumn)));
+    return basDatabase::Execute(sql, {key}).next();
+}
+
+Query choices(const QString &table, const QString &keyColumn, const QString &displayColumn)
+{
+    return {QStringLiteral("SELECT %1, %2 FROM %3 ORDER BY %1").arg(SqlText::id(keyColumn), SqlText::id(displayColumn), SqlText::id(table)),
+            {},
+            {}};
+}
+
 bool inUse(const LookupTable &table, qint64 key)
 {
     for (const Reference &r : table.references) {

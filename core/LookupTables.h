@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Query.h"
+
 #include <QList>
 #include <QString>
 
@@ -36,6 +38,14 @@ const LookupTable *byName(const QString &table);
 // The lookup table whose key the given column of a record table holds, or nullptr.
 const LookupTable *referencedBy(const QString &table, const QString &column);
 
+// The key and the given columns of every item, by key: what the lookup editor shows.
+Query items(const LookupTable &table, const QStringList &columns);
+// Every column of every item, by key: the lookup editor's recordset when it saves.
+QString allRows(const LookupTable &table);
+// True when the item is still in the table; throws TmError.
+bool exists(const LookupTable &table, qint64 key);
+// A drop-down's choices from any small table: key and shown text, by key.
+Query choices(const QString &table, const QString &keyColumn, const QString &displayColumn);
 // True when any record refers to the item with that key; throws TmError when the database cannot say.
 bool inUse(const LookupTable &table, qint64 key);
 

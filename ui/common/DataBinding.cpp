@@ -1,6 +1,7 @@
 #include "DataBinding.h"
 
 #include "GridModel.h"
+#include "LookupTables.h"
 #include "Recordset.h"
 #include "TmError.h"
 #include "basDatabase.h"
@@ -84,7 +85,8 @@ QString GridText(QTableView *grid, int row, int column) { return Model(grid)->te
 
 void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &keyColumn, const QString &displayColumn)
 {
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT \"%1\", \"%2\" FROM \"%3\" ORDER BY \"%1\"").arg(keyColumn, displayColumn, table));
+    const Query choices = LookupTables::choices(table, keyColumn, displayColumn);
+    QSqlQuery q = basDatabase::Execute(choices.sql, choices.binds);
     const QSignalBlocker block(combo);
     combo->clear();
     while (q.next())

@@ -940,8 +940,7 @@ void frmMain::openLookupTable(int index)
             return;
         }
     }
-    addChild(new frmTableGrid(this, table, QString::fromLatin1(t.keyColumn), QString::fromLatin1(t.caption),
-                              QString::fromLatin1(t.columnSpec)));
+    addChild(new frmTableGrid(this, t));
 }
 
 void frmMain::openReport(const QString &)
