@@ -7,6 +7,25 @@
 
 namespace QueryPages {
 
+namespace {
+
+QString readableValue(const QString &fieldName)
+{
+    const QString c = SqlText::id(fieldName);
+    if (fieldName == QLatin1String("SocialSecurityNumber"))
+        return SqlText::ssn(c);
+    if (fieldName == QLatin1String("HomePhone") || fieldName == QLatin1String("MobilePhone")
+        || fieldName == QLatin1String("WorkPhone") || fieldName == QLatin1String("EmergencyContactPhone"))
+        return SqlText::phone(c);
+    if (fieldName == QLatin1String("Address") || fieldName == QLatin1String("EmployerAddress") || fieldName == QLatin1String("Comments"))
+        return QStringLiteral("REPLACE(REPLACE(%1, char(13), ' '), char(10), ' ')").arg(c);
+    if (fieldName == QLatin1String("BirthDate"))
+        return SqlText::date(c);
+    return c;
+}
+
+} // namespace
+
 int count(const Query &query)
 {
     const QString from = query.countSql.isEmpty() ? query.sql : query.countSql;
@@ -59,6 +78,18 @@ QList<qint64> keys(const Query &query)
     QList<qint64> result;
     while (q.next())
         result << q.value(0).toLongLong();
+    return result;
+}
+
+Query readable(const Query &query, const QStringList &fieldNames)
+{
+    if (fieldNames.isEmpty())
+        return query;
+    QStringList shown{SqlText::id(fieldNames.first())};
+    for (const QString &name : fieldNames.mid(1))
+        shown << readableValue(name) + QStringLiteral(" AS ") + SqlText::id(name);
+    Query result = query;
+    result.sql = QStringLiteral("SELECT %1 FROM (%2)").arg(shown.join(QStringLiteral(", ")), query.sql);
     return result;
 }
 

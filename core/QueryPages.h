@@ -18,4 +18,8 @@ Query sorted(const Query &query, const QString &field, bool ascending);
 QList<QVariantList> page(const Query &query, int first, int rows);
 QList<qint64> keys(const Query &query);         // the first field of every row, in order
 
+// The query with each field after the key shown the way people read it (SSN, phones, dates, one-line
+// addresses), under its own name; the key stays as it is.
+Query readable(const Query &query, const QStringList &fieldNames);
+
 } // namespace QueryPages
