@@ -52,6 +52,17 @@ QString incomeOrExpenses(bool income)
                   : QStringLiteral("SELECT * FROM Expenses WHERE ClientID = ? ORDER BY ExpenseCategoryID, ExpenseItemID");
 }
 
+Household household(qint64 clientId)
+{
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT (SELECT COUNT(*) FROM Family WHERE ClientID = ?) + 1, "
+                                                      "(SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ?)"),
+                                       {clientId, clientId});
+    Household household;
+    if (q.next())
+        household = {q.value(0).toInt(), QDate::fromString(q.value(1).toString(), Qt::ISODate)};
+    return household;
+}
+
 QDate lastFoodService(qint64 clientId, const QDate &onOrBefore)
 {
     const QVariant last = basDatabase::ScalarValue(

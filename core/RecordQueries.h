@@ -23,6 +23,13 @@ QString foodServices();
 QString payments();
 QString incomeOrExpenses(bool income);
 
+struct Household
+{
+    int members = 1;          // the client and the family members
+    QDate lastFoodService;    // null when there is none
+};
+Household household(qint64 clientId);     // throws TmError
+
 // The client's latest food service on or before the date; null when there is none. Throws TmError.
 QDate lastFoodService(qint64 clientId, const QDate &onOrBefore);
 

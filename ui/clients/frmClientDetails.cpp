@@ -636,13 +636,9 @@ void frmClientDetails::showHousehold()
     const QString last = m_rs->value(QStringLiteral("LastName")).toString();
     lblClientName->setText(basClient::DeleteName(last, m_rs->value(QStringLiteral("FirstName")).toString(),
                                                  m_rs->value(QStringLiteral("MiddleInitial")).toString(), false).trimmed());
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT (SELECT COUNT(*) FROM Family WHERE ClientID = ?) + 1, "
-                                                      "(SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ?)"),
-                                       {m_clientId.toLongLong(), m_clientId.toLongLong()});
-    if (!q.next())
-        return;
-    const QString last_visit = q.isNull(1) ? QStringLiteral("none") : basTendmark::FormatIsoDate(q.value(1).toString());
-    lblHousehold->setText(QStringLiteral("Household: %1   Last food service: %2").arg(q.value(0).toInt()).arg(last_visit));
+    const RecordQueries::Household household = RecordQueries::household(m_clientId.toLongLong());
+    const QString lastVisit = household.lastFoodService.isNull() ? QStringLiteral("none") : basTendmark::FormatDate(household.lastFoodService);
+    lblHousehold->setText(QStringLiteral("Household: %1   Last food service: %2").arg(household.members).arg(lastVisit));
 }
 
 void frmClientDetails::PopulateGrids()
