@@ -4,6 +4,8 @@
 #include "Transaction.h"
 #include "basDatabase.h"
 
+#include <optional>
+
 namespace OptionsStore {
 
 namespace {
@@ -12,12 +14,13 @@ const QString kOptions = QStringLiteral("Options");
 const QString kOrganization = QStringLiteral("Organization");
 const QString kInterval = QStringLiteral("FoodVisitIntervalDays");
 
-// The table's one row, or an invalid query position when there is none.
-QSqlQuery firstRow(const QString &table, bool *found)
+// The table's one row; none when no database is open or the table is empty.
+std::optional<QSqlQuery> firstRow(const QString &table)
 {
+    if (!basDatabase::IsOpen())
+        return std::nullopt;
     QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM %1 LIMIT 1").arg(table));
-    *found = q.next();
-    return q;
+    return q.next() ? std::optional<QSqlQuery>(q) : std::nullopt;
 }
 
 // Writes the assignments to the table's one row, adding the row when there is none.
@@ -62,28 +65,20 @@ const QList<OrganizationColumn> &organizationColumns()
 DatabaseOptions readOptions()
 {
     DatabaseOptions options;
-    if (!basDatabase::IsOpen())
-        return options;
-    bool found = false;
-    QSqlQuery q = firstRow(kOptions, &found);
-    if (!found)
-        return options;
-    for (const FlagColumn &c : flagColumns())
-        options.flags.*c.member = q.value(QLatin1String(c.column)).toInt() != 0;
-    options.foodVisitIntervalDays = q.value(kInterval).toInt();
+    if (const std::optional<QSqlQuery> q = firstRow(kOptions)) {
+        for (const FlagColumn &c : flagColumns())
+            options.flags.*c.member = q->value(QLatin1String(c.column)).toInt() != 0;
+        options.foodVisitIntervalDays = q->value(kInterval).toInt();
+    }
     return options;
 }
 
 Organization readOrganization()
 {
     Organization organization;
-    if (!basDatabase::IsOpen())
-        return organization;
-    bool found = false;
-    QSqlQuery q = firstRow(kOrganization, &found);
-    if (found)
+    if (const std::optional<QSqlQuery> q = firstRow(kOrganization))
         for (const OrganizationColumn &c : organizationColumns())
-            organization.*c.member = q.value(QLatin1String(c.column)).toString();
+            organization.*c.member = q->value(QLatin1String(c.column)).toString();
     return organization;
 }
 
