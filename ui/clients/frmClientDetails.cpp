@@ -2,7 +2,6 @@
 
 #include "DataBinding.h"
 #include "GridModel.h"
-#include "LookupTables.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "SqlText.h"
@@ -566,16 +565,10 @@ void frmClientDetails::fillCombos()
     for (const char *field : {"State", "EmployerState"})
         fill(QLatin1String(field), QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
     fill(QStringLiteral("Gender"), QStringLiteral("Gender"), QStringLiteral("GenderID"), QStringLiteral("GenderCode"));
-    auto fillLookup = [&fill](const QString &field, const LookupTables::LookupTable &t) {
-        fill(field, t.name(), QLatin1String(t.keyColumn), QLatin1String(t.descriptionColumn));
-    };
-    if (const LookupTables::LookupTable *zip = LookupTables::byName(QStringLiteral("ZipCode")))
-        for (const char *field : {"ZipCode", "EmployerZip"})
-            fillLookup(QLatin1String(field), *zip);
-    for (const LookupTables::LookupTable &t : LookupTables::all())
-        for (const LookupTables::Reference &r : t.references)
-            if (QLatin1String(r.table) == QLatin1String("Client"))
-                fillLookup(QLatin1String(r.column), t);
+    for (const char *field : {"ZipCode", "EmployerZip"})
+        if (auto *combo = qobject_cast<QComboBox *>(control(QLatin1String(field))))
+            basTendmark::PopulateZipCombo(combo);
+    basTendmark::PopulateLookupCombos(m_controls, QStringLiteral("Client"));
 }
 
 // ---------------------------------------------------------------- display

@@ -94,6 +94,20 @@ void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &ke
     combo->setCurrentIndex(-1);
 }
 
+void PopulateLookupCombos(const QList<QWidget *> &controls, const QString &table)
+{
+    for (QWidget *control : controls)
+        if (auto *combo = qobject_cast<QComboBox *>(control))
+            if (const LookupTables::LookupTable *t = LookupTables::referencedBy(table, DataField(combo)))
+                PopulateDataCombo(combo, t->name(), QLatin1String(t->keyColumn), QLatin1String(t->descriptionColumn));
+}
+
+void PopulateZipCombo(QComboBox *combo)
+{
+    if (const LookupTables::LookupTable *t = LookupTables::byName(QStringLiteral("ZipCode")))
+        PopulateDataCombo(combo, t->name(), QLatin1String(t->keyColumn), QLatin1String(t->descriptionColumn));
+}
+
 int GetComboItemIndex(QComboBox *combo, const FieldInfo &field, const QString &value)
 {
     if (value.isEmpty())

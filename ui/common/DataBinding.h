@@ -33,6 +33,10 @@ qint64 GridRowKey(QTableView *grid, int row);             // the key behind a ro
 QString GridText(QTableView *grid, int row, int column);
 
 void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &keyColumn, const QString &displayColumn);
+// Fills each drop-down among the controls whose column of the table refers to a lookup table.
+void PopulateLookupCombos(const QList<QWidget *> &controls, const QString &table);
+// Fills a drop-down with the zip codes.
+void PopulateZipCombo(QComboBox *combo);
 int GetComboItemIndex(QComboBox *combo, const FieldInfo &field, const QString &value);
 
 QString DataField(const QWidget *control);

@@ -42,13 +42,6 @@ void frmFoodService::buildFields()
     fieldGrid()->setColumnStretch(1, 1);
 }
 
-void frmFoodService::populateCombos()
-{
-    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("FoodServiceTypeID"))),
-                                   QStringLiteral("FoodServiceTypes"), QStringLiteral("FoodServiceTypeID"),
-                                   QStringLiteral("FoodServiceTypeDescription"));
-}
-
 bool frmFoodService::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
 {
     if (column == QLatin1String("NumberOfBags") && value.toInt() == 0)

@@ -41,17 +41,6 @@ void frmIncomeExpense::buildFields()
     fieldGrid()->setColumnStretch(1, 1);
 }
 
-void frmIncomeExpense::populateCombos()
-{
-    auto *list = qobject_cast<QComboBox *>(boundControl(typeColumn()));
-    if (isIncome())
-        basTendmark::PopulateDataCombo(list, QStringLiteral("IncomeSources"), QStringLiteral("IncomeSourceID"),
-                                       QStringLiteral("IncomeSourceDescription"));
-    else
-        basTendmark::PopulateDataCombo(list, QStringLiteral("ExpenseCategories"), QStringLiteral("ExpenseCategoryID"),
-                                       QStringLiteral("ExpenseCategoryDescription"));
-}
-
 bool frmIncomeExpense::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
 {
     if (column == QLatin1String("Amount") && !value.isEmpty()) {

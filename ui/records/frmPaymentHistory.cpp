@@ -42,13 +42,6 @@ void frmPaymentHistory::buildFields()
     fieldGrid()->setColumnStretch(1, 1);
 }
 
-void frmPaymentHistory::populateCombos()
-{
-    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("PaymentsTypeID"))),
-                                   QStringLiteral("PaymentTypes"), QStringLiteral("PaymentTypeID"),
-                                   QStringLiteral("PaymentTypeDescription"));
-}
-
 bool frmPaymentHistory::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
 {
     if ((column == QLatin1String("AmountRequested") || column == QLatin1String("AmountPaid")) && !value.isEmpty()) {

@@ -102,8 +102,7 @@ void frmVolunteer::populateCombos()
 {
     basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("State"))), QStringLiteral("States"),
                                    QStringLiteral("StateID"), QStringLiteral("StateCode"));
-    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("ZipCode"))), QStringLiteral("ZipCode"),
-                                   QStringLiteral("ZipCodeID"), QStringLiteral("ZipCode"));
+    basTendmark::PopulateZipCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("ZipCode"))));
 }
 
 // A zip code the table knows fills in its city and state.
