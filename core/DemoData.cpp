@@ -1,4 +1,6 @@
 #include "DemoData.h"
+#include "LookupTables.h"
+#include "SqlText.h"
 #include "Transaction.h"
 
 #include <QList>
@@ -213,7 +215,8 @@ private:
             query.addBindValue(value);
         return query.exec() || fail(QStringLiteral("Could not add a row to %1").arg(QLatin1String(table)), query);
     }
-    bool loadLookup(const char *table, const char *idColumn, const char *descriptionColumn, Lookup *lookup);
+    // The items of the lookup table that the given column of a record table refers to.
+    bool loadLookup(const char *table, const char *column, Lookup *lookup);
 
     QString ssn();
     QString phone();
@@ -262,20 +265,26 @@ private:
     QSqlQuery m_income{m_db}, m_expense{m_db}, m_volunteer{m_db};
 };
 
-bool Generator::loadLookup(const char *table, const char *idColumn, const char *descriptionColumn, Lookup *lookup)
+bool Generator::loadLookup(const char *table, const char *column, Lookup *lookup)
 {
+    const LookupTables::LookupTable *t = LookupTables::referencedBy(QLatin1String(table), QLatin1String(column));
+    if (!t) {
+        m_error = QStringLiteral("No lookup table is referenced by %1.%2.").arg(QLatin1String(table), QLatin1String(column));
+        return false;
+    }
     QSqlQuery query(m_db);
     query.setForwardOnly(true);
     const QString sql = QStringLiteral("SELECT %1, %2 FROM %3 ORDER BY %1")
-                            .arg(QLatin1String(idColumn), QLatin1String(descriptionColumn), QLatin1String(table));
+                            .arg(SqlText::id(QLatin1String(t->keyColumn)), SqlText::id(QLatin1String(t->descriptionColumn)),
+                                 SqlText::id(t->name()));
     if (!query.exec(sql))
-        return fail(QStringLiteral("Could not read %1").arg(QLatin1String(table)), query);
+        return fail(QStringLiteral("Could not read %1").arg(t->name()), query);
     while (query.next()) {
         lookup->ids.append(query.value(0).toInt());
         lookup->descriptions.append(query.value(1).toString());
     }
     if (lookup->ids.isEmpty()) {
-        m_error = QStringLiteral("The lookup table %1 is empty.").arg(QLatin1String(table));
+        m_error = QStringLiteral("The lookup table %1 is empty.").arg(t->name());
         return false;
     }
     return true;
@@ -730,17 +739,13 @@ bool Generator::insertVolunteer()
 
 bool Generator::run()
 {
-    if (!loadLookup("MaritalStatus", "MaritalStatusID", "MaritalStatusDescription", &m_marital)
-        || !loadLookup("EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription", &m_ethnic)
-        || !loadLookup("EducationLevel", "EducationLevelID", "EducationLevelDescription", &m_education)
-        || !loadLookup("Housing", "HousingID", "HousingDescription", &m_housing)
-        || !loadLookup("ReligiousPreference", "ReligiousPreferenceID", "ReligiousPreferenceDescription", &m_religion)
-        || !loadLookup("OtherAssistance", "OtherAssistanceID", "OtherAssistanceDescription", &m_assistance)
-        || !loadLookup("Relationships", "RelationshipID", "RelationshipDescription", &m_relationships)
-        || !loadLookup("FoodServiceTypes", "FoodServiceTypeID", "FoodServiceTypeDescription", &m_serviceTypes)
-        || !loadLookup("PaymentTypes", "PaymentTypeID", "PaymentTypeDescription", &m_paymentTypes)
-        || !loadLookup("IncomeSources", "IncomeSourceID", "IncomeSourceDescription", &m_incomeSources)
-        || !loadLookup("ExpenseCategories", "ExpenseCategoryID", "ExpenseCategoryDescription", &m_expenseCategories))
+    if (!loadLookup("Client", "MaritalStatusID", &m_marital) || !loadLookup("Client", "EthnicOriginID", &m_ethnic)
+        || !loadLookup("Client", "EducationLevelID", &m_education) || !loadLookup("Client", "HousingID", &m_housing)
+        || !loadLookup("Client", "ReligiousPreferenceID", &m_religion) || !loadLookup("Client", "OtherAssistanceID", &m_assistance)
+        || !loadLookup("Family", "RelationshipID", &m_relationships)
+        || !loadLookup("FoodService", "FoodServiceTypeID", &m_serviceTypes)
+        || !loadLookup("Payments", "PaymentsTypeID", &m_paymentTypes) || !loadLookup("Income", "IncomeSourceID", &m_incomeSources)
+        || !loadLookup("Expenses", "ExpenseCategoryID", &m_expenseCategories))
         return false;
 
     // SSNs already on file stay unique too.

@@ -304,44 +304,6 @@ bool GetClientInfo(const QString &clientId, QStringList &result)
     });
 }
 
-bool GetDatabaseOptions(std::array<bool, 9> &flags)
-{
-    flags.fill(true);
-    if (!IsOpen())
-        return true;
-    return basErrorHandler::Guard(QStringLiteral("basDatabase.GetDatabaseOptions"), [&] {
-        QSqlQuery q = Execute(QStringLiteral(
-            "SELECT ShowNotesTab, ShowEmployerTab, ShowFamilyMembersTab, ShowFoodServiceTab, ShowPaymentHistoryTab, "
-            "ShowIncomeExpensesTab, ShowHealthMedicalTab, ShowFEMATab, ShowFormerAddressTab FROM Options LIMIT 1"));
-        if (q.next())
-            for (int i = 0; i < 9; ++i)
-                if (!q.isNull(i))
-                    flags[i] = q.value(i).toInt() != 0;
-    });
-}
-
-bool GetOrganizationNameAddress(std::array<QString, 7> &values)
-{
-    for (QString &v : values)
-        v.clear();
-    return basErrorHandler::Guard(QStringLiteral("basDatabase.GetOrganizationNameAddress"), [&] {
-        QSqlQuery q = Execute(QStringLiteral(
-            "SELECT OrganizationName, OrganizationAddress, OrganizationCity, OrganizationState, OrganizationZip, "
-            "OrganizationPhone, OrganizationLogo FROM Organization LIMIT 1"));
-        if (q.next())
-            for (int i = 0; i < 7; ++i)
-                values[i] = q.value(i).toString();
-    });
-}
-
-int GetFoodVisitIntervalDays()
-{
-    int days = 0;
-    basErrorHandler::Guard(QStringLiteral("basDatabase.GetFoodVisitIntervalDays"),
-                           [&] { days = ScalarValue(QStringLiteral("SELECT FoodVisitIntervalDays FROM Options LIMIT 1")).toInt(); });
-    return days;
-}
-
 bool MatchAddress(const QString &clientId, const QString &address, const QString &city, const QString &state,
                   Prompt::PickRequest &result)
 {

@@ -9,7 +9,6 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <array>
 
 class Recordset;
 
@@ -47,9 +46,6 @@ QString DisplayText(const FieldInfo &field, const QVariant &stored);
 
 bool GetCityStateFromZip(const QString &zip, QString &city, QString &state);
 bool GetClientInfo(const QString &clientId, QStringList &result);
-bool GetDatabaseOptions(std::array<bool, 9> &flags);
-bool GetOrganizationNameAddress(std::array<QString, 7> &values);
-int GetFoodVisitIntervalDays();
 
 // Other clients at the same address (address and city ignore case, state does not)
 // or with the same social security number. On a match the request holds the query.

@@ -110,22 +110,6 @@ private Q_SLOTS:
         QVERIFY(basDatabase::GetClientInfo(QString::number(id), info));
         QCOMPARE(info, (QStringList{"O'Brien, Pat J", "123-45-6789", ""}));
 
-        basDatabase::Execute("UPDATE Options SET ShowFEMATab = 0, ShowNotesTab = 0");
-        std::array<bool, 9> flags{};
-        QVERIFY(basDatabase::GetDatabaseOptions(flags));
-        QCOMPARE(flags[0], false);
-        QCOMPARE(flags[7], false);
-        QCOMPARE(flags[8], true);
-        basDatabase::Execute("DELETE FROM Options");
-        QVERIFY(basDatabase::GetDatabaseOptions(flags));
-        QVERIFY(std::all_of(flags.begin(), flags.end(), [](bool b) { return b; }));
-
-        basDatabase::Execute("UPDATE Organization SET OrganizationName = 'Hope Pantry', OrganizationCity = 'Austin'");
-        std::array<QString, 7> org;
-        QVERIFY(basDatabase::GetOrganizationNameAddress(org));
-        QCOMPARE(org[0], QStringLiteral("Hope Pantry"));
-        QCOMPARE(org[2], QStringLiteral("Austin"));
-        QVERIFY(org[6].isEmpty());
     }
 
     void duplicateSearches()

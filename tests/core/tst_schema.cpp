@@ -1,3 +1,4 @@
+#include "OptionsStore.h"
 #include "Schema.h"
 #include "ScriptedPrompts.h"
 #include "TmError.h"
@@ -101,9 +102,7 @@ private Q_SLOTS:
             QVERIFY2(TestDatabase::count(t) >= 4, t);
         QCOMPARE(TestDatabase::count("Organization"), 1);
         QCOMPARE(TestDatabase::count("Options"), 1);
-        std::array<bool, 9> flags{};
-        QVERIFY(basDatabase::GetDatabaseOptions(flags));
-        QVERIFY(std::all_of(flags.begin(), flags.end(), [](bool b) { return b; }));
+        QCOMPARE(OptionsStore::readOptions(), DatabaseOptions{});
         QCOMPARE(TestDatabase::count("LabelDetails", "\"Default\" = 1"), 1);
         QCOMPARE(TestDatabase::scalar("SELECT Description FROM LabelDetails WHERE \"Default\" = 1").toString().left(10),
                  QStringLiteral("Avery 5160"));

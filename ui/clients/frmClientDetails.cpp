@@ -8,6 +8,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -32,7 +33,6 @@
 
 namespace {
 
-const QString kDefaultSql = QStringLiteral("SELECT * FROM Client ORDER BY LastName");
 const QString kCaption = QStringLiteral("Client Details");
 const QString kPhoneMask = QStringLiteral("(999) 999-9999");
 const QString kDuplicateTail = QStringLiteral(
@@ -101,7 +101,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId) : M
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(kCaption);
-    m_sql = kDefaultSql;
+    m_sql = RecordQueries::allClientsByLastName();
     m_rs = new Recordset(this);
     buildForm();
     m_loading = true;
@@ -558,28 +558,17 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
 
 void frmClientDetails::fillCombos()
 {
-    const struct
-    {
-        const char *field;
-        const char *table;
-        const char *key;
-        const char *display;
-    } combos[] = {
-        {"State", "States", "StateID", "StateCode"},
-        {"ZipCode", "ZipCode", "ZipCodeID", "ZipCode"},
-        {"MaritalStatusID", "MaritalStatus", "MaritalStatusID", "MaritalStatusDescription"},
-        {"Gender", "Gender", "GenderID", "GenderCode"},
-        {"EthnicOriginID", "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription"},
-        {"EducationLevelID", "EducationLevel", "EducationLevelID", "EducationLevelDescription"},
-        {"HousingID", "Housing", "HousingID", "HousingDescription"},
-        {"ReligiousPreferenceID", "ReligiousPreference", "ReligiousPreferenceID", "ReligiousPreferenceDescription"},
-        {"OtherAssistanceID", "OtherAssistance", "OtherAssistanceID", "OtherAssistanceDescription"},
-        {"EmployerState", "States", "StateID", "StateCode"},
-        {"EmployerZip", "ZipCode", "ZipCodeID", "ZipCode"},
+    auto fill = [this](const QString &field, const QString &table, const QString &key, const QString &display) {
+        if (auto *combo = qobject_cast<QComboBox *>(control(field)))
+            basTendmark::PopulateDataCombo(combo, table, key, display);
     };
-    for (const auto &c : combos)
-        if (auto *combo = qobject_cast<QComboBox *>(control(QString::fromLatin1(c.field))))
-            basTendmark::PopulateDataCombo(combo, QString::fromLatin1(c.table), QString::fromLatin1(c.key), QString::fromLatin1(c.display));
+    for (const char *field : {"State", "EmployerState"})
+        fill(QLatin1String(field), QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
+    fill(QStringLiteral("Gender"), QStringLiteral("Gender"), QStringLiteral("GenderID"), QStringLiteral("GenderCode"));
+    for (const char *field : {"ZipCode", "EmployerZip"})
+        if (auto *combo = qobject_cast<QComboBox *>(control(QLatin1String(field))))
+            basTendmark::PopulateZipCombo(combo);
+    basTendmark::PopulateLookupCombos(m_controls, QStringLiteral("Client"));
 }
 
 // ---------------------------------------------------------------- display
@@ -638,22 +627,18 @@ void frmClientDetails::showHousehold()
     const QString last = m_rs->value(QStringLiteral("LastName")).toString();
     lblClientName->setText(basClient::DeleteName(last, m_rs->value(QStringLiteral("FirstName")).toString(),
                                                  m_rs->value(QStringLiteral("MiddleInitial")).toString(), false).trimmed());
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT (SELECT COUNT(*) FROM Family WHERE ClientID = ?) + 1, "
-                                                      "(SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ?)"),
-                                       {m_clientId.toLongLong(), m_clientId.toLongLong()});
-    if (!q.next())
-        return;
-    const QString last_visit = q.isNull(1) ? QStringLiteral("none") : basTendmark::FormatIsoDate(q.value(1).toString());
-    lblHousehold->setText(QStringLiteral("Household: %1   Last food service: %2").arg(q.value(0).toInt()).arg(last_visit));
+    const RecordQueries::Household household = RecordQueries::household(m_clientId.toLongLong());
+    const QString lastVisit = household.lastFoodService.isNull() ? QStringLiteral("none") : basTendmark::FormatDate(household.lastFoodService);
+    lblHousehold->setText(QStringLiteral("Household: %1   Last food service: %2").arg(household.members).arg(lastVisit));
 }
 
 void frmClientDetails::PopulateGrids()
 {
     for (SubGrid &g : m_grids) {
         if (m_clientId.isEmpty())
-            basTendmark::PopulateDataGrid(g.grid, {});
+            basTendmark::PopulateDataGrid(g.grid, Query{});
         else
-            basTendmark::PopulateDataGrid(g.grid, g.sql, {m_clientId.toLongLong()});
+            basTendmark::PopulateDataGrid(g.grid, {g.sql, {m_clientId.toLongLong()}, {}});
         g.grid->selectionModel()->clear();
     }
     for (auto it = m_gridButtons.constBegin(); it != m_gridButtons.constEnd(); ++it)
@@ -685,9 +670,20 @@ void frmClientDetails::FlagTabs()
 
 void frmClientDetails::ShowTabs()
 {
-    const auto &flags = workspace()->optionFlags();
-    for (int i = 0; i < tabData->count(); ++i)
-        tabData->setTabVisible(i, flags[size_t(i)]);
+    const OptionFlags &flags = workspace()->optionFlags();
+    const std::pair<Tab, bool OptionFlags::*> shown[] = {
+        {NotesTab, &OptionFlags::showNotesTab},
+        {EmployerTab, &OptionFlags::showEmployerTab},
+        {FamilyTab, &OptionFlags::showFamilyMembersTab},
+        {FoodServiceTab, &OptionFlags::showFoodServiceTab},
+        {PaymentTab, &OptionFlags::showPaymentHistoryTab},
+        {IncomeExpensesTab, &OptionFlags::showIncomeExpensesTab},
+        {HealthTab, &OptionFlags::showHealthMedicalTab},
+        {FEMATab, &OptionFlags::showFEMATab},
+        {FormerAddressTab, &OptionFlags::showFormerAddressTab},
+    };
+    for (const auto &[tab, member] : shown)
+        tabData->setTabVisible(tab, flags.*member);
 }
 
 MdiChild::Commands frmClientDetails::commands() const
@@ -1010,7 +1006,7 @@ bool frmClientDetails::queryUnload() { return askToSave(); }
 
 void frmClientDetails::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? kDefaultSql : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
     setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
 }
 

@@ -8,6 +8,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "frmMessage.h"
+#include "RecordQueries.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -20,7 +21,6 @@
 
 namespace {
 
-const QString kDefaultSql = QStringLiteral("SELECT * FROM Client");
 const QString kCaption = QStringLiteral("Client Table");
 
 // Shows the wait cursor for the lifetime of the object.
@@ -42,11 +42,6 @@ struct WaitMessage
     ~WaitMessage() { notice.hide(); }
     frmMessage notice;
 };
-
-QString oneLine(const QString &column)
-{
-    return QStringLiteral("replace(replace(%1, char(13), ''), char(10), ' ')").arg(column);
-}
 
 } // namespace
 
@@ -99,7 +94,7 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
     });
     connect(grdData->horizontalHeader(), &QHeaderView::sectionClicked, this, &frmClientGrid::grdData_HeaderClicked);
 
-    m_baseSql = kDefaultSql;
+    m_baseSql = RecordQueries::allClients();
     OpenRecordset();
     connect(grdData->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &current, const QModelIndex &previous) {
         // Arrow keys move the choice; the first current cell that focus makes is not a choice.
@@ -108,25 +103,10 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
     });
 }
 
-QString frmClientGrid::CreateSQL(const QString &base)
-{
-    return QStringLiteral("SELECT ClientID, ClientID, LastName, FirstName, MiddleInitial, ")
-           + SqlText::ssn(QStringLiteral("SocialSecurityNumber")) + QStringLiteral(" AS SocialSecurityNumber, ")
-           + QStringLiteral("DriversLicenseNumber, ") + SqlText::date(QStringLiteral("BirthDate")) + QStringLiteral(" AS BirthDate, Gender, ")
-           + QStringLiteral("(SELECT EthnicOriginDescription FROM EthnicOrigin WHERE EthnicOriginID=Client.EthnicOriginID) AS EthnicOriginDescription, ")
-           + QStringLiteral("(SELECT MaritalStatusDescription FROM MaritalStatus WHERE MaritalStatusID=Client.MaritalStatusID) AS MaritalStatusDescription, ")
-           + oneLine(QStringLiteral("Address")) + QStringLiteral(" AS Address, City, State, ZipCode, ")
-           + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ")
-           + SqlText::phone(QStringLiteral("WorkPhone")) + QStringLiteral(" AS WorkPhone, ")
-           + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
-           + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
-           + QStringLiteral(") AS Client ORDER BY LastName");
-}
-
 void frmClientGrid::setSQL(const QString &sql)
 {
     if (sql.isEmpty()) {
-        m_baseSql = kDefaultSql;
+        m_baseSql = RecordQueries::allClients();
         setWindowTitle(kCaption);
     } else {
         m_baseSql = sql;
@@ -143,7 +123,7 @@ void frmClientGrid::OpenRecordset()
     cmdClientDelete->setEnabled(false);
     const WaitCursor wait;
     // The count runs over the base query alone: the list opens at once however long it is.
-    basTendmark::PopulateDataGrid(grdData, CreateSQL(m_baseSql), {}, QStringLiteral("SELECT ClientID FROM (%1)").arg(m_baseSql));
+    basTendmark::PopulateDataGrid(grdData, RecordQueries::clientList(m_baseSql));
 }
 
 void frmClientGrid::ExecuteSQL()

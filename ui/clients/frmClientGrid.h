@@ -32,7 +32,6 @@ public:
     bool ColumnSelected() const { return m_columnSelected; }
 
     // The list's query around a base query: the columns shown, sorted by last name.
-    static QString CreateSQL(const QString &base);
 
 private:
     void refillForClient(const QString &clientId) override;

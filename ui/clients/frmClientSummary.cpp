@@ -8,6 +8,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -22,7 +23,6 @@
 #include <QVBoxLayout>
 
 namespace {
-const QString kDefaultSql = QStringLiteral("SELECT * FROM Client ORDER BY LastName");
 const QString kCaption = QStringLiteral("Client Summary");
 } // namespace
 
@@ -30,7 +30,7 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientSummary"));
     setWindowTitle(kCaption);
-    m_sql = kDefaultSql;
+    m_sql = RecordQueries::allClientsByLastName();
     m_rs = new Recordset(this);
 
     auto *info = new QGroupBox(QStringLiteral("Client Information"), this);
@@ -213,9 +213,9 @@ void frmClientSummary::PopulateGrids()
 {
     for (const SubGrid &g : m_grids) {
         if (m_clientId.isEmpty())
-            basTendmark::PopulateDataGrid(g.grid, {});
+            basTendmark::PopulateDataGrid(g.grid, Query{});
         else
-            basTendmark::PopulateDataGrid(g.grid, g.sql, {m_clientId.toLongLong()});
+            basTendmark::PopulateDataGrid(g.grid, {g.sql, {m_clientId.toLongLong()}, {}});
     }
     DisableButtons();
 }
@@ -269,7 +269,7 @@ void frmClientSummary::setClientID(const QString &id)
 
 void frmClientSummary::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? kDefaultSql : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
     setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
 }
 

@@ -1,6 +1,7 @@
 #include "DataBinding.h"
 
 #include "GridModel.h"
+#include "LookupTables.h"
 #include "Recordset.h"
 #include "TmError.h"
 #include "basDatabase.h"
@@ -54,14 +55,14 @@ void FormatDataGrid(QTableView *grid)
     grid->setUpdatesEnabled(true);
 }
 
-void PopulateDataGrid(QTableView *grid, const QString &sql, const QVariantList &binds, const QString &countSql)
+void PopulateDataGrid(QTableView *grid, const Query &query)
 {
     GridModel *model = Model(grid);
-    if (sql.isEmpty()) {
+    if (query.sql.isEmpty()) {
         model->clear();
         return;
     }
-    model->setQuery(sql, binds, countSql);
+    model->setQuery(query);
 }
 
 void RemoveGridRow(QTableView *grid, int row) { Model(grid)->removeDataRow(row); }
@@ -84,12 +85,27 @@ QString GridText(QTableView *grid, int row, int column) { return Model(grid)->te
 
 void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &keyColumn, const QString &displayColumn)
 {
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT \"%1\", \"%2\" FROM \"%3\" ORDER BY \"%1\"").arg(keyColumn, displayColumn, table));
+    const Query choices = LookupTables::choices(table, keyColumn, displayColumn);
+    QSqlQuery q = basDatabase::Execute(choices.sql, choices.binds);
     const QSignalBlocker block(combo);
     combo->clear();
     while (q.next())
         combo->addItem(q.value(1).toString(), q.value(0).toLongLong());
     combo->setCurrentIndex(-1);
+}
+
+void PopulateLookupCombos(const QList<QWidget *> &controls, const QString &table)
+{
+    for (QWidget *control : controls)
+        if (auto *combo = qobject_cast<QComboBox *>(control))
+            if (const LookupTables::LookupTable *t = LookupTables::referencedBy(table, DataField(combo)))
+                PopulateDataCombo(combo, t->name(), QLatin1String(t->keyColumn), QLatin1String(t->descriptionColumn));
+}
+
+void PopulateZipCombo(QComboBox *combo)
+{
+    if (const LookupTables::LookupTable *t = LookupTables::byName(QStringLiteral("ZipCode")))
+        PopulateDataCombo(combo, t->name(), QLatin1String(t->keyColumn), QLatin1String(t->descriptionColumn));
 }
 
 int GetComboItemIndex(QComboBox *combo, const FieldInfo &field, const QString &value)

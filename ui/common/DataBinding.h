@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FieldInfo.h"
+#include "Query.h"
 
 #include <QList>
 #include <QString>
@@ -24,13 +25,18 @@ inline int TwipsToPixels(int twips) { return twips / kTwipsPerPixel; }
 
 GridModel *Model(QTableView *grid);                       // the grid's model, created on first use
 void FormatDataGrid(QTableView *grid);
-void PopulateDataGrid(QTableView *grid, const QString &sql, const QVariantList &binds = {}, const QString &countSql = {});
+// Shows the query's rows; an empty query leaves the grid with its one blank row.
+void PopulateDataGrid(QTableView *grid, const Query &query);
 void RemoveGridRow(QTableView *grid, int row);
 void SelectRow(QTableView *grid, int row);
 qint64 GridRowKey(QTableView *grid, int row);             // the key behind a row; 0 for the blank row
 QString GridText(QTableView *grid, int row, int column);
 
 void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &keyColumn, const QString &displayColumn);
+// Fills each drop-down among the controls whose column of the table refers to a lookup table.
+void PopulateLookupCombos(const QList<QWidget *> &controls, const QString &table);
+// Fills a drop-down with the zip codes.
+void PopulateZipCombo(QComboBox *combo);
 int GetComboItemIndex(QComboBox *combo, const FieldInfo &field, const QString &value);
 
 QString DataField(const QWidget *control);

@@ -1,11 +1,7 @@
 #include "GridModel.h"
 
-#include "SqlText.h"
+#include "QueryPages.h"
 #include "TmError.h"
-#include "basDatabase.h"
-
-#include <QSqlQuery>
-#include <QSqlRecord>
 
 namespace {
 constexpr int kPageSize = 200;
@@ -45,7 +41,7 @@ void GridModel::setColumnSpec(const QString &spec)
 {
     beginResetModel();
     m_columns = parseColumnSpec(spec);
-    m_sql.clear();
+    m_query = {};
     m_count = 0;
     m_fieldNames.clear();
     m_pages.clear();
@@ -57,9 +53,7 @@ void GridModel::setColumnSpec(const QString &spec)
 void GridModel::clear()
 {
     beginResetModel();
-    m_sql.clear();
-    m_binds.clear();
-    m_countSql.clear();
+    m_query = {};
     m_count = 0;
     m_pages.clear();
     m_pageAge.clear();
@@ -69,21 +63,14 @@ void GridModel::clear()
 
 void GridModel::runCount()
 {
-    const QString countFrom = m_countSql.isEmpty() ? m_sql : m_countSql;
-    m_count = basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(countFrom), m_binds).toInt();
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM (%1) LIMIT 0").arg(m_sql), m_binds);
-    const QSqlRecord rec = q.record();
-    m_fieldNames.clear();
-    for (int i = 0; i < rec.count(); ++i)
-        m_fieldNames << rec.fieldName(i);
+    m_count = QueryPages::count(m_query);
+    m_fieldNames = QueryPages::fieldNames(m_query);
 }
 
-void GridModel::setQuery(const QString &sql, const QVariantList &binds, const QString &countSql)
+void GridModel::setQuery(const Query &query)
 {
     beginResetModel();
-    m_sql = sql;
-    m_binds = binds;
-    m_countSql = countSql;
+    m_query = query;
     m_sortColumn = 0;
     m_pages.clear();
     m_pageAge.clear();
@@ -91,7 +78,7 @@ void GridModel::setQuery(const QString &sql, const QVariantList &binds, const QS
     try {
         runCount();
     } catch (...) {
-        m_sql.clear();
+        m_query = {};
         m_count = 0;
         endResetModel();
         throw;
@@ -101,7 +88,7 @@ void GridModel::setQuery(const QString &sql, const QVariantList &binds, const QS
 
 void GridModel::refresh()
 {
-    if (m_sql.isEmpty())
+    if (m_query.sql.isEmpty())
         return;
     beginResetModel();
     m_pages.clear();
@@ -122,40 +109,22 @@ void GridModel::sortByColumn(int column, Qt::SortOrder order)
     endResetModel();
 }
 
-QString GridModel::orderedSql() const
+Query GridModel::orderedQuery() const
 {
-    QString sql = QStringLiteral("SELECT * FROM (%1)").arg(m_sql);
-    if (m_sortColumn <= 0 || m_sortColumn >= m_fieldNames.size())
-        return sql;
-    // Shown dates (mm/dd/yyyy) sort by year first and amounts ($1,234.50) by value; the rest as they are.
-    const QString c = SqlText::id(m_fieldNames.at(m_sortColumn));
-    const QString key = QStringLiteral("CASE WHEN ") + c + QStringLiteral(" GLOB '[0-9][0-9]/[0-9][0-9]/[0-9][0-9][0-9][0-9]' THEN substr(")
-                        + c + QStringLiteral(", 7, 4) || substr(") + c + QStringLiteral(", 1, 2) || substr(") + c
-                        + QStringLiteral(", 4, 2) WHEN ") + c + QStringLiteral(" GLOB '[$(]*[0-9].[0-9][0-9]*' THEN CAST(replace(replace(replace(")
-                        + c + QStringLiteral(", '$', ''), ',', ''), '(', '-') AS REAL) ELSE ") + c + QStringLiteral(" END");
-    return sql + QStringLiteral(" ORDER BY ") + key + (m_sortOrder == Qt::AscendingOrder ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
+    const bool sorted = m_sortColumn > 0 && m_sortColumn < m_fieldNames.size();
+    return QueryPages::sorted(m_query, sorted ? m_fieldNames.at(m_sortColumn) : QString(), m_sortOrder == Qt::AscendingOrder);
 }
 
 const QVariantList *GridModel::rowValues(int row) const
 {
-    if (m_sql.isEmpty() || row < 0 || row >= m_count)
+    if (m_query.sql.isEmpty() || row < 0 || row >= m_count)
         return nullptr;
     const int page = row / kPageSize;
     auto it = m_pages.find(page);
     if (it == m_pages.end()) {
-        QString sql = orderedSql();
-        sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(kPageSize).arg(page * kPageSize);
-        QVector<QVariantList> rows;
+        QList<QVariantList> rows;
         try {
-            QSqlQuery q = basDatabase::Execute(sql, m_binds);
-            const int n = q.record().count();
-            while (q.next()) {
-                QVariantList values;
-                values.reserve(n);
-                for (int i = 0; i < n; ++i)
-                    values << q.value(i);
-                rows << values;
-            }
+            rows = QueryPages::page(orderedQuery(), page * kPageSize, kPageSize);
         } catch (const TmError &) {
             return nullptr; // the database went away: show blanks rather than fail while painting
         }
@@ -184,14 +153,10 @@ QString GridModel::text(int row, int column) const
 
 int GridModel::findKey(qint64 key) const
 {
-    if (m_sql.isEmpty())
+    if (m_query.sql.isEmpty())
         return -1;
-    if (m_allKeys.isEmpty()) {
-        QSqlQuery q = basDatabase::Execute(orderedSql(), m_binds);
-        m_allKeys.reserve(m_count);
-        while (q.next())
-            m_allKeys << q.value(0).toLongLong();
-    }
+    if (m_allKeys.isEmpty())
+        m_allKeys = QueryPages::keys(orderedQuery());
     return int(m_allKeys.indexOf(key));
 }
 

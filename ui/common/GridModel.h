@@ -1,10 +1,11 @@
 #pragma once
 
+#include "Query.h"
+
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QList>
 #include <QVariant>
-#include <QVector>
 
 // The model behind every list grid. Column 0 is the narrow selector column;
 // columns 1.. show the query's fields 1..; field 0 is the row's key, kept as
@@ -30,13 +31,12 @@ public:
     const QList<Column> &columns() const { return m_columns; }   // including the selector column
     static QList<Column> parseColumnSpec(const QString &spec);
 
-    // Runs the query; countSql (optional) returns the same number of rows faster.
-    void setQuery(const QString &sql, const QVariantList &binds = {}, const QString &countSql = {});
+    // Runs the query; its countSql (optional) returns the same number of rows faster.
+    void setQuery(const Query &query);
     void clear();
     void refresh();                                               // runs the same query again
     void sortByColumn(int column, Qt::SortOrder order);           // column as shown; 0 restores the query's order
 
-    const QString &sql() const { return m_sql; }
     int dataRowCount() const { return m_count; }                  // 0 when only the blank row shows
     qint64 rowKey(int row) const;
     QString text(int row, int column) const;
@@ -51,18 +51,16 @@ public:
 
 private:
     const QVariantList *rowValues(int row) const;
-    QString orderedSql() const;
+    Query orderedQuery() const;
     void runCount();
 
     QList<Column> m_columns;
-    QString m_sql;
-    QVariantList m_binds;
-    QString m_countSql;
+    Query m_query;
     int m_sortColumn = 0;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     int m_count = 0;
     QStringList m_fieldNames;
-    mutable QHash<int, QVector<QVariantList>> m_pages;
+    mutable QHash<int, QList<QVariantList>> m_pages;
     mutable QList<int> m_pageAge;
-    mutable QVector<qint64> m_allKeys;
+    mutable QList<qint64> m_allKeys;
 };

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "OptionsStore.h"
+
 #include <QList>
 #include <QString>
-#include <array>
 
 class MdiChild;
 class QMdiSubWindow;
@@ -21,7 +22,7 @@ public:
 
     // The window the child windows and their notices are centred on.
     virtual QWidget *frame() = 0;
-    virtual const std::array<bool, 9> &optionFlags() const = 0;
+    virtual const OptionFlags &optionFlags() const = 0;
 
     // Opens a record editor for one client, on the given record or on a new one when recordId is empty.
     virtual void openRecordEditor(RecordKind kind, const QString &clientId, const QString &recordId) = 0;

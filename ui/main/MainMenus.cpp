@@ -2,6 +2,7 @@
 
 #include "AppIcons.h"
 #include "DatabaseSession.h"
+#include "LookupTables.h"
 #include "WindowArrangement.h"
 #include "frmMain.h"
 
@@ -125,8 +126,8 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
     }
     e.push_back({"", "mnuTools", "&Tools"});
     e.push_back({"mnuTools", "mnuToolsTables", "&Tables"});
-    for (int i = 0; i < int(frmMain::lookupTables().size()); ++i) {
-        const frmMain::LookupTable &t = frmMain::lookupTables()[size_t(i)];
+    for (int i = 0; i < int(LookupTables::all().size()); ++i) {
+        const LookupTables::LookupTable &t = LookupTables::all()[size_t(i)];
         e.push_back({"mnuToolsTables", QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption), {},
                      [&m, i] { m.openLookupTable(i); }});
     }

@@ -3,13 +3,16 @@
 #include "AppIcons.h"
 #include "DataBinding.h"
 #include "DatabaseSession.h"
+#include "LookupTables.h"
 #include "MainMenus.h"
+#include "OptionsStore.h"
 #include "Prompt.h"
 #include "RecordEvents.h"
 #include "SearchBar.h"
 #include "StartPanel.h"
 #include "basClient.h"
 #include "basDatabase.h"
+#include "basErrorHandler.h"
 #include "basRegistry.h"
 #include "frmClientDetails.h"
 #include "frmClientGrid.h"
@@ -32,24 +35,6 @@
 #include <QStyle>
 #include <QToolBar>
 
-const std::array<frmMain::LookupTable, 12> &frmMain::lookupTables()
-{
-    static const std::array<LookupTable, 12> tables = {{
-        {"mnuToolsTablesEducationLevel", "Education Level", "EducationLevel", "EducationLevelID", "^ID,800|^Education Level,5200", "&Education Level"},
-        {"mnuToolsTablesEthnicOrigin", "Ethnic Origin", "EthnicOrigin", "EthnicOriginID", "^ID,800|^Ethnic Origin,5200", "E&thnic Origin"},
-        {"mnuToolsTablesExpenseCategories", "Expense Categories", "ExpenseCategories", "ExpenseCategoryID", "^ID,800|^Expense Categories,5200", "E&xpense Categories"},
-        {"mnuToolsTablesFoodServiceTypes", "Food Service Types", "FoodServiceTypes", "FoodServiceTypeID", "^ID,800|^Food Service Types,5200", "&Food Service Types"},
-        {"mnuToolsTablesHousing", "Housing", "Housing", "HousingID", "^ID,800|^Housing,5200", "&Housing"},
-        {"mnuToolsTablesIncomeSources", "Income Sources", "IncomeSources", "IncomeSourceID", ">ID,800|^Income Sources,5200", "&Income Sources"},
-        {"mnuToolsTablesMaritalStatus", "Marital Status", "MaritalStatus", "MaritalStatusID", "^ID,800|^Marital Status,5200", "&Marital Status"},
-        {"mnuToolsTablesOtherAssistance", "Other Assistance", "OtherAssistance", "OtherAssistanceID", "^ID,800|^Other Types of Assistance,5200", "&Other Assistance"},
-        {"mnuToolsTablesPaymentTypes", "Payment Types", "PaymentTypes", "PaymentTypeID", "^ID,800|^Payment Types,5200", "&Payment Types"},
-        {"mnuToolsTablesRelationships", "Family Relationships", "Relationships", "RelationshipID", "^ID,800|^Relationship,5000", "Family &Relationships"},
-        {"mnuToolsTablesReligiousPreference", "Religious Preference", "ReligiousPreference", "ReligiousPreferenceID", "^ID,800|^Religious Preference,5200", "Re&ligious Preference"},
-        {"mnuToolsTablesZipCodes", "Zip Codes", "ZipCode", "ZipCodeID", "^ID,800|^Zip Code,1100|<City,3000|^State,1100", "&Zip Codes"},
-    }};
-    return tables;
-}
 
 frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
 {
@@ -57,7 +42,6 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     setWindowTitle(QStringLiteral("TendMark"));
     AppIcons::useIconTheme();
     setWindowIcon(AppIcons::application());
-    m_optionFlags.fill(true);
     m_recordEvents = new RecordEvents(this);
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setObjectName(QStringLiteral("mdiArea"));
@@ -172,13 +156,17 @@ void frmMain::databaseChanged(const QString &path)
     refreshOptionFlags();
 }
 
-void frmMain::refreshOptionFlags() { basDatabase::GetDatabaseOptions(m_optionFlags); }
+void frmMain::refreshOptionFlags()
+{
+    m_optionFlags = {};
+    basErrorHandler::Guard(QStringLiteral("frmMain.refreshOptionFlags"), [&] { m_optionFlags = OptionsStore::readOptions().flags; });
+}
 
 void frmMain::DisplayOrganizationName()
 {
-    std::array<QString, 7> org;
-    basDatabase::GetOrganizationNameAddress(org);
-    setWindowTitle(org[0].isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + org[0]);
+    QString name;
+    basErrorHandler::Guard(QStringLiteral("frmMain.DisplayOrganizationName"), [&] { name = OptionsStore::readOrganization().name; });
+    setWindowTitle(name.isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + name);
 }
 
 void frmMain::showCommands(const MdiChild::Commands &commands)
@@ -460,18 +448,17 @@ void frmMain::mnuToolsOptions_Click()
 
 void frmMain::openLookupTable(int index)
 {
-    if (!DatabaseSession::requireDatabase() || index < 0 || index >= int(lookupTables().size()))
+    if (!DatabaseSession::requireDatabase() || index < 0 || index >= int(LookupTables::all().size()))
         return;
-    const LookupTable &t = lookupTables()[index];
-    const QString table = QString::fromLatin1(t.table);
+    const LookupTables::LookupTable &t = LookupTables::all()[index];
+    const QString table = t.name();
     for (QMdiSubWindow *sub : m_mdiArea->subWindowList()) {
         if (auto *open = qobject_cast<frmTableGrid *>(sub->widget()); open && open->TableName() == table) {
             activateChild(open);
             return;
         }
     }
-    addChild(new frmTableGrid(this, table, QString::fromLatin1(t.keyColumn), QString::fromLatin1(t.caption),
-                              QString::fromLatin1(t.columnSpec)));
+    addChild(new frmTableGrid(this, t));
 }
 
 void frmMain::openReport(const QString &)

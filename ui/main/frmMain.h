@@ -22,17 +22,6 @@ class frmMain : public QMainWindow, public Workspace
     Q_OBJECT
 
 public:
-    struct LookupTable
-    {
-        const char *menuName;
-        const char *caption;
-        const char *table;
-        const char *keyColumn;
-        const char *columnSpec;
-        const char *menuCaption;   // the caption with its access key
-    };
-    static const std::array<LookupTable, 12> &lookupTables();
-
     explicit frmMain(QWidget *parent = nullptr);
     ~frmMain() override;
 
@@ -47,7 +36,7 @@ public:
     // Creates the demo database on first use (with a notice while it is built); its path, or empty after telling why not.
     QString prepareDemoDatabase();
 
-    const std::array<bool, 9> &optionFlags() const override { return m_optionFlags; }
+    const OptionFlags &optionFlags() const override { return m_optionFlags; }
     QWidget *frame() override { return this; }
     void refreshOptionFlags();
     void DisplayOrganizationName();
@@ -119,6 +108,6 @@ private:
     frmHelp *m_help = nullptr;
     QLabel *m_statusPanel = nullptr;
     RecordEvents *m_recordEvents = nullptr;
-    std::array<bool, 9> m_optionFlags{};
+    OptionFlags m_optionFlags;
     int m_childCount = 0;
 };

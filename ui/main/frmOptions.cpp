@@ -1,9 +1,8 @@
 #include "frmOptions.h"
 
 #include "DataBinding.h"
+#include "OptionsStore.h"
 #include "Prompt.h"
-#include "TmError.h"
-#include "Transaction.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
@@ -24,34 +23,30 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QVBoxLayout>
 
 namespace {
 
-const char *const kOrganizationColumns[] = {"OrganizationName", "OrganizationAddress", "OrganizationCity", "OrganizationState",
-                                            "OrganizationZip", "OrganizationPhone", "OrganizationLogo"};
+const QString kOrganization = QStringLiteral("Organization");
 
-struct TabOption
+QString tabCaption(bool OptionFlags::*member)
 {
-    const char *column;
-    const char *caption;
-};
-// In the order of the option flags.
-const TabOption kTabOptions[] = {
-    {"ShowNotesTab", "Notes"},
-    {"ShowEmployerTab", "Employer"},
-    {"ShowFamilyMembersTab", "Family Members"},
-    {"ShowFoodServiceTab", "Food Service"},
-    {"ShowPaymentHistoryTab", "Payment History"},
-    {"ShowIncomeExpensesTab", "Income/Expenses"},
-    {"ShowHealthMedicalTab", "Health/Medical"},
-    {"ShowFEMATab", "FEMA"},
-    {"ShowFormerAddressTab", "Former Address"},
-};
-
-const QString kInterval = QStringLiteral("FoodVisitIntervalDays");
+    const std::pair<bool OptionFlags::*, const char *> captions[] = {
+        {&OptionFlags::showNotesTab, "Notes"},
+        {&OptionFlags::showEmployerTab, "Employer"},
+        {&OptionFlags::showFamilyMembersTab, "Family Members"},
+        {&OptionFlags::showFoodServiceTab, "Food Service"},
+        {&OptionFlags::showPaymentHistoryTab, "Payment History"},
+        {&OptionFlags::showIncomeExpensesTab, "Income/Expenses"},
+        {&OptionFlags::showHealthMedicalTab, "Health/Medical"},
+        {&OptionFlags::showFEMATab, "FEMA"},
+        {&OptionFlags::showFormerAddressTab, "Former Address"},
+    };
+    for (const auto &[m, caption] : captions)
+        if (m == member)
+            return QString::fromLatin1(caption);
+    return {};
+}
 
 QString pictureFilter()
 {
@@ -63,16 +58,6 @@ QString pictureFilter()
 }
 
 QString caption(const QLineEdit *box) { return box->property("Caption").toString(); }
-
-// Writes the assignments to the table's one row, adding the row when there is none.
-void updateSingleRow(const QString &table, const QStringList &assignments, const QVariantList &values)
-{
-    if (basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)).toInt() == 0)
-        basDatabase::Execute(QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table));
-    basDatabase::Execute(QStringLiteral("UPDATE %1 SET %2 WHERE rowid = (SELECT rowid FROM %1 LIMIT 1)")
-                             .arg(table, assignments.join(QStringLiteral(", "))),
-                         values);
-}
 
 } // namespace
 
@@ -180,13 +165,13 @@ void frmOptions::buildControls()
     auto *tabs = new QGroupBox(QStringLiteral("Tabs shown on the client details window"), this);
     auto *tabGrid = new QGridLayout(tabs);
     int i = 0;
-    for (const TabOption &option : kTabOptions) {
-        auto *check = new QCheckBox(QString::fromLatin1(option.caption), tabs);
+    for (const OptionsStore::FlagColumn &flag : OptionsStore::flagColumns()) {
+        auto *check = new QCheckBox(tabCaption(flag.member), tabs);
         check->setObjectName(QStringLiteral("chkData"));
-        check->setProperty("DataField", QString::fromLatin1(option.column));
+        check->setProperty("DataField", QString::fromLatin1(flag.column));
         check->setProperty("Tag", QString());
         tabGrid->addWidget(check, i / 3, i % 3);
-        m_tabChecks << check;
+        m_tabChecks.append({check, flag.member});
         connect(check, &QCheckBox::toggled, this, [this] { setDataChanged(true); });
         ++i;
     }
@@ -196,7 +181,7 @@ void frmOptions::buildControls()
     auto *foodLayout = new QGridLayout(food);
     m_spnInterval = new QSpinBox(food);
     m_spnInterval->setObjectName(QStringLiteral("spnData"));
-    m_spnInterval->setProperty("DataField", kInterval);
+    m_spnInterval->setProperty("DataField", QStringLiteral("FoodVisitIntervalDays"));
     m_spnInterval->setProperty("Tag", QString());
     m_spnInterval->setRange(0, 365);
     m_spnInterval->setSpecialValueText(QStringLiteral("0 (no warning)"));
@@ -230,43 +215,43 @@ void frmOptions::buildControls()
     connect(m_cmdApply, &QPushButton::clicked, this, &frmOptions::cmdApply_Click);
 }
 
+QWidget *frmOptions::organizationControl(const QString &column) const
+{
+    for (QLineEdit *box : m_textBoxes)
+        if (basTendmark::DataField(box) == column)
+            return box;
+    return column == QLatin1String("OrganizationState") ? static_cast<QWidget *>(m_cboState) : m_txtLogo;
+}
+
 void frmOptions::PopulateOrganizationControls()
 {
-    QSqlQuery q;
-    bool found = false;
-    if (!basErrorHandler::Guard(QStringLiteral("frmOptions.OpenOrganizationTable"), [&] {
-            q = basDatabase::Execute(QStringLiteral("SELECT * FROM Organization LIMIT 1"));
-            found = q.next();
-        }))
+    Organization organization;
+    if (!basErrorHandler::Guard(QStringLiteral("frmOptions.OpenOrganizationTable"),
+                                [&] { organization = OptionsStore::readOrganization(); }))
         return;
     basErrorHandler::Guard(QStringLiteral("frmOptions.PopulateOrganizationControls"), [&] {
-        auto value = [&](const QString &column) { return found ? q.value(column).toString() : QString(); };
-        for (QLineEdit *box : m_textBoxes) {
-            const QString text = value(basTendmark::DataField(box));
-            box->setText(box->inputMask().isEmpty() ? text : basTendmark::FormatPhone(text));
+        for (const OptionsStore::OrganizationColumn &c : OptionsStore::organizationColumns()) {
+            const QString column = QString::fromLatin1(c.column);
+            const QString &text = organization.*c.member;
+            QWidget *control = organizationControl(column);
+            if (control == m_txtLogo)
+                showLogo(text);
+            else if (control == m_cboState)
+                m_cboState->setCurrentIndex(basTendmark::GetComboItemIndex(m_cboState, basDatabase::Field(kOrganization, column), text));
+            else if (auto *box = qobject_cast<QLineEdit *>(control))
+                box->setText(box->inputMask().isEmpty() ? text : basTendmark::FormatPhone(text));
         }
-        const FieldInfo state = basDatabase::Field(QStringLiteral("Organization"), QStringLiteral("OrganizationState"));
-        m_cboState->setCurrentIndex(basTendmark::GetComboItemIndex(m_cboState, state, value(QStringLiteral("OrganizationState"))));
-        showLogo(value(QStringLiteral("OrganizationLogo")));
     });
 }
 
 void frmOptions::PopulateOptionsControls()
 {
-    QSqlQuery q;
-    bool found = false;
-    if (!basErrorHandler::Guard(QStringLiteral("frmOptions.OpenOptionsTable"), [&] {
-            q = basDatabase::Execute(QStringLiteral("SELECT * FROM Options LIMIT 1"));
-            found = q.next();
-        }))
+    DatabaseOptions options;
+    if (!basErrorHandler::Guard(QStringLiteral("frmOptions.OpenOptionsTable"), [&] { options = OptionsStore::readOptions(); }))
         return;
-    basErrorHandler::Guard(QStringLiteral("frmOptions.PopulateOptionsControls"), [&] {
-        for (QCheckBox *check : m_tabChecks) {
-            const QVariant v = found ? q.value(basTendmark::DataField(check)) : QVariant();
-            check->setChecked(v.isNull() || v.toInt() != 0);
-        }
-        m_spnInterval->setValue(found ? q.value(kInterval).toInt() : 0);
-    });
+    for (const auto &[check, member] : m_tabChecks)
+        check->setChecked(options.flags.*member);
+    m_spnInterval->setValue(options.foodVisitIntervalDays);
 }
 
 void frmOptions::showLogo(const QString &path)
@@ -299,7 +284,7 @@ bool frmOptions::txtData_Validate(QLineEdit *box)
     bool valid = true;
     basErrorHandler::Guard(QStringLiteral("frmOptions.txtData_Validate"), [&] {
         const QString column = basTendmark::DataField(box);
-        const FieldInfo field = basDatabase::Field(QStringLiteral("Organization"), column);
+        const FieldInfo field = basDatabase::Field(kOrganization, column);
         const QString value = basTendmark::GetControlValue(box, field);
         QString message;
         if (!basDatabase::FieldIsValid(field, value, message))
@@ -336,47 +321,25 @@ bool frmOptions::Update()
         }
     }
     m_validating = false;
-    if (m_txtLogo->text().size() > basDatabase::Field(QStringLiteral("Organization"), QStringLiteral("OrganizationLogo")).size) {
+    if (m_txtLogo->text().size() > basDatabase::Field(kOrganization, QStringLiteral("OrganizationLogo")).size) {
         Prompt::message(QStringLiteral("Data Entry Error"), QStringLiteral("The logo's file path is too long. Move the picture to a shorter path."),
                         Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
 
-    QSqlDatabase db = basDatabase::Connection();
+    Organization organization;
+    DatabaseOptions options;
     const bool saved = basErrorHandler::Guard(QStringLiteral("frmOptions.Update"), [&] {
-        Transaction transaction(db);
-        if (!transaction.active())
-            throw TmError(-1, QStringLiteral("Could not start a transaction."));
-        // Organization: one row, added when the database has none.
-        QVariantList values;
-        QStringList assignments;
-        for (const char *name : kOrganizationColumns) {
-            const QString column = QString::fromLatin1(name);
-            const FieldInfo field = basDatabase::Field(QStringLiteral("Organization"), column);
-            QWidget *control = column == QLatin1String("OrganizationState") ? static_cast<QWidget *>(m_cboState)
-                             : column == QLatin1String("OrganizationLogo")  ? static_cast<QWidget *>(m_txtLogo)
-                                                                            : nullptr;
-            for (QLineEdit *box : m_textBoxes)
-                if (basTendmark::DataField(box) == column)
-                    control = box;
-            const QString text = control == m_txtLogo ? m_txtLogo->text() : basTendmark::GetControlValue(control, field);
-            values << basDatabase::StorageValue(field, text);
-            assignments << column + QStringLiteral(" = ?");
+        for (const OptionsStore::OrganizationColumn &c : OptionsStore::organizationColumns()) {
+            const QString column = QString::fromLatin1(c.column);
+            QWidget *control = organizationControl(column);
+            organization.*c.member = control == m_txtLogo ? m_txtLogo->text()
+                                                          : basTendmark::GetControlValue(control, basDatabase::Field(kOrganization, column));
         }
-        updateSingleRow(QStringLiteral("Organization"), assignments, values);
-
-        // Options: the nine tab flags and the visit interval.
-        values.clear();
-        assignments.clear();
-        for (QCheckBox *check : m_tabChecks) {
-            values << (check->isChecked() ? 1 : 0);
-            assignments << basTendmark::DataField(check) + QStringLiteral(" = ?");
-        }
-        values << m_spnInterval->value();
-        assignments << kInterval + QStringLiteral(" = ?");
-        updateSingleRow(QStringLiteral("Options"), assignments, values);
-        if (!transaction.commit())
-            throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(transaction.error()));
+        for (const auto &[check, member] : m_tabChecks)
+            options.flags.*member = check->isChecked();
+        options.foodVisitIntervalDays = m_spnInterval->value();
+        OptionsStore::save(organization, options);
     });
     if (!saved)
         return false;

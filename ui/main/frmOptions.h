@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include "OptionsStore.h"
+
 #include <QList>
 
 class QCheckBox;
@@ -25,6 +27,7 @@ public:
 
 private:
     void buildControls();
+    QWidget *organizationControl(const QString &column) const;
     void PopulateOrganizationControls();
     void PopulateOptionsControls();
     bool txtData_Validate(QLineEdit *box);
@@ -41,7 +44,7 @@ private:
     QComboBox *m_cboState = nullptr;
     QLineEdit *m_txtLogo = nullptr;
     QLabel *m_picLogo = nullptr;
-    QList<QCheckBox *> m_tabChecks;      // in the order of the option flags
+    QList<std::pair<QCheckBox *, bool OptionFlags::*>> m_tabChecks;
     QSpinBox *m_spnInterval = nullptr;
     QPushButton *m_cmdApply = nullptr;
     QPushButton *m_cmdCancel = nullptr;

@@ -2,8 +2,7 @@
 
 #include "DataBinding.h"
 #include "GridModel.h"
-#include "SqlText.h"
-#include "basDatabase.h"
+#include "QueryPages.h"
 #include "basErrorHandler.h"
 
 #include <QDialogButtonBox>
@@ -13,8 +12,6 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -91,21 +88,6 @@ void frmSelect::setFormLabel(const QString &label)
     m_lblGrid->setText(QString(label).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
 }
 
-QString frmSelect::FormatValue(const QString &fieldName)
-{
-    const QString c = SqlText::id(fieldName);
-    if (fieldName == QLatin1String("SocialSecurityNumber"))
-        return SqlText::ssn(c);
-    if (fieldName == QLatin1String("HomePhone") || fieldName == QLatin1String("MobilePhone")
-        || fieldName == QLatin1String("WorkPhone") || fieldName == QLatin1String("EmergencyContactPhone"))
-        return SqlText::phone(c);
-    if (fieldName == QLatin1String("Address") || fieldName == QLatin1String("EmployerAddress") || fieldName == QLatin1String("Comments"))
-        return QStringLiteral("REPLACE(REPLACE(%1, char(13), ' '), char(10), ' ')").arg(c);
-    if (fieldName == QLatin1String("BirthDate"))
-        return SqlText::date(c);
-    return c;
-}
-
 QString frmSelect::ColumnSpec(const QStringList &fieldNames)
 {
     QStringList entries;
@@ -119,20 +101,14 @@ QString frmSelect::ColumnSpec(const QStringList &fieldNames)
     return entries.join(QLatin1Char('|'));
 }
 
-void frmSelect::setRecordset(const QString &sql, const QVariantList &binds, const QString &countSql)
+void frmSelect::setRecordset(const Query &query)
 {
     basErrorHandler::Guard(QStringLiteral("frmSelect.PopulateGrid"), [&] {
-        const QSqlRecord record = basDatabase::Execute(QStringLiteral("SELECT * FROM (%1) LIMIT 0").arg(sql), binds).record();
-        QStringList names;
-        for (int i = 0; i < record.count(); ++i)
-            names << record.fieldName(i);
+        const QStringList names = QueryPages::fieldNames(query);
         if (names.isEmpty())
             return;
         FormatGrid(names.mid(1));
-        QStringList shown{SqlText::id(names.first())};
-        for (const QString &name : names.mid(1))
-            shown << FormatValue(name) + QStringLiteral(" AS ") + SqlText::id(name);
-        PopulateGrid(QStringLiteral("SELECT %1 FROM (%2)").arg(shown.join(QStringLiteral(", ")), sql), binds, countSql);
+        PopulateGrid(QueryPages::readable(query, names));
     });
     ResizeGrid();
 }
@@ -143,9 +119,9 @@ void frmSelect::FormatGrid(const QStringList &fieldNames)
     basTendmark::FormatDataGrid(m_grdData);
 }
 
-void frmSelect::PopulateGrid(const QString &sql, const QVariantList &binds, const QString &countSql)
+void frmSelect::PopulateGrid(const Query &query)
 {
-    basTendmark::PopulateDataGrid(m_grdData, sql, binds, countSql);
+    basTendmark::PopulateDataGrid(m_grdData, query);
     if (basTendmark::Model(m_grdData)->dataRowCount() > 0)
         basTendmark::SelectRow(m_grdData, 0);
     updateOkButton();
@@ -192,7 +168,7 @@ std::optional<QString> frmSelect::pick(const Prompt::PickRequest &request, QWidg
     frmSelect form(parent);
     form.setFormCaption(request.caption);
     form.setFormLabel(request.label);
-    form.setRecordset(request.sql, request.binds, request.countSql);
+    form.setRecordset({request.sql, request.binds, request.countSql});
     form.exec();
     if (!form.OKClicked())
         return std::nullopt;

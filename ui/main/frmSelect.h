@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Prompt.h"
+#include "Query.h"
 
 #include <QDialog>
 #include <optional>
@@ -21,15 +22,13 @@ public:
     void setFormCaption(const QString &caption);
     void setFormLabel(const QString &label);
     // The rows to offer; the query's first column is the row's key. countSql: the same number of rows, faster.
-    void setRecordset(const QString &sql, const QVariantList &binds = {}, const QString &countSql = {});
+    void setRecordset(const Query &query);
 
     QString FormCaption() const { return windowTitle(); }
     QString FormLabel() const { return m_formLabel; }
     QString RecordID() const { return m_recordId; }
     bool OKClicked() const { return m_okClicked; }
 
-    // The SQL expression that shows a column of the query the way people read it.
-    static QString FormatValue(const QString &fieldName);
     // The grid's column specification for the query's fields (the key excluded).
     static QString ColumnSpec(const QStringList &fieldNames);
 
@@ -38,7 +37,7 @@ public:
 
 private:
     void FormatGrid(const QStringList &fieldNames);
-    void PopulateGrid(const QString &sql, const QVariantList &binds, const QString &countSql);
+    void PopulateGrid(const Query &query);
     void ResizeGrid();
     void updateOkButton();
     void cmdOK_Click();

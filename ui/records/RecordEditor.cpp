@@ -667,3 +667,5 @@ bool RecordEditor::eventFilter(QObject *watched, QEvent *event)
     }
     return MdiChild::eventFilter(watched, event);
 }
+
+void RecordEditor::populateCombos() { basTendmark::PopulateLookupCombos(boundControls(), tableName()); }

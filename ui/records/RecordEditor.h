@@ -66,7 +66,7 @@ protected:
     virtual bool hasClient() const { return true; }
     virtual QString dateColumn() const { return {}; }     // set to today on a new record; no future dates
     virtual void buildFields() = 0;                       // adds the bound controls
-    virtual void populateCombos() {}
+    virtual void populateCombos();                         // fills the drop-downs of lookup columns
     // Extra checks of one field during a save; false stops the save (the editor has told the user).
     virtual bool checkField(QWidget *control, const QString &column, const QString &value, const QString &caption);
     // Last word before a row is committed; false keeps the record dirty and unsaved.

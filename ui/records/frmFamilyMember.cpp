@@ -3,6 +3,7 @@
 #include "DataBinding.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QDate>
@@ -18,7 +19,7 @@ frmFamilyMember::frmFamilyMember(Workspace *main, QWidget *parent) : RecordEdito
     setWindowTitle(QStringLiteral("Family Member"));
 }
 
-QString frmFamilyMember::query() const { return QStringLiteral("SELECT * FROM Family WHERE ClientID = ? ORDER BY FamilyMemberID"); }
+QString frmFamilyMember::query() const { return RecordQueries::familyMembers(); }
 
 void frmFamilyMember::buildFields()
 {
@@ -80,16 +81,14 @@ void frmFamilyMember::buildFields()
 
 void frmFamilyMember::populateCombos()
 {
+    RecordEditor::populateCombos();
     auto fill = [this](const char *column, const char *table, const char *key, const char *text) {
         basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QLatin1String(column))), QLatin1String(table),
                                        QLatin1String(key), QLatin1String(text));
     };
-    fill("RelationshipID", "Relationships", "RelationshipID", "RelationshipDescription");
     fill("Gender", "Gender", "GenderID", "GenderCode");
-    fill("EthnicOriginID", "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription");
-    fill("EducationLevelID", "EducationLevel", "EducationLevelID", "EducationLevelDescription");
     fill("EmployerState", "States", "StateID", "StateCode");
-    fill("EmployerZip", "ZipCode", "ZipCodeID", "ZipCode");
+    basTendmark::PopulateZipCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("EmployerZip"))));
 }
 
 void frmFamilyMember::controlChanged(QWidget *control)

@@ -1,9 +1,12 @@
 #include "frmFoodService.h"
 
 #include "DataBinding.h"
+#include "OptionsStore.h"
 #include "Prompt.h"
 #include "basDatabase.h"
+#include "basErrorHandler.h"
 #include "basTendmark.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -19,7 +22,7 @@ frmFoodService::frmFoodService(Workspace *main, QWidget *parent) : RecordEditor(
 
 QString frmFoodService::query() const
 {
-    return QStringLiteral("SELECT * FROM FoodService WHERE ClientID = ? ORDER BY FoodServiceDate, FoodServiceID");
+    return RecordQueries::foodServices();
 }
 
 void frmFoodService::buildFields()
@@ -39,13 +42,6 @@ void frmFoodService::buildFields()
     fieldGrid()->setColumnStretch(1, 1);
 }
 
-void frmFoodService::populateCombos()
-{
-    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("FoodServiceTypeID"))),
-                                   QStringLiteral("FoodServiceTypes"), QStringLiteral("FoodServiceTypeID"),
-                                   QStringLiteral("FoodServiceTypeDescription"));
-}
-
 bool frmFoodService::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
 {
     if (column == QLatin1String("NumberOfBags") && value.toInt() == 0)
@@ -56,17 +52,15 @@ bool frmFoodService::checkField(QWidget *control, const QString &column, const Q
 // A second visit within the organisation's interval asks before it is saved.
 bool frmFoodService::confirmCommit()
 {
-    const int interval = basDatabase::GetFoodVisitIntervalDays();
+    int interval = 0;
+    basErrorHandler::Guard(QStringLiteral("frmFoodService.confirmCommit"),
+                           [&] { interval = OptionsStore::readOptions().foodVisitIntervalDays; });
     if (interval <= 0 || madoPrimaryRS.editMode() != Recordset::EditMode::Adding)
         return true;
     const QDate date = QDate::fromString(madoPrimaryRS.value(QStringLiteral("FoodServiceDate")).toString(), Qt::ISODate);
     if (!date.isValid())
         return true;
-    const QDate last = QDate::fromString(
-        basDatabase::ScalarValue(QStringLiteral("SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ? AND FoodServiceDate <= ?"),
-                                 {ClientID().toLongLong(), date.toString(Qt::ISODate)})
-            .toString(),
-        Qt::ISODate);
+    const QDate last = RecordQueries::lastFoodService(ClientID().toLongLong(), date);
     if (!last.isValid())
         return true;
     const qint64 days = last.daysTo(date);

@@ -2,6 +2,7 @@
 
 #include "DataBinding.h"
 #include "Money.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -24,7 +25,7 @@ QString frmIncomeExpense::typeColumn() const
 
 QString frmIncomeExpense::query() const
 {
-    return QStringLiteral("SELECT * FROM %1 WHERE ClientID = ? ORDER BY %2, %3").arg(tableName(), typeColumn(), keyColumn());
+    return RecordQueries::incomeOrExpenses(isIncome());
 }
 
 void frmIncomeExpense::buildFields()
@@ -38,17 +39,6 @@ void frmIncomeExpense::buildFields()
     addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1,
              QStringLiteral("Amount"), 1);
     fieldGrid()->setColumnStretch(1, 1);
-}
-
-void frmIncomeExpense::populateCombos()
-{
-    auto *list = qobject_cast<QComboBox *>(boundControl(typeColumn()));
-    if (isIncome())
-        basTendmark::PopulateDataCombo(list, QStringLiteral("IncomeSources"), QStringLiteral("IncomeSourceID"),
-                                       QStringLiteral("IncomeSourceDescription"));
-    else
-        basTendmark::PopulateDataCombo(list, QStringLiteral("ExpenseCategories"), QStringLiteral("ExpenseCategoryID"),
-                                       QStringLiteral("ExpenseCategoryDescription"));
 }
 
 bool frmIncomeExpense::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)

@@ -21,7 +21,6 @@ protected:
     QString keyColumn() const override;
     QString query() const override;
     void buildFields() override;
-    void populateCombos() override;
     bool checkField(QWidget *control, const QString &column, const QString &value, const QString &caption) override;
     DeleteTexts deleteTexts() const override;
 

@@ -2,6 +2,7 @@
 
 #include "DataBinding.h"
 #include "Money.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -17,7 +18,7 @@ frmPaymentHistory::frmPaymentHistory(Workspace *main, QWidget *parent) : RecordE
 
 QString frmPaymentHistory::query() const
 {
-    return QStringLiteral("SELECT * FROM Payments WHERE ClientID = ? ORDER BY PaymentDate, PaymentID");
+    return RecordQueries::payments();
 }
 
 void frmPaymentHistory::buildFields()
@@ -39,13 +40,6 @@ void frmPaymentHistory::buildFields()
     amount(QStringLiteral("AmountPaid"), required, 3, QStringLiteral("Amount Paid"));
     addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 4, QStringLiteral("Comments"), 4);
     fieldGrid()->setColumnStretch(1, 1);
-}
-
-void frmPaymentHistory::populateCombos()
-{
-    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("PaymentsTypeID"))),
-                                   QStringLiteral("PaymentTypes"), QStringLiteral("PaymentTypeID"),
-                                   QStringLiteral("PaymentTypeDescription"));
 }
 
 bool frmPaymentHistory::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)

@@ -20,7 +20,6 @@ protected:
     QString query() const override;
     QString dateColumn() const override { return QStringLiteral("PaymentDate"); }
     void buildFields() override;
-    void populateCombos() override;
     bool checkField(QWidget *control, const QString &column, const QString &value, const QString &caption) override;
     DeleteTexts deleteTexts() const override;
 };

@@ -2,9 +2,9 @@
 
 #include "DataBinding.h"
 #include "GridModel.h"
+#include "LookupTables.h"
 #include "Prompt.h"
 #include "Recordset.h"
-#include "SqlText.h"
 #include "TmError.h"
 #include "Transaction.h"
 #include "basDatabase.h"
@@ -32,40 +32,14 @@ constexpr int kFirstEditColumn = 2;
 const QString kZipCodeTable = QStringLiteral("ZipCode");
 constexpr int kZipStateColumn = 4;
 
-struct Reference
-{
-    const char *table;
-    const char *column;
-};
-
-// The rows that refer to an item of each lookup table. Zip codes are copied into
-// the records as text, so nothing refers to them.
-QList<Reference> referencesTo(const QString &lookupTable)
-{
-    static const QHash<QString, QList<Reference>> references = {
-        {QStringLiteral("EducationLevel"), {{"Client", "EducationLevelID"}, {"Family", "EducationLevelID"}}},
-        {QStringLiteral("EthnicOrigin"), {{"Client", "EthnicOriginID"}, {"Family", "EthnicOriginID"}}},
-        {QStringLiteral("ExpenseCategories"), {{"Expenses", "ExpenseCategoryID"}}},
-        {QStringLiteral("FoodServiceTypes"), {{"FoodService", "FoodServiceTypeID"}}},
-        {QStringLiteral("Housing"), {{"Client", "HousingID"}}},
-        {QStringLiteral("IncomeSources"), {{"Income", "IncomeSourceID"}}},
-        {QStringLiteral("MaritalStatus"), {{"Client", "MaritalStatusID"}}},
-        {QStringLiteral("OtherAssistance"), {{"Client", "OtherAssistanceID"}}},
-        {QStringLiteral("PaymentTypes"), {{"Payments", "PaymentsTypeID"}}},
-        {QStringLiteral("Relationships"), {{"Family", "RelationshipID"}}},
-        {QStringLiteral("ReligiousPreference"), {{"Client", "ReligiousPreferenceID"}}},
-    };
-    return references.value(lookupTable);
-}
-
 } // namespace
 
-frmTableGrid::frmTableGrid(Workspace *main, const QString &tableName, const QString &tableKeyName, const QString &tableCaption,
-                           const QString &columnHeaders)
-    : MdiChild(main), m_tableName(tableName), m_tableKeyName(tableKeyName)
+frmTableGrid::frmTableGrid(Workspace *main, const LookupTables::LookupTable &table)
+    : MdiChild(main), m_table(table), m_tableName(table.name()), m_tableKeyName(QLatin1String(table.keyColumn))
 {
     setObjectName(QStringLiteral("frmTableGrid"));
-    setWindowTitle(tableCaption);
+    setWindowTitle(QLatin1String(table.caption));
+    const QString columnHeaders = QLatin1String(table.columnSpec);
     buildControls(columnHeaders);
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.Form_Load"), [&] {
         for (const FieldInfo &field : basDatabase::Fields(m_tableName))
@@ -191,11 +165,8 @@ void frmTableGrid::PopulateGrid()
         items.first()->setData(0, kRowMarkRole);
         m_model->appendRow(items);
     };
-    QStringList select;
-    for (const QString &column : m_columns)
-        select << SqlText::id(column);
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT %1, %2 FROM %3 ORDER BY %1")
-                                           .arg(SqlText::id(m_tableKeyName), select.join(QStringLiteral(", ")), SqlText::id(m_tableName)));
+    const Query items = LookupTables::items(m_table, m_columns);
+    QSqlQuery q = basDatabase::Execute(items.sql, items.binds);
     while (q.next()) {
         QStringList texts{QString(), q.value(0).toString()};
         for (int i = 0; i < m_columns.size(); ++i)
@@ -279,8 +250,7 @@ void frmTableGrid::grdData_SelChange(int row)
     if (key.isEmpty())
         return;
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.grdData_SelChange"), [&] {
-        const QString sql = QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ?").arg(SqlText::id(m_tableName), SqlText::id(m_tableKeyName));
-        if (!basDatabase::Execute(sql, {key.toLongLong()}).next())
+        if (!LookupTables::exists(m_table, key.toLongLong()))
             Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error locating record in database."),
                             Prompt::Icon::Critical, Prompt::Ok);
     });
@@ -486,8 +456,7 @@ bool frmTableGrid::cmdSave_Click()
         if (!transaction.active())
             throw TmError(-1, QStringLiteral("Could not start a transaction: %1").arg(transaction.error()));
         Recordset recordset;
-        recordset.open(m_tableName, m_tableKeyName,
-                       QStringLiteral("SELECT * FROM %1 ORDER BY %2").arg(SqlText::id(m_tableName), SqlText::id(m_tableKeyName)));
+        recordset.open(m_tableName, m_tableKeyName, LookupTables::allRows(m_table));
         for (int row : rows)
             if (!UpdateRow(recordset, row))
                 return;
@@ -532,12 +501,7 @@ bool frmTableGrid::TableInUse(const QString &key, bool &inUse)
 {
     inUse = false;
     return basErrorHandler::Guard(QStringLiteral("frmTableGrid.TableInUse"), [&] {
-        for (const Reference &r : referencesTo(m_tableName)) {
-            const QString sql = QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ? LIMIT 1")
-                                    .arg(SqlText::id(QString::fromLatin1(r.table)), SqlText::id(QString::fromLatin1(r.column)));
-            if (basDatabase::Execute(sql, {key.toLongLong()}).next())
-                inUse = true;
-        }
+        inUse = LookupTables::inUse(m_table, key.toLongLong());
     });
 }
 

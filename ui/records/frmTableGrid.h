@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LookupTables.h"
 #include "MdiChild.h"
 
 #include <QStringList>
@@ -23,8 +24,7 @@ class frmTableGrid : public MdiChild
     Q_OBJECT
 
 public:
-    frmTableGrid(Workspace *main, const QString &tableName, const QString &tableKeyName, const QString &tableCaption,
-                 const QString &columnHeaders);
+    frmTableGrid(Workspace *main, const LookupTables::LookupTable &table);
 
     const QString &TableName() const { return m_tableName; }
     const QString &TableKeyName() const { return m_tableKeyName; }
@@ -69,6 +69,7 @@ private:
     void updateDeleteButton();
     void setDeleteEnabled(bool enabled);
 
+    const LookupTables::LookupTable &m_table;
     QString m_tableName;
     QString m_tableKeyName;
     QStringList m_columns;        // the editable columns, grid columns 2..

@@ -3,6 +3,7 @@
 #include "DataBinding.h"
 #include "Prompt.h"
 #include "basDatabase.h"
+#include "RecordQueries.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -10,7 +11,6 @@
 #include <QPlainTextEdit>
 
 namespace {
-const QString kDefaultSql = QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
 }
 
 frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
@@ -19,7 +19,7 @@ frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main
     setWindowTitle(QStringLiteral("Volunteers"));
 }
 
-QString frmVolunteer::query() const { return m_sql.isEmpty() ? kDefaultSql : m_sql; }
+QString frmVolunteer::query() const { return m_sql.isEmpty() ? RecordQueries::allVolunteers() : m_sql; }
 
 void frmVolunteer::setSQL(const QString &sql)
 {
@@ -102,8 +102,7 @@ void frmVolunteer::populateCombos()
 {
     basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("State"))), QStringLiteral("States"),
                                    QStringLiteral("StateID"), QStringLiteral("StateCode"));
-    basTendmark::PopulateDataCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("ZipCode"))), QStringLiteral("ZipCode"),
-                                   QStringLiteral("ZipCodeID"), QStringLiteral("ZipCode"));
+    basTendmark::PopulateZipCombo(qobject_cast<QComboBox *>(boundControl(QStringLiteral("ZipCode"))));
 }
 
 // A zip code the table knows fills in its city and state.

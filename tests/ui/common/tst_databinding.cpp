@@ -58,14 +58,14 @@ private Q_SLOTS:
         TestDatabase db;
         std::unique_ptr<QTableView> g(grid("<Last Name,1400|<First Name,1200"));
         QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-        PopulateDataGrid(g.get(), "SELECT ClientID, LastName, FirstName FROM Client ORDER BY LastName");
+        PopulateDataGrid(g.get(), {"SELECT ClientID, LastName, FirstName FROM Client ORDER BY LastName", {}, {}});
         QCOMPARE(g->model()->rowCount(), 1);
         QCOMPARE(GridRowKey(g.get(), 0), 0);
         QCOMPARE(GridText(g.get(), 0, 1), QString());
 
         const qint64 a = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"FirstName", QVariant()}});
         const qint64 b = TestDatabase::insert("Client", {{"LastName", "Adams"}, {"FirstName", "Ann"}});
-        PopulateDataGrid(g.get(), "SELECT ClientID, LastName, FirstName FROM Client WHERE LastName <> ? ORDER BY LastName", {"x"});
+        PopulateDataGrid(g.get(), {"SELECT ClientID, LastName, FirstName FROM Client WHERE LastName <> ? ORDER BY LastName", {"x"}, {}});
         QCOMPARE(g->model()->rowCount(), 2);
         QCOMPARE(GridRowKey(g.get(), 0), b);
         QCOMPARE(GridText(g.get(), 1, 1), QStringLiteral("O'Brien"));
@@ -90,7 +90,7 @@ private Q_SLOTS:
                              "INSERT INTO Client (LastName) SELECT printf('L%05d', i) FROM n");
         std::unique_ptr<QTableView> g(grid("<Last Name,1400"));
         QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-        PopulateDataGrid(g.get(), "SELECT ClientID, LastName FROM Client ORDER BY LastName", {}, "SELECT ClientID FROM Client");
+        PopulateDataGrid(g.get(), {"SELECT ClientID, LastName FROM Client ORDER BY LastName", {}, "SELECT ClientID FROM Client"});
         QCOMPARE(g->model()->rowCount(), 20000);
         QCOMPARE(GridText(g.get(), 19999, 1), QStringLiteral("L20000"));
         Model(g.get())->sortByColumn(1, Qt::DescendingOrder);
@@ -110,8 +110,8 @@ private Q_SLOTS:
         TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 120000}});
         TestDatabase::insert("Income", {{"ClientID", c}, {"Amount", 9500}});
         std::unique_ptr<QTableView> g(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
-        PopulateDataGrid(g.get(), "SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
-                                      + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID");
+        PopulateDataGrid(g.get(), {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
+                                      + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID", {}, {}});
         GridModel *model = Model(g.get());
         model->sortByColumn(2, Qt::AscendingOrder);
         QCOMPARE(QStringList({GridText(g.get(), 0, 1), GridText(g.get(), 1, 1), GridText(g.get(), 2, 1)}), (QStringList{"B", "A", "C"}));

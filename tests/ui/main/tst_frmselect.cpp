@@ -53,7 +53,7 @@ void TestFrmSelect::cleanupTestCase() { m_db.reset(); }
 void TestFrmSelect::emptyResultKeepsOkDisabled()
 {
     frmSelect form;
-    form.setRecordset(QStringLiteral("SELECT ClientID, LastName FROM Client WHERE LastName = ?"), {QStringLiteral("Nobody")});
+    form.setRecordset({QStringLiteral("SELECT ClientID, LastName FROM Client WHERE LastName = ?"), {QStringLiteral("Nobody")}, {}});
     form.show();
     auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
     QCOMPARE(grid->model()->rowCount(), 1); // the blank row
@@ -76,7 +76,7 @@ void TestFrmSelect::valuesAreShownFormattedOnOneLine()
     frmSelect form;
     form.setFormCaption(QStringLiteral("Client Already On File?"));
     form.setFormLabel(QStringLiteral("Line one.\r\nLine two."));
-    form.setRecordset(m_query);
+    form.setRecordset({m_query, {}, {}});
     QCOMPARE(form.windowTitle(), QStringLiteral("Client Already On File?"));
     QCOMPARE(form.findChild<QLabel *>(QStringLiteral("lblGrid"))->text(), QStringLiteral("Line one.\nLine two."));
     auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
@@ -96,7 +96,7 @@ void TestFrmSelect::valuesAreShownFormattedOnOneLine()
 void TestFrmSelect::doubleClickChoosesTheRow()
 {
     frmSelect form;
-    form.setRecordset(m_query);
+    form.setRecordset({m_query, {}, {}});
     form.show();
     auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
     QVERIFY(form.findChild<QPushButton *>(QStringLiteral("cmdOK"))->isEnabled()); // the first row starts current
@@ -112,7 +112,7 @@ void TestFrmSelect::doubleClickChoosesTheRow()
 void TestFrmSelect::cancelChoosesNothing()
 {
     frmSelect form;
-    form.setRecordset(m_query);
+    form.setRecordset({m_query, {}, {}});
     form.show();
     form.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
     QVERIFY(!form.OKClicked());

@@ -1,4 +1,5 @@
 #include "DemoDatabase.h"
+#include "LookupTables.h"
 #include "MdiChild.h"
 #include "ScriptedPrompts.h"
 #include "StartPanel.h"
@@ -62,7 +63,7 @@ void TestMainWindow::dataMenusNeedADatabase_data()
                          "mnuReportsGeographicSummary", "mnuReportsGroceryLog", "mnuReportsPaymentHistoryByClient",
                          "mnuReportsVolunteerDetail", "mnuReportsVolunteerList", "mnuToolsOptions", "ViewBarClientSummary",
                          "ViewBarClientDetails", "ViewBarClientTable", "ViewBarVolunteers"};
-    for (const frmMain::LookupTable &t : frmMain::lookupTables())
+    for (const LookupTables::LookupTable &t : LookupTables::all())
         names << QString::fromLatin1(t.menuName);
     for (const QString &name : names)
         QTest::newRow(qPrintable(name)) << name;

@@ -101,9 +101,9 @@ void tst_options::savesAndReloadsEveryField()
 
     // The main window takes the new name and flags at once.
     QCOMPARE(s.main.windowTitle(), QStringLiteral("TendMark - St. Mary's Pantry"));
-    QCOMPARE(s.main.optionFlags()[0], false);
-    QCOMPARE(s.main.optionFlags()[1], true);
-    QCOMPARE(s.main.optionFlags()[7], false);
+    QCOMPARE(s.main.optionFlags().showNotesTab, false);
+    QCOMPARE(s.main.optionFlags().showEmployerTab, true);
+    QCOMPARE(s.main.optionFlags().showFEMATab, false);
 
     QTest::qWait(0);   // the closed dialog is deleted
     dialog = openOptions(s.main);
@@ -199,8 +199,8 @@ void tst_options::missingRowsAreAddedAndCancelWritesNothing()
     QCOMPARE(TestDatabase::count("Options"), 1);
     QCOMPARE(TestDatabase::scalar("SELECT OrganizationName FROM Organization").toString(), QStringLiteral("Food Bank"));
     QCOMPARE(TestDatabase::scalar("SELECT ShowHealthMedicalTab FROM Options").toInt(), 0);
-    QCOMPARE(s.main.optionFlags()[6], false);
-    QCOMPARE(s.main.optionFlags()[5], true);
+    QCOMPARE(s.main.optionFlags().showHealthMedicalTab, false);
+    QCOMPARE(s.main.optionFlags().showIncomeExpensesTab, true);
 }
 
 void tst_options::logoIsChosenThroughTheFileDialog()

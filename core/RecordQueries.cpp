@@ -1,0 +1,74 @@
+#include "RecordQueries.h"
+
+#include "SqlText.h"
+#include "basDatabase.h"
+
+namespace RecordQueries {
+
+namespace {
+
+// Line breaks in a text column as spaces, so that a grid row stays one line.
+QString oneLine(const QString &column)
+{
+    return QStringLiteral("replace(replace(%1, char(13), ''), char(10), ' ')").arg(column);
+}
+
+} // namespace
+
+QString allClients() { return QStringLiteral("SELECT * FROM Client"); }
+
+QString allClientsByLastName() { return QStringLiteral("SELECT * FROM Client ORDER BY LastName"); }
+
+QString allVolunteers() { return QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID"); }
+
+Query clientList(const QString &base)
+{
+    Query query;
+    query.sql = QStringLiteral("SELECT ClientID, ClientID, LastName, FirstName, MiddleInitial, ")
+                + SqlText::ssn(QStringLiteral("SocialSecurityNumber")) + QStringLiteral(" AS SocialSecurityNumber, ")
+                + QStringLiteral("DriversLicenseNumber, ") + SqlText::date(QStringLiteral("BirthDate"))
+                + QStringLiteral(" AS BirthDate, Gender, ")
+                + QStringLiteral("(SELECT EthnicOriginDescription FROM EthnicOrigin WHERE EthnicOriginID=Client.EthnicOriginID) AS EthnicOriginDescription, ")
+                + QStringLiteral("(SELECT MaritalStatusDescription FROM MaritalStatus WHERE MaritalStatusID=Client.MaritalStatusID) AS MaritalStatusDescription, ")
+                + oneLine(QStringLiteral("Address")) + QStringLiteral(" AS Address, City, State, ZipCode, ")
+                + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ")
+                + SqlText::phone(QStringLiteral("WorkPhone")) + QStringLiteral(" AS WorkPhone, ")
+                + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
+                + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
+                + QStringLiteral(") AS Client ORDER BY LastName");
+    query.countSql = QStringLiteral("SELECT ClientID FROM (%1)").arg(base);
+    return query;
+}
+
+QString familyMembers() { return QStringLiteral("SELECT * FROM Family WHERE ClientID = ? ORDER BY FamilyMemberID"); }
+
+QString foodServices() { return QStringLiteral("SELECT * FROM FoodService WHERE ClientID = ? ORDER BY FoodServiceDate, FoodServiceID"); }
+
+QString payments() { return QStringLiteral("SELECT * FROM Payments WHERE ClientID = ? ORDER BY PaymentDate, PaymentID"); }
+
+QString incomeOrExpenses(bool income)
+{
+    return income ? QStringLiteral("SELECT * FROM Income WHERE ClientID = ? ORDER BY IncomeSourceID, IncomeItemID")
+                  : QStringLiteral("SELECT * FROM Expenses WHERE ClientID = ? ORDER BY ExpenseCategoryID, ExpenseItemID");
+}
+
+Household household(qint64 clientId)
+{
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT (SELECT COUNT(*) FROM Family WHERE ClientID = ?) + 1, "
+                                                      "(SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ?)"),
+                                       {clientId, clientId});
+    Household household;
+    if (q.next())
+        household = {q.value(0).toInt(), QDate::fromString(q.value(1).toString(), Qt::ISODate)};
+    return household;
+}
+
+QDate lastFoodService(qint64 clientId, const QDate &onOrBefore)
+{
+    const QVariant last = basDatabase::ScalarValue(
+        QStringLiteral("SELECT MAX(FoodServiceDate) FROM FoodService WHERE ClientID = ? AND FoodServiceDate <= ?"),
+        {clientId, onOrBefore.toString(Qt::ISODate)});
+    return QDate::fromString(last.toString(), Qt::ISODate);
+}
+
+} // namespace RecordQueries
