@@ -608,9 +608,7 @@ void frmClientDetails::DisplayClient()
     });
     m_dataChanged = false;
     m_loading = false;
-    if (workspace()->activeChild() == this)
-        workspace()->enableSaveButton(false);
-    updateToolbar();
+    Q_EMIT commandsChanged();
 }
 
 void frmClientDetails::DisplayRecordPosition()
@@ -692,27 +690,28 @@ void frmClientDetails::ShowTabs()
         tabData->setTabVisible(i, flags[size_t(i)]);
 }
 
-void frmClientDetails::updateToolbar()
+MdiChild::Commands frmClientDetails::commands() const
 {
-    if (workspace()->activeChild() != this)
-        return;
-    workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, false, false);
+    Commands c;
+    c.save = m_dataChanged;
+    // A new client is not on file yet: there is nothing to delete.
+    c.del = !m_clientId.isEmpty() && m_rs->editMode() != Recordset::EditMode::Adding;
+    c.filter = true;
+    c.searchBar = true;
+    return c;
 }
 
-void frmClientDetails::activated()
+void frmClientDetails::activated() { ShowTabs(); }
+
+void frmClientDetails::refillForClient(const QString &clientId)
 {
-    ShowTabs();
-    if (refreshPending()) {
-        setRefreshPending(false);
-        basErrorHandler::Guard(QStringLiteral("frmClientDetails.Form_Activate"), [&] {
-            PopulateGrids();
-            FlagTabs();
-            showHousehold();
-        });
-    }
-    updateToolbar();
-    workspace()->enableSaveButton(m_dataChanged);
-    workspace()->EnableSearchBar(true);
+    if (clientId != m_clientId)
+        return;
+    basErrorHandler::Guard(QStringLiteral("frmClientDetails.Form_Activate"), [&] {
+        PopulateGrids();
+        FlagTabs();
+        showHousehold();
+    });
 }
 
 // ---------------------------------------------------------------- editing
@@ -722,8 +721,7 @@ void frmClientDetails::markChanged()
     if (m_loading)
         return;
     m_dataChanged = true;
-    if (workspace()->activeChild() == this)
-        workspace()->enableSaveButton(true);
+    Q_EMIT commandsChanged();
 }
 
 void frmClientDetails::PopulateCityState(QWidget *zip)
@@ -915,9 +913,7 @@ bool frmClientDetails::saveBody()
     m_rs->update();
     m_clientId = m_rs->key().toString();
     m_dataChanged = false;
-    workspace()->enableSaveButton(false);
-    workspace()->markClientWindowsForRefresh();
-    setRefreshPending(false);
+    announceClientRecordsChanged(m_clientId);
     DisplayClient();
     return true;
 }
@@ -938,8 +934,7 @@ void frmClientDetails::AddRecord()
         if (m_rs->isOpen())
             m_rs->addNew();
         m_clientId.clear();
-        if (workspace()->activeChild() == this)
-            workspace()->SetToolbarButtons(false);
+        Q_EMIT commandsChanged();
     });
 }
 
@@ -1040,6 +1035,7 @@ void frmClientDetails::DeleteCurrentRecord()
 {
     if (m_clientId.isEmpty())
         return;
+    const QString deleted = m_clientId;
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.DeleteCurrentRecord"), [&] {
         auto shown = [this](const char *field) {
             return basTendmark::GetControlValue(control(QString::fromLatin1(field)), {});
@@ -1050,8 +1046,7 @@ void frmClientDetails::DeleteCurrentRecord()
         if (m_rs->recordCount() == 0)
             AddRecord();
         DisplayClient();
-        workspace()->markClientWindowsForRefresh();
-        setRefreshPending(false);
+        announceClientRecordsChanged(deleted);
     });
 }
 
@@ -1123,7 +1118,6 @@ void frmClientDetails::cmdGridDataDelete_Click(Tab tab)
         updateGridButtons(tab);
         FlagTabs();
         showHousehold();
-        workspace()->markClientWindowsForRefresh();
-        setRefreshPending(false);
+        announceClientRecordsChanged(m_clientId);
     });
 }

@@ -33,6 +33,7 @@ public:
     QString currentKey() const override { return m_clientId; }
     void showRecord(const QString &id) override;
     void activated() override;
+    Commands commands() const override;
 
     QString ClientID() const { return m_clientId; }
     // "ADD" starts a new client; an ID moves to that client.
@@ -96,7 +97,7 @@ private:
     bool validateOnLeave(QWidget *control);
     void focusControl(QWidget *control);
     bool askToSave();
-    void updateToolbar();
+    void refillForClient(const QString &clientId) override;
 
     SubGrid *gridOfTab(Tab tab);
     void updateGridButtons(Tab tab);

@@ -156,7 +156,7 @@ void frmClientGrid::ExecuteSQL()
             const auto done = qScopeGuard([this] { m_busy = false; });
             OpenRecordset();
         }
-        updateToolbar();
+        Q_EMIT commandsChanged();
         if (basTendmark::Model(grdData)->dataRowCount() == 0)
             basClient::TellNoClientRecordsFound();
     });
@@ -179,7 +179,7 @@ void frmClientGrid::refill()
     grdData->scrollToTop();
     clearSelection();
     m_busy = false;
-    updateToolbar();
+    Q_EMIT commandsChanged();
 }
 
 void frmClientGrid::clearSelection()
@@ -212,7 +212,7 @@ void frmClientGrid::selectGridRow(int row)
         cmdClientEdit->setEnabled(id > 0);
         cmdClientDelete->setEnabled(id > 0);
         m_busy = false;
-        updateToolbar();
+        Q_EMIT commandsChanged();
     });
 }
 
@@ -231,7 +231,7 @@ void frmClientGrid::grdData_HeaderClicked(int column)
     cmdClientEdit->setEnabled(false);
     cmdClientDelete->setEnabled(false);
     m_busy = false;
-    updateToolbar();
+    Q_EMIT commandsChanged();
 }
 
 void frmClientGrid::SortColumn(Qt::SortOrder order)
@@ -300,33 +300,35 @@ void frmClientGrid::cmdClientDelete_Click()
         basTendmark::RemoveGridRow(grdData, row);
         clearSelection();
         m_busy = false;
-        updateToolbar();
-        workspace()->markClientWindowsForRefresh();
-        setRefreshPending(false);
+        Q_EMIT commandsChanged();
+        announceClientRecordsChanged(QString::number(id));
     });
 }
 
-void frmClientGrid::updateToolbar()
+MdiChild::Commands frmClientGrid::commands() const
 {
-    if (workspace()->activeChild() != this)
-        return;
-    workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
+    Commands c;
+    c.del = !m_clientId.isEmpty();
+    c.filter = true;
+    c.sortAscending = m_columnSelected;
+    c.sortDescending = m_columnSelected;
+    c.searchBar = true;
+    return c;
+}
+
+void frmClientGrid::refillForClient(const QString &)
+{
+    const QString id = m_clientId;
+    basErrorHandler::Guard(QStringLiteral("frmClientGrid.Form_Activate"), [&] { refill(); });
+    if (!id.isEmpty())
+        GoToRow(id);
 }
 
 void frmClientGrid::activated()
 {
-    if (refreshPending()) {
-        setRefreshPending(false);
-        const QString id = m_clientId;
-        basErrorHandler::Guard(QStringLiteral("frmClientGrid.Form_Activate"), [&] { refill(); });
-        if (!id.isEmpty())
-            GoToRow(id);
-    } else if (m_selectedRow >= 0 && !m_columnSelected) {
+    if (m_selectedRow >= 0 && !m_columnSelected)
         basTendmark::SelectRow(grdData, m_selectedRow);
-    }
     m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
     grdData->setFocus();
     m_busy = false;
-    workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, m_columnSelected, m_columnSelected);
-    workspace()->EnableSearchBar(true);
 }

@@ -25,6 +25,7 @@ public:
     void showRecord(const QString &id) override { setClientID(id); }
     void DeleteCurrentRecord() override { cmdClientDelete_Click(); }
     void activated() override;
+    Commands commands() const override;
 
     QString ClientID() const { return m_clientId; }
     void setClientID(const QString &id);
@@ -34,6 +35,7 @@ public:
     static QString CreateSQL(const QString &base);
 
 private:
+    void refillForClient(const QString &clientId) override;
     void OpenRecordset();
     void RefreshData();
     void refill();   // RefreshData without the notice
@@ -44,7 +46,6 @@ private:
     void cmdClientAdd_Click();
     void cmdClientEdit_Click();
     void cmdClientDelete_Click();
-    void updateToolbar();
 
     QTableView *grdData = nullptr;
     QPushButton *cmdClientAdd = nullptr;

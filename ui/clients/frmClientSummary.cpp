@@ -206,7 +206,7 @@ void frmClientSummary::DisplayClient()
         PopulateGrids();
         DisplayRecordPosition();
     });
-    updateToolbar();
+    Q_EMIT commandsChanged();
 }
 
 void frmClientSummary::PopulateGrids()
@@ -287,38 +287,36 @@ void frmClientSummary::DeleteCurrentRecord()
 {
     if (m_clientId.isEmpty())
         return;
+    const QString deleted = m_clientId;
     basErrorHandler::Guard(QStringLiteral("frmClientSummary.DeleteCurrentRecord"), [&] {
         auto v = [this](const char *column) { return m_rs->value(QString::fromLatin1(column)).toString(); };
         const QString name = basClient::DeleteName(v("LastName"), v("FirstName"), v("MiddleInitial"), false);
         if (!basClient::DeleteClient(*m_rs, m_clientId, name))
             return;
         DisplayClient();
-        workspace()->markClientWindowsForRefresh();
-        setRefreshPending(false);
+        announceClientRecordsChanged(deleted);
     });
 }
 
-void frmClientSummary::updateToolbar()
+MdiChild::Commands frmClientSummary::commands() const
 {
-    if (workspace()->activeChild() == this)
-        workspace()->SetToolbarButtons(!m_clientId.isEmpty(), true, false, false);
+    Commands c;
+    c.del = !m_clientId.isEmpty();
+    c.filter = true;
+    c.searchBar = true;
+    return c;
 }
 
-void frmClientSummary::activated()
+void frmClientSummary::refillForClient(const QString &)
 {
-    if (refreshPending()) {
-        setRefreshPending(false);
-        basErrorHandler::Guard(QStringLiteral("frmClientSummary.Form_Activate"), [&] {
-            const QString id = m_clientId;
-            const int position = m_rs->absolutePosition();
-            m_rs->requery();
-            if (!m_rs->find(id) && m_rs->recordCount() > 0)
-                m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
-            DisplayClient();
-        });
-    }
-    updateToolbar();
-    workspace()->EnableSearchBar(true);
+    basErrorHandler::Guard(QStringLiteral("frmClientSummary.Form_Activate"), [&] {
+        const QString id = m_clientId;
+        const int position = m_rs->absolutePosition();
+        m_rs->requery();
+        if (!m_rs->find(id) && m_rs->recordCount() > 0)
+            m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
+        DisplayClient();
+    });
 }
 
 void frmClientSummary::cmdGridDataAdd_Click(int index)
@@ -354,7 +352,6 @@ void frmClientSummary::cmdGridDataDelete_Click(int index)
         g.grid->selectionModel()->clear();
         g.edit->setEnabled(false);
         g.remove->setEnabled(false);
-        workspace()->markClientWindowsForRefresh();
-        setRefreshPending(false);
+        announceClientRecordsChanged(m_clientId);
     });
 }

@@ -29,7 +29,7 @@ public:
     void ExecuteSQL() override;
     QString currentKey() const override { return m_clientId; }
     void showRecord(const QString &id) override { setClientID(id); }
-    void activated() override;
+    Commands commands() const override;
 
     QString ClientID() const { return m_clientId; }
     void setClientID(const QString &id);
@@ -56,7 +56,7 @@ private:
     void PopulateGrids();
     void DisableButtons();
     void navigate(NavigationKeys::Move move);
-    void updateToolbar();
+    void refillForClient(const QString &clientId) override;
     void cmdGridDataAdd_Click(int index);
     void cmdGridDataEdit_Click(int index);
     void cmdGridDataDelete_Click(int index);

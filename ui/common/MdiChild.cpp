@@ -1,6 +1,7 @@
 #include "MdiChild.h"
 
 #include "DataBinding.h"
+#include "RecordEvents.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -11,6 +12,18 @@
 MdiChild::MdiChild(Workspace *workspace, QWidget *parent) : QWidget(parent), m_workspace(workspace)
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    if (workspace)
+        connect(workspace->recordEvents(), &RecordEvents::clientRecordsChanged, this,
+                [this](const QString &clientId, const QObject *source) {
+                    if (source != this)
+                        refillForClient(clientId);
+                });
+}
+
+void MdiChild::announceClientRecordsChanged(const QString &clientId)
+{
+    if (m_workspace)
+        m_workspace->recordEvents()->announce(clientId, this);
 }
 
 MdiChild::~MdiChild()

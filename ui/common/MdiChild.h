@@ -13,12 +13,25 @@ class MdiChild : public QWidget
 public:
     enum class Kind { Other, Client, Volunteer };
 
+    // The commands the window offers now; the frame enables its toolbar, search bar and menus from them.
+    struct Commands
+    {
+        bool save = false;
+        bool del = false;
+        bool filter = false;
+        bool sortAscending = false;
+        bool sortDescending = false;
+        bool searchBar = false;
+        bool operator==(const Commands &) const = default;
+    };
+
     explicit MdiChild(Workspace *workspace, QWidget *parent = nullptr);
     ~MdiChild() override;
 
     Workspace *workspace() const { return m_workspace; }
 
     virtual Kind kind() const { return Kind::Other; }
+    virtual Commands commands() const { return {}; }
     virtual bool DataChanged() const { return false; }
     virtual bool SaveCurrentRecord() { return true; }
     virtual void DeleteCurrentRecord() {}
@@ -32,10 +45,6 @@ public:
     virtual QString currentKey() const { return {}; }
     // The search bar's choice for this window.
     virtual void showRecord(const QString &) {}
-
-    // Set by record editors after they save or delete, so the client windows refill their grids.
-    void setRefreshPending(bool pending) { m_refreshPending = pending; }
-    bool refreshPending() const { return m_refreshPending; }
 
     // Called by the workspace when this window becomes the active one.
     virtual void activated() {}
@@ -51,7 +60,16 @@ public:
     // Closes the window through its frame, so that the next window becomes the active one.
     void closeWindow();
 
+Q_SIGNALS:
+    // What commands() answers has changed.
+    void commandsChanged();
+
 protected:
+    // Tells the other open windows that records of this client were saved or deleted.
+    void announceClientRecordsChanged(const QString &clientId);
+    // Another window saved or deleted records of this client: windows that show them refill.
+    virtual void refillForClient(const QString &) {}
+
     // Asked before the window closes; false keeps it open.
     virtual bool queryUnload() { return true; }
     void closeEvent(QCloseEvent *event) override;
@@ -59,6 +77,5 @@ protected:
 
 private:
     Workspace *m_workspace;
-    bool m_refreshPending = false;
     bool m_counted = false;
 };

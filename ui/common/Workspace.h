@@ -3,10 +3,10 @@
 #include <QList>
 #include <QString>
 #include <array>
-#include <optional>
 
 class MdiChild;
 class QMdiSubWindow;
+class RecordEvents;
 class QWidget;
 
 // The record editors a client window can open on one of its records.
@@ -33,15 +33,8 @@ public:
     virtual void centreChild(QMdiSubWindow *sub) = 0;
     virtual void childClosed(MdiChild *child) = 0;
 
-    // Record editors call this after they save or delete: client windows refill their grids.
-    virtual void markClientWindowsForRefresh() = 0;
-
-    // The toolbar's buttons and the search bar, set by the active window.
-    virtual void SetToolbarButtons(std::optional<bool> deleteButton = std::nullopt, std::optional<bool> filter = std::nullopt,
-                                   std::optional<bool> sortAscending = std::nullopt,
-                                   std::optional<bool> sortDescending = std::nullopt) = 0;
-    virtual void enableSaveButton(bool enabled) = 0;
-    virtual void EnableSearchBar(bool enabled) = 0;
+    // Where windows announce the records they saved or deleted, and hear of the others'.
+    virtual RecordEvents *recordEvents() = 0;
 
     template<typename T>
     T *findChildWindow() const

@@ -5,6 +5,7 @@
 #include "DemoDatabase.h"
 #include "MdiChild.h"
 #include "Prompt.h"
+#include "RecordEvents.h"
 #include "Schema.h"
 #include "SearchQueries.h"
 #include "StartPanel.h"
@@ -76,6 +77,7 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     AppIcons::useIconTheme();
     setWindowIcon(AppIcons::application());
     m_optionFlags.fill(true);
+    m_recordEvents = new RecordEvents(this);
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setObjectName(QStringLiteral("mdiArea"));
     m_mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -93,9 +95,7 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     connect(m_startPanel, &StartPanel::demoRequested, this, &frmMain::openDemoDatabase);
     connect(m_startPanel, &StartPanel::recentRequested, this, [this](const QString &path) { openDatabaseFile(path, true); });
     updateStartPanel();
-    SetToolbarButtons(false, false, false, false);
-    EnableSearchBar(false);
-    enableSaveButton(false);
+    showCommands({});
     resize(1100, 760);
 }
 
@@ -177,8 +177,8 @@ void frmMain::buildSearchBar()
     search->setProperty("Key", QStringLiteral("Search"));
     search->setToolTip(QStringLiteral("Find the records that match"));
     connect(search, &QAction::triggered, this, &frmMain::cmdSearch_Click);
-    connect(m_cboSearchOn, &QComboBox::currentTextChanged, this, [this] { EnableSearchBar(m_cboSearchOn->isEnabled()); });
-    connect(m_cboSearchFor, &QComboBox::editTextChanged, this, [this] { EnableSearchBar(m_cboSearchOn->isEnabled()); });
+    connect(m_cboSearchOn, &QComboBox::currentTextChanged, this, &frmMain::updateSearchButton);
+    connect(m_cboSearchFor, &QComboBox::editTextChanged, this, &frmMain::updateSearchButton);
     connect(m_cboSearchFor->lineEdit(), &QLineEdit::returnPressed, this, [this] {
         if (QAction *s = toolbarButton(QStringLiteral("Search")); s && s->isEnabled())
             cmdSearch_Click();
@@ -493,29 +493,32 @@ void frmMain::DisplayOrganizationName()
     setWindowTitle(org[0].isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + org[0]);
 }
 
-void frmMain::EnableSearchBar(bool enabled)
+void frmMain::showCommands(const MdiChild::Commands &commands)
 {
-    m_cboSearchOn->setEnabled(enabled);
-    m_cboSearchFor->setEnabled(enabled);
-    if (QAction *search = toolbarButton(QStringLiteral("Search")))
-        search->setEnabled(enabled && !m_cboSearchOn->currentText().isEmpty() && !m_cboSearchFor->currentText().isEmpty());
+    const std::pair<const char *, bool> states[] = {{"Save", commands.save},
+                                                    {"Delete", commands.del},
+                                                    {"Filter", commands.filter},
+                                                    {"Sort Ascending", commands.sortAscending},
+                                                    {"Sort Descending", commands.sortDescending}};
+    for (const auto &[key, enabled] : states)
+        toolbarButton(QString::fromLatin1(key))->setEnabled(enabled);
+    m_cboSearchOn->setEnabled(commands.searchBar);
+    m_cboSearchFor->setEnabled(commands.searchBar);
+    updateSearchButton();
 }
 
-void frmMain::SetToolbarButtons(std::optional<bool> deleteButton, std::optional<bool> filter, std::optional<bool> sortAscending,
-                                std::optional<bool> sortDescending)
+void frmMain::updateSearchButton()
 {
-    const std::pair<const char *, std::optional<bool>> states[] = {
-        {"Delete", deleteButton}, {"Filter", filter}, {"Sort Ascending", sortAscending}, {"Sort Descending", sortDescending}};
-    for (const auto &[key, state] : states)
-        if (state)
-            if (QAction *a = toolbarButton(QString::fromLatin1(key)))
-                a->setEnabled(*state);
+    toolbarButton(QStringLiteral("Search"))
+        ->setEnabled(m_cboSearchOn->isEnabled() && !m_cboSearchOn->currentText().isEmpty() && !m_cboSearchFor->currentText().isEmpty());
 }
 
-void frmMain::enableSaveButton(bool enabled)
+void frmMain::childCommandsChanged()
 {
-    if (QAction *save = toolbarButton(QStringLiteral("Save")))
-        save->setEnabled(enabled);
+    auto *child = qobject_cast<MdiChild *>(sender());
+    QMdiSubWindow *current = m_mdiArea->currentSubWindow();
+    if (child && current && current->widget() == child)
+        showCommands(child->commands());
 }
 
 bool frmMain::GetClientFormOpen() const
@@ -631,6 +634,7 @@ QMdiSubWindow *frmMain::addChild(MdiChild *child)
     if (first && basRegistry::GetString(basRegistry::SettingsKey(), child->objectName()).isEmpty())
         sub->move(0, 0);
     child->setCounted(true);
+    connect(child, &MdiChild::commandsChanged, this, &frmMain::childCommandsChanged);
     ++m_childCount;
     child->show();
     return sub;
@@ -655,9 +659,7 @@ void frmMain::childClosed(MdiChild *)
 {
     if (--m_childCount <= 0) {
         m_childCount = 0;
-        SetToolbarButtons(false, false, false, false);
-        EnableSearchBar(false);
-        enableSaveButton(false);
+        showCommands({});
     }
 }
 
@@ -667,16 +669,9 @@ void frmMain::subWindowActivated(QMdiSubWindow *window)
         return;
     if (auto *child = qobject_cast<MdiChild *>(window->widget())) {
         AddSearchForItem();
-        enableSaveButton(child->DataChanged());
         child->activated();
+        showCommands(child->commands());
     }
-}
-
-void frmMain::markClientWindowsForRefresh()
-{
-    for (QMdiSubWindow *sub : m_mdiArea->subWindowList())
-        if (auto *child = qobject_cast<MdiChild *>(sub->widget()); child && child->kind() == MdiChild::Kind::Client)
-            child->setRefreshPending(true);
 }
 
 void frmMain::openRecordEditor(RecordKind editor, const QString &clientId, const QString &recordId)

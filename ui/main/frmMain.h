@@ -7,13 +7,13 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <array>
-#include <optional>
 
 class QAction;
 class QComboBox;
 class QLabel;
 class QMenu;
 class QToolBar;
+class RecordEvents;
 class StartPanel;
 class frmHelp;
 namespace SearchQueries { struct Query; }
@@ -54,11 +54,6 @@ public:
     bool requireDatabase();
 
     void DisplayOrganizationName();
-    void EnableSearchBar(bool enabled) override;
-    void SetToolbarButtons(std::optional<bool> deleteButton = std::nullopt, std::optional<bool> filter = std::nullopt,
-                           std::optional<bool> sortAscending = std::nullopt,
-                           std::optional<bool> sortDescending = std::nullopt) override;
-    void enableSaveButton(bool enabled) override;
     bool GetClientFormOpen() const;
     void AddSearchForItem();
     void SearchForClient();
@@ -78,7 +73,7 @@ public:
     // The frame's own place on the screen, kept between runs.
     void restoreWindowGeometry();
     void saveWindowGeometry() const;
-    void markClientWindowsForRefresh() override;
+    RecordEvents *recordEvents() override { return m_recordEvents; }
     void openRecordEditor(RecordKind editor, const QString &clientId, const QString &recordId) override;
     // The search bar's hand-off: show this client (or volunteer) in the active window of its kind.
     void showClient(const QString &clientId);
@@ -132,6 +127,10 @@ private:
     void notAvailableYet();
     void updateWindowMenu();
     void subWindowActivated(QMdiSubWindow *window);
+    // The toolbar, the search bar and the menus follow the commands of the current window.
+    void showCommands(const MdiChild::Commands &commands);
+    void childCommandsChanged();
+    void updateSearchButton();
     void setDatabasePath(const QString &path);
 
     QMdiArea *m_mdiArea = nullptr;
@@ -144,6 +143,7 @@ private:
     QComboBox *m_cboSearchOn = nullptr;
     QComboBox *m_cboSearchFor = nullptr;
     QMenu *m_windowMenu = nullptr;
+    RecordEvents *m_recordEvents = nullptr;
     QString m_databasePath;
     std::array<bool, 9> m_optionFlags{};
     int m_childCount = 0;

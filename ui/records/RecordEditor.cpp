@@ -251,18 +251,18 @@ bool RecordEditor::load()
     return shown;
 }
 
-void RecordEditor::activated()
+MdiChild::Commands RecordEditor::commands() const
 {
-    workspace()->SetToolbarButtons(madoPrimaryRS.editMode() != Recordset::EditMode::Adding, false, false, false);
-    workspace()->EnableSearchBar(false);
-    workspace()->enableSaveButton(m_dataChanged);
+    Commands c;
+    c.save = m_dataChanged;
+    c.del = madoPrimaryRS.editMode() != Recordset::EditMode::Adding;
+    return c;
 }
 
 void RecordEditor::setDataChanged(bool changed)
 {
     m_dataChanged = changed;
-    if (workspace() && workspace()->activeChild() == this)
-        workspace()->enableSaveButton(changed);
+    Q_EMIT commandsChanged();
 }
 
 void RecordEditor::setRecordId(const QString &id)
@@ -454,18 +454,17 @@ bool RecordEditor::UpdateRecord()
             m_loading = true;
             if (adding) {
                 m_recordId = madoPrimaryRS.key().toString();
-                workspace()->SetToolbarButtons(true);
             }
             DisplayRecordPosition();
             populateControls();
             setDataChanged(false);
             m_loading = false;
-            workspace()->markClientWindowsForRefresh();
+            announceSaved();
             afterSave();
         } else if (adding && madoPrimaryRS.recordCount() > 0) {
             // An untouched new row is dropped; with no other row it stays as the blank record.
             madoPrimaryRS.cancelUpdate();
-            workspace()->SetToolbarButtons(true);
+            Q_EMIT commandsChanged();
         } else if (madoPrimaryRS.editMode() == Recordset::EditMode::Editing) {
             madoPrimaryRS.cancelUpdate();
         }
@@ -473,6 +472,12 @@ bool RecordEditor::UpdateRecord()
     });
     m_loading = false;
     return ok;
+}
+
+void RecordEditor::announceSaved()
+{
+    if (hasClient())
+        announceClientRecordsChanged(m_clientId);
 }
 
 bool RecordEditor::SaveCurrentRecord() { return !m_dataChanged || UpdateRecord(); }
@@ -485,7 +490,7 @@ void RecordEditor::AddRecord()
     if (!dateColumn().isEmpty())
         madoPrimaryRS.setValue(dateColumn(), QDate::currentDate().toString(Qt::ISODate));
     m_recordId.clear();
-    workspace()->SetToolbarButtons(false);
+    Q_EMIT commandsChanged();
 }
 
 void RecordEditor::cmdAdd_Click()
@@ -569,14 +574,13 @@ void RecordEditor::DeleteCurrentRecord()
             else if (madoPrimaryRS.bof())
                 madoPrimaryRS.moveFirst();
             m_recordId = madoPrimaryRS.key().toString();
-            workspace()->SetToolbarButtons(true);
         } else {
             AddRecord();
         }
         DisplayRecordPosition();
         populateControls();
         setDataChanged(false);
-        workspace()->markClientWindowsForRefresh();
+        announceSaved();
     });
     m_loading = false;
 }

@@ -35,7 +35,7 @@ public:
     bool SaveCurrentRecord() override;
     void DeleteCurrentRecord() override;
     QString currentKey() const override { return m_recordId; }
-    void activated() override;
+    Commands commands() const override;
 
     // Builds the window and opens the records; false when the window must not be shown.
     bool load();
@@ -117,6 +117,7 @@ private:
     bool amountKeyAccepted(QLineEdit *box, const QString &text) const;
     void formatAmount(QLineEdit *box);
     void guard(const char *procedure, const std::function<void()> &body);
+    void announceSaved();
 
     QString m_clientId;
     QString m_recordId;

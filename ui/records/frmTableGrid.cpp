@@ -582,8 +582,7 @@ void frmTableGrid::setDataChanged(bool changed)
 {
     m_dataChanged = changed;
     m_cmdSave->setEnabled(changed);
-    if (workspace() && workspace()->activeChild() == this)
-        workspace()->enableSaveButton(changed);
+    Q_EMIT commandsChanged();
 }
 
 void frmTableGrid::updateDeleteButton()
@@ -595,14 +594,15 @@ void frmTableGrid::updateDeleteButton()
 void frmTableGrid::setDeleteEnabled(bool enabled)
 {
     m_cmdDelete->setEnabled(enabled);
-    if (workspace() && workspace()->activeChild() == this)
-        workspace()->SetToolbarButtons(enabled);
+    Q_EMIT commandsChanged();
 }
 
-void frmTableGrid::activated()
+MdiChild::Commands frmTableGrid::commands() const
 {
-    workspace()->SetToolbarButtons(m_cmdDelete->isEnabled(), false, false, false);
-    workspace()->EnableSearchBar(false);
+    Commands c;
+    c.save = m_dataChanged;
+    c.del = m_cmdDelete->isEnabled();
+    return c;
 }
 
 bool frmTableGrid::queryUnload()

@@ -32,7 +32,7 @@ public:
     bool DataChanged() const override { return m_dataChanged; }
     bool SaveCurrentRecord() override;
     void DeleteCurrentRecord() override;
-    void activated() override;
+    Commands commands() const override;
 
 protected:
     bool queryUnload() override;

@@ -40,7 +40,6 @@ void frmVolunteer::ExecuteSQL()
     } else {
         madoPrimaryRS.moveFirst();
         takeKeyOfRow();
-        workspace()->SetToolbarButtons(true);
     }
     DisplayRecordPosition();
     populateControls();
@@ -48,11 +47,12 @@ void frmVolunteer::ExecuteSQL()
     setLoading(false);
 }
 
-void frmVolunteer::activated()
+MdiChild::Commands frmVolunteer::commands() const
 {
-    RecordEditor::activated();
-    workspace()->SetToolbarButtons(std::nullopt, true);
-    workspace()->EnableSearchBar(true);
+    Commands c = RecordEditor::commands();
+    c.filter = true;
+    c.searchBar = true;
+    return c;
 }
 
 void frmVolunteer::buildFields()

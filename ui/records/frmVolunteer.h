@@ -19,7 +19,7 @@ public:
     void setSQL(const QString &sql) override;
     void ExecuteSQL() override;
     void showRecord(const QString &id) override { setVolunteerID(id); }
-    void activated() override;
+    Commands commands() const override;
 
 protected:
     QString procedurePrefix() const override { return QStringLiteral("frmVolunteer"); }

@@ -1,4 +1,5 @@
 #include "ClientTestKit.h"
+#include "RecordEvents.h"
 #include "Recordset.h"
 #include "basDatabase.h"
 #include "frmClientDetails.h"
@@ -313,10 +314,9 @@ private slots:
             QCOMPARE(tabs->tabIcon(i).isNull(), !expected.at(i).endsWith(QLatin1Char(' ')));
             QCOMPARE(tabs->isTabVisible(i), i != frmClientDetails::NotesTab && i != frmClientDetails::FEMATab);
         }
-        // A supporting row added elsewhere shows when the window comes back to the front.
+        // A supporting row saved elsewhere shows at once.
         TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), id}, {QStringLiteral("FoodServiceDate"), QStringLiteral("2026-02-11")}});
-        world.main.markClientWindowsForRefresh();
-        w->activated();
+        world.main.recordEvents()->announce(QString::number(id), nullptr);
         QCOMPARE(tabs->tabText(frmClientDetails::FoodServiceTab), QStringLiteral("Food Service "));
         QCOMPARE(w->findChild<QLabel *>(QStringLiteral("lblHousehold"))->text(), QStringLiteral("Household: 2   Last food service: 02/11/2026"));
     }

@@ -1,4 +1,5 @@
 #include "ClientTestKit.h"
+#include "RecordEvents.h"
 #include "DataBinding.h"
 #include "GridModel.h"
 #include "frmClientDetails.h"
@@ -112,8 +113,7 @@ private slots:
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
 
         TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), a}, {QStringLiteral("NumberOfBags"), 1}});
-        world.main.markClientWindowsForRefresh();
-        w->activated();
+        world.main.recordEvents()->announce(QString::number(a), nullptr);
         QCOMPARE(basTendmark::Model(food)->dataRowCount(), 1);
     }
 };

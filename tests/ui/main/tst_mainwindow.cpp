@@ -23,6 +23,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
@@ -41,6 +42,7 @@ private slots:
     void dataMenusNeedADatabase_data();
     void dataMenusNeedADatabase();
     void menuEntriesAreNamedForTheirMenus();
+    void toolbarFollowsTheWindows_data();
     void toolbarFollowsTheWindows();
     void windowMenuArrangesTheWindows();
     void startPanelCreatesANewDatabase();
@@ -230,64 +232,94 @@ void TestMainWindow::menuEntriesAreNamedForTheirMenus()
     QVERIFY(names.size() > 50);
 }
 
+void TestMainWindow::toolbarFollowsTheWindows_data()
+{
+    // expected: Save, Delete, Filter, Sort Ascending, Sort Descending, search bar
+    QTest::addColumn<QString>("window");
+    QTest::addColumn<QString>("step");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("no window") << "" << "" << "000000";
+    QTest::newRow("details, saved client") << "mnuDataClientDetails" << "" << "011001";
+    QTest::newRow("details, new client") << "mnuDataClientDetails" << "add" << "001001";
+    QTest::newRow("details, typed") << "mnuDataClientDetails" << "type" << "111001";
+    QTest::newRow("details, new client typed") << "mnuDataClientDetails" << "add type" << "101001";
+    QTest::newRow("details, saved from the toolbar") << "mnuDataClientDetails" << "type Save" << "011001";
+    QTest::newRow("summary") << "mnuDataClientSummary" << "" << "011001";
+    QTest::newRow("grid, no client chosen") << "mnuDataClientTable" << "" << "001001";
+    QTest::newRow("grid, client chosen") << "mnuDataClientTable" << "choose" << "011001";
+    QTest::newRow("volunteers, new record") << "mnuDataVolunteers" << "" << "001001";
+    QTest::newRow("volunteers, one chosen") << "mnuDataVolunteers" << "choose" << "011001";
+    QTest::newRow("editor, new record") << "editor" << "add" << "000000";
+    QTest::newRow("editor, existing record") << "editor" << "" << "010000";
+    QTest::newRow("editor, typed") << "editor" << "type" << "110000";
+    QTest::newRow("editor, deleted from the toolbar") << "editor" << "Delete" << "000000";
+    QTest::newRow("lookup editor") << "mnuToolsTablesHousing" << "" << "000000";
+    QTest::newRow("lookup editor, new entry typed") << "mnuToolsTablesHousing" << "type" << "100000";
+}
+
 void TestMainWindow::toolbarFollowsTheWindows()
 {
+    QFETCH(QString, window);
+    QFETCH(QString, step);
+    QFETCH(QString, expected);
+    TestDatabase db(false);
     frmMain main;
     main.show();
-    auto *searchOn = main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"));
-    auto *searchFor = main.findChild<QComboBox *>(QStringLiteral("cboSearchFor"));
-    auto states = [&] {
-        QString s;
-        for (const char *key : {"Open", "Save", "Delete", "Filter", "Sort Ascending", "Sort Descending", "Search"})
-            s += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
-        return s + QLatin1Char(' ') + (searchOn->isEnabled() ? QLatin1Char('1') : QLatin1Char('0'))
-               + (searchFor->isEnabled() ? QLatin1Char('1') : QLatin1Char('0'));
-    };
-    // no database: only Open
-    QCOMPARE(states(), QStringLiteral("1000000 00"));
-
-    TestDatabase db(false);
     QVERIFY(main.openDatabaseFile(db.path(), true));
-    const qint64 client = TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")},
-                                                                          {QStringLiteral("FirstName"), QStringLiteral("Ada")}});
-    QCOMPARE(states(), QStringLiteral("0000000 00"));
-
+    const QString client = QString::number(TestDatabase::insert(
+        QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")}, {QStringLiteral("FirstName"), QStringLiteral("Ada")},
+                                   {QStringLiteral("SocialSecurityNumber"), QStringLiteral("900000001")},
+                                   {QStringLiteral("Address"), QStringLiteral("1 Test Lane")}, {QStringLiteral("City"), QStringLiteral("Testville")},
+                                   {QStringLiteral("State"), QStringLiteral("IL")}}));
+    const QString volunteer = QString::number(TestDatabase::insert(QStringLiteral("Volunteer"), {{QStringLiteral("LastName"), QStringLiteral("Nguyen")}}));
+    const qint64 service = TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), client},
+                                                                                {QStringLiteral("NumberOfBags"), 2}});
     ScriptedPrompts prompts;
-    // a list window: delete and filter, and the search bar
-    action(main, "mnuDataClientTable")->trigger();
-    QCOMPARE(main.activeChild()->objectName(), QStringLiteral("frmClientGrid"));
-    QCOMPARE(states(), QStringLiteral("0001000 11"));
-    main.activeChild()->showRecord(QString::number(client)); // a client chosen: Delete too
-    QCOMPARE(main.activeChild()->currentKey(), QString::number(client));
-    QCOMPARE(states(), QStringLiteral("0011000 11"));
-    searchFor->setEditText(QStringLiteral("oka"));
-    QVERIFY(main.toolbarButton(QStringLiteral("Search"))->isEnabled());
+    if (window == QLatin1String("editor"))
+        main.openRecordEditor(RecordKind::FoodService, client, step.contains(QLatin1String("add")) ? QString() : QString::number(service));
+    else if (!window.isEmpty())
+        action(main, qPrintable(window))->trigger();
+    MdiChild *child = main.activeChild();
+    QCOMPARE(child != nullptr, !window.isEmpty());
+    if (step.contains(QLatin1String("add")) && window != QLatin1String("editor"))
+        child->findChild<QPushButton *>(QStringLiteral("cmdAdd"))->click();
+    if (step.contains(QLatin1String("choose")))
+        child->showRecord(child->kind() == MdiChild::Kind::Volunteer ? volunteer : client);
+    if (step.contains(QLatin1String("type"))) {
+        QWidget *box = nullptr;
+        if (auto *grid = child->findChild<QTableView *>(); grid && window.startsWith(QLatin1String("mnuToolsTables"))) {
+            grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 2)); // the row for a new entry
+            box = child->findChild<QLineEdit *>(QStringLiteral("txtEditBox"));
+        } else {
+            for (QWidget *w : child->findChildren<QWidget *>())
+                if (w->property("DataField").toString() == QLatin1String(window == QLatin1String("editor") ? "Comments" : "LastName"))
+                    box = w;
+        }
+        QVERIFY(box);
+        box->setFocus();
+        QTest::keyClicks(box, QStringLiteral("Zed"));
+    }
+    if (step.contains(QLatin1String("Save")) || step.contains(QLatin1String("Delete"))) {
+        // As a user does it: the toolbar's button, answering Yes to the question.
+        prompts.answer(Prompt::Yes);
+        main.toolbarButton(step.section(QLatin1Char(' '), -1))->trigger();
+    }
 
-    // a record editor: no filter, no sorting, no search bar; Save once something is typed
-    main.openRecordEditor(RecordKind::FoodService, QString::number(client), QString());
-    QVERIFY(qobject_cast<frmFoodService *>(main.activeChild()));
-    QCOMPARE(states(), QStringLiteral("0000000 00"));
-    QPlainTextEdit *comments = nullptr;
-    for (auto *edit : main.activeChild()->findChildren<QPlainTextEdit *>())
-        if (edit->property("DataField").toString() == QLatin1String("Comments"))
-            comments = edit;
-    QVERIFY(comments);
-    QTest::keyClicks(comments, QStringLiteral("Extra bag of rice"));
-    QVERIFY(main.toolbarButton(QStringLiteral("Save"))->isEnabled());
-
-    // back to the list: the list's tools again, and Save off
-    main.activateChild(main.findChildWindow<frmClientGrid>());
-    QCOMPARE(main.activeChild()->objectName(), QStringLiteral("frmClientGrid"));
-    QCOMPARE(states(), QStringLiteral("0011001 11"));
-
-    // every window closed: nothing to act on
-    prompts.answer(Prompt::No); // the editor's unsaved comment is let go
+    QString states;
+    for (const char *key : {"Save", "Delete", "Filter", "Sort Ascending", "Sort Descending"})
+        states += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+    states += main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+    QCOMPARE(states, expected);
+    if (step == QLatin1String("type Save"))
+        QCOMPARE(TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = 'OkaforZed'")), 1);
+    if (step == QLatin1String("Delete"))
+        QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
+    // A pending change is let go: "No" to saving a record, "Yes" to discarding a lookup table's edits.
+    prompts.answer(window.startsWith(QLatin1String("mnuToolsTables")) ? Prompt::Yes : Prompt::No);
     main.mdiArea()->closeAllSubWindows();
     QTRY_VERIFY(main.mdiArea()->subWindowList().isEmpty());
     QTRY_COMPARE(main.openChildCount(), 0);
-    QCOMPARE(states(), QStringLiteral("0000000 00"));
-    QVERIFY(prompts.titles().contains(QStringLiteral("Save Record?")));
-    QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
+    QVERIFY(!main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
     main.closeDatabase();
 }
 

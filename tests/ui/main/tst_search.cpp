@@ -16,6 +16,7 @@
 #include <QMdiSubWindow>
 #include <QTableView>
 #include <QTextEdit>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QToolBar>
@@ -25,11 +26,21 @@ Q_DECLARE_METATYPE(MdiChild::Kind)
 
 namespace {
 
-class VolunteerWindow : public MdiChild
+// A window that offers the search bar, as the client and volunteer windows do.
+class SearchingWindow : public MdiChild
 {
 public:
-    using MdiChild::MdiChild;
-    Kind kind() const override { return Kind::Volunteer; }
+    SearchingWindow(Workspace *workspace, Kind kind) : MdiChild(workspace), m_kind(kind) {}
+    Kind kind() const override { return m_kind; }
+    Commands commands() const override
+    {
+        Commands c;
+        c.searchBar = true;
+        return c;
+    }
+
+private:
+    Kind m_kind;
 };
 
 } // namespace
@@ -42,6 +53,7 @@ class TestSearch : public QObject
 private:
     std::unique_ptr<TestDatabase> m_db;
     std::unique_ptr<frmMain> m_main;
+    QPointer<MdiChild> m_window;
     qint64 m_obrien = 0, m_smith = 0, m_smithers = 0, m_volunteer = 0;
 
     void search(const QString &on, const QString &text);
@@ -51,6 +63,7 @@ private slots:
     void initTestCase();
     void cleanupTestCase();
     void init();
+    void cleanup();
     void eachClientFieldFindsItsRecord_data();
     void eachClientFieldFindsItsRecord();
     void noMatchSaysSo_data();
@@ -98,9 +111,14 @@ void TestSearch::cleanupTestCase()
 
 void TestSearch::init()
 {
-    // A client window would switch the search bar on when it becomes active.
-    m_main->EnableSearchBar(true);
-    m_main->AddSearchForItem();
+    m_window = new SearchingWindow(m_main.get(), MdiChild::Kind::Other);
+    m_main->mdiArea()->setActiveSubWindow(m_main->addChild(m_window));
+}
+
+void TestSearch::cleanup()
+{
+    if (m_window)
+        m_window->parentWidget()->close();
 }
 
 void TestSearch::search(const QString &on, const QString &text)
@@ -231,9 +249,8 @@ void TestSearch::volunteerSearch()
     QFETCH(QString, on);
     QFETCH(QString, text);
     QFETCH(int, rows);
-    auto *window = new VolunteerWindow(m_main.get());
+    auto *window = new SearchingWindow(m_main.get(), MdiChild::Kind::Volunteer);
     m_main->mdiArea()->setActiveSubWindow(m_main->addChild(window));
-    m_main->EnableSearchBar(true);
     ScriptedPrompts prompts;
     prompts.answerPick(QString::number(m_volunteer));
     const auto spy = handOffs([&] { search(on, text); });

@@ -14,6 +14,19 @@
 
 namespace {
 
+// A list window's commands: Delete and Filter on.
+class ListProbe : public MdiChild
+{
+public:
+    using MdiChild::MdiChild;
+    Commands commands() const override
+    {
+        Commands c;
+        c.del = c.filter = true;
+        return c;
+    }
+};
+
 QAction *menu(frmMain &w, const char *name) { return w.findChild<QAction *>(QString::fromLatin1(name)); }
 QString statusText(frmMain &w) { return w.findChild<QLabel *>("Status")->text(); }
 QString lastOpened() { return basRegistry::GetString(basRegistry::SettingsKey(), "LastOpened", "<none>"); }
@@ -155,10 +168,10 @@ private Q_SLOTS:
         TestDatabase db(false);
         auto *w = new frmMain;
         w->startUp(db.path());
-        w->SetToolbarButtons(true, true, std::nullopt, std::nullopt);
-        auto *child = new MdiChild(w);
+        auto *child = new ListProbe(w);
         child->setObjectName("frmProbe");
         w->addChild(child);
+        w->activateChild(child);
         QCOMPARE(w->openChildCount(), 1);
         QVERIFY(w->toolbarButton("Delete")->isEnabled());
         child->close();

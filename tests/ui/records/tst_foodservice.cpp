@@ -8,12 +8,16 @@
 #include <QPointer>
 
 namespace {
-// Stands in for a client window: it only needs to hear that its grids are stale.
+// Stands in for a client window: it only needs to hear whose records changed.
 class ClientWindowStub : public MdiChild
 {
 public:
     using MdiChild::MdiChild;
     Kind kind() const override { return Kind::Client; }
+    QStringList refilledFor;
+
+protected:
+    void refillForClient(const QString &clientId) override { refilledFor << clientId; }
 };
 
 QString iso(const QDate &d) { return d.toString(Qt::ISODate); }
@@ -70,7 +74,7 @@ private slots:
         QCOMPARE(w->FoodServiceID(), id);
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: ") + id);
         QVERIFY(desk.main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
-        QVERIFY(stub->refreshPending());
+        QCOMPARE(stub->refilledFor, QStringList{QString::number(desk.clientId)});
         QVERIFY(desk.prompts.messages().isEmpty());
     }
 
@@ -238,7 +242,7 @@ private slots:
         menu(desk.main, "mnuFileDelete")->trigger();
         QCOMPARE(desk.prompts.messages(), QList<Prompt::Message>{question});
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
-        QVERIFY(!stub->refreshPending());
+        QVERIFY(stub->refilledFor.isEmpty());
 
         desk.prompts.clear();
         desk.prompts.answer(Prompt::Yes);
@@ -248,7 +252,7 @@ private slots:
         QCOMPARE(desk.prompts.messages().at(1).title, QStringLiteral("Delete Food Service Item"));
         QCOMPARE(desk.prompts.messages().at(1).text, QStringLiteral("Food service item '%1' deleted.").arg(description));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
-        QVERIFY(stub->refreshPending());
+        QCOMPARE(stub->refilledFor, QStringList{QString::number(desk.clientId)});
         QVERIFY(w->FoodServiceID().isEmpty());
         QCOMPARE(dateEdit(w, "FoodServiceDate")->date(), QDate::currentDate());
         QCOMPARE(combo(w, "FoodServiceTypeID")->currentIndex(), -1);
