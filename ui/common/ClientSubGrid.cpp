@@ -45,8 +45,11 @@ ClientSubGrid::ClientSubGrid(Workspace *workspace, const Look &look, QWidget *pa
     layout->addLayout(buttons);
 }
 
-QTableView *ClientSubGrid::addGrid(ClientRecordQueries::Kind kind, RecordKind editor, const QString &columnSpec, const QString &caption)
+QTableView *ClientSubGrid::addGrid(RecordKind editor, const QString &columnSpec, const QString &caption)
 {
+    // The editors and the queries know the same kinds of record, in the same order.
+    static_assert(int(RecordKind::Expenses) == int(ClientRecordQueries::Kind::Expenses));
+    const auto kind = ClientRecordQueries::Kind(int(editor));
     auto *grid = new QTableView(m_gridArea);
     grid->setObjectName(QStringLiteral("grdData"));
     grid->setProperty("ColumnSpec", columnSpec);
@@ -54,7 +57,7 @@ QTableView *ClientSubGrid::addGrid(ClientRecordQueries::Kind kind, RecordKind ed
     basTendmark::FormatDataGrid(grid);
     grid->installEventFilter(this);
     const int list = int(m_lists.size());
-    m_lists << List{grid, kind, editor};
+    m_lists << List{grid, editor, kind};
     connect(grid, &QTableView::pressed, this, [this, list] { use(list); });
     connect(grid, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
         if (index.isValid())

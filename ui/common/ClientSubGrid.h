@@ -29,8 +29,8 @@ public:
 
     ClientSubGrid(Workspace *workspace, const Look &look, QWidget *parent);
 
-    // Adds a list of one kind of row; a caption puts a label above it.
-    QTableView *addGrid(ClientRecordQueries::Kind kind, RecordKind editor, const QString &columnSpec, const QString &caption = {});
+    // Adds a list of one kind of row, edited by that kind's editor; a caption puts a label above it.
+    QTableView *addGrid(RecordKind kind, const QString &columnSpec, const QString &caption = {});
     // Shows the rows of this client; none for an empty ID.
     void showClient(const QString &clientId);
     bool hasRows() const;
@@ -45,8 +45,8 @@ private:
     struct List
     {
         QTableView *grid;
-        ClientRecordQueries::Kind kind;
         RecordKind editor;
+        ClientRecordQueries::Kind kind;
     };
 
     void use(int list);

@@ -52,15 +52,19 @@ NavigationStrip::NavigationStrip(QWidget *window, bool withAdd) : QWidget(window
 
 void NavigationStrip::showPosition(int position, int count, const QString &id)
 {
-    if (count <= 0)
+    if (count <= 0) {
         lblStatus->setText(QStringLiteral("Record: 0 of 0"));
-    else if (position > 0)
-        lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(id));
-    const bool offRow = position <= 0;
-    cmdFirst->setEnabled(count > 0 && (offRow || position != 1));
-    cmdPrevious->setEnabled(count > 0 && (offRow || position != 1));
-    cmdNext->setEnabled(count > 0 && (offRow || position < count));
-    cmdLast->setEnabled(count > 0 && (offRow || position != count));
+        for (QPushButton *b : {cmdFirst, cmdPrevious, cmdNext, cmdLast})
+            b->setEnabled(false);
+        return;
+    }
+    if (position <= 0)
+        return;
+    lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(id));
+    cmdFirst->setEnabled(position != 1);
+    cmdPrevious->setEnabled(position != 1);
+    cmdNext->setEnabled(position != count);
+    cmdLast->setEnabled(position != count);
 }
 
 void NavigationStrip::step(Recordset &recordset, Move move)

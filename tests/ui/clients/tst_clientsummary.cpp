@@ -1,3 +1,4 @@
+#include "ClientSubGrid.h"
 #include "ClientTestKit.h"
 #include "RecordEvents.h"
 #include "DataBinding.h"
@@ -100,10 +101,7 @@ private slots:
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         QTableView *food = w->findChildren<QTableView *>(QStringLiteral("grdData")).at(1);
         QTest::mouseClick(food->viewport(), Qt::LeftButton, {}, food->visualRect(food->model()->index(0, 1)).center());
-        QPushButton *remove = nullptr;
-        for (auto *b : w->findChildren<QPushButton *>(QStringLiteral("cmdGridDataDelete")))
-            if (b->property("Index").toInt() == 1)
-                remove = b;
+        auto *remove = w->findChildren<ClientSubGrid *>().at(1)->findChild<QPushButton *>(QStringLiteral("cmdGridDataDelete"));
         QVERIFY(remove->isEnabled());
         world.prompts.answer(Prompt::Yes);
         remove->click();

