@@ -1,7 +1,7 @@
 // The client windows together with the record editors they open, worked
 // through the main window as a user would.
 #include "ClientSubGrid.h"
-#include "ClientTestKit.h"
+#include "FormTesting.h"
 #include "DataBinding.h"
 #include "GridModel.h"
 #include "frmClientDetails.h"

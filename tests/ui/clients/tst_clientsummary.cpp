@@ -1,5 +1,5 @@
 #include "ClientSubGrid.h"
-#include "ClientTestKit.h"
+#include "FormTesting.h"
 #include "RecordEvents.h"
 #include "DataBinding.h"
 #include "GridModel.h"
