@@ -60,9 +60,15 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
     });
 
     auto *grids = new QHBoxLayout;
-    grids->addWidget(buildGrid(QStringLiteral("Family Members"), RecordKind::FamilyMember, QStringLiteral("Relationship,1200|Name,2220|^Age,500")), 5);
-    grids->addWidget(buildGrid(QStringLiteral("Food Service"), RecordKind::FoodService, QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590")), 5);
-    grids->addWidget(buildGrid(QStringLiteral("Payment History"), RecordKind::Payment, QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800")), 5);
+    grids->addWidget(buildGrid(QStringLiteral("Family Members"), RecordKind::FamilyMember,
+                               QStringLiteral("Relationship,1200|Name,2220|^Age,500")),
+                     5);
+    grids->addWidget(buildGrid(QStringLiteral("Food Service"), RecordKind::FoodService,
+                               QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590")),
+                     5);
+    grids->addWidget(buildGrid(QStringLiteral("Payment History"), RecordKind::Payment,
+                               QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800")),
+                     5);
 
     m_strip = new NavigationStrip(this, false);
     connect(m_strip, &NavigationStrip::moveRequested, this, &frmClientSummary::navigate);
