@@ -1,16 +1,12 @@
 #include "basClient.h"
 
-#include "MdiChild.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "basDatabase.h"
 #include "frmClientDetails.h"
 
-#include <QApplication>
 #include <QHash>
-#include <QKeyEvent>
 #include <QTableView>
-#include <QWidget>
 
 namespace basClient {
 
@@ -87,69 +83,4 @@ bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &
     return true;
 }
 
-void MoveRecordset(Recordset &recordset, NavigationKeys::Move move)
-{
-    switch (move) {
-    case NavigationKeys::Move::First:
-        recordset.moveFirst();
-        break;
-    case NavigationKeys::Move::Last:
-        recordset.moveLast();
-        break;
-    case NavigationKeys::Move::Next:
-        recordset.moveNext();
-        if (recordset.eof()) {
-            QApplication::beep();
-            recordset.moveLast();
-        }
-        break;
-    case NavigationKeys::Move::Previous:
-        recordset.movePrevious();
-        if (recordset.bof()) {
-            QApplication::beep();
-            recordset.moveFirst();
-        }
-        break;
-    }
-}
-
 } // namespace basClient
-
-NavigationKeys::NavigationKeys(QWidget *window, std::function<void(Move)> move)
-    : QObject(window), m_window(window), m_move(std::move(move))
-{
-}
-
-void NavigationKeys::watchChildren()
-{
-    m_window->installEventFilter(this);
-    for (QWidget *w : m_window->findChildren<QWidget *>())
-        w->installEventFilter(this);
-}
-
-bool NavigationKeys::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() != QEvent::KeyPress || !m_window)
-        return false;
-    auto *widget = qobject_cast<QWidget *>(watched);
-    if (!widget || widget->window() != m_window->window())
-        return false;   // an open drop-down list keeps its own keys
-    const auto *key = static_cast<QKeyEvent *>(event);
-    const bool ctrl = (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
-    switch (key->key()) {
-    case Qt::Key_PageUp:
-        m_move(ctrl ? Move::First : Move::Previous);
-        return true;
-    case Qt::Key_PageDown:
-        m_move(ctrl ? Move::Last : Move::Next);
-        return true;
-    case Qt::Key_Escape:
-        if (auto *child = qobject_cast<MdiChild *>(m_window.data()))
-            child->closeWindow();
-        else
-            m_window->close();
-        return true;
-    default:
-        return false;
-    }
-}

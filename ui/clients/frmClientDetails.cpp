@@ -1,40 +1,26 @@
 #include "frmClientDetails.h"
 
+#include "ClientSubGrid.h"
 #include "DataBinding.h"
-#include "GridModel.h"
 #include "Prompt.h"
 #include "Recordset.h"
-#include "SqlText.h"
+#include "basClient.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
 #include "RecordQueries.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFocusEvent>
-#include <QFormLayout>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QHBoxLayout>
-#include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSplitter>
 #include <QTabWidget>
-#include <QTableView>
 #include <QTimer>
-#include <QVBoxLayout>
 
 namespace {
 
 const QString kCaption = QStringLiteral("Client Details");
-const QString kPhoneMask = QStringLiteral("(999) 999-9999");
 const QString kDuplicateTail = QStringLiteral(
     " is already on file for another client. Select an entry from the following the list and click 'OK' to go to that client "
     "record. Click 'Cancel' to continue saving the current record.");
@@ -51,65 +37,24 @@ QIcon dataIcon()
     return QIcon(pixmap);
 }
 
-QPlainTextEdit *memo(QWidget *parent, int lines)
-{
-    auto *edit = new QPlainTextEdit(parent);
-    edit->setTabChangesFocus(true);
-    edit->setMinimumHeight(edit->fontMetrics().lineSpacing() * lines + 12);
-    return edit;
-}
-
-// A multi-line box that stays a few lines high inside a form.
-QPlainTextEdit *shortMemo(QWidget *parent, int lines)
-{
-    QPlainTextEdit *edit = memo(parent, lines);
-    edit->setMaximumHeight(edit->minimumHeight() + edit->fontMetrics().lineSpacing());
-    return edit;
-}
-
-// Forms of the top pane keep their rows close so that the tabs get the room.
-QFormLayout *compactForm(QWidget *box)
-{
-    auto *form = new QFormLayout(box);
-    form->setContentsMargins(8, 4, 8, 6);
-    form->setVerticalSpacing(4);
-    return form;
-}
-
-QLineEdit *masked(QWidget *parent, const QString &mask)
-{
-    auto *edit = new QLineEdit(parent);
-    edit->setInputMask(mask);
-    edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('0')) * (int(mask.size()) + 3));
-    return edit;
-}
-
-QComboBox *dropDown(QWidget *parent, bool editable = false)
-{
-    auto *combo = new QComboBox(parent);
-    combo->setEditable(editable);
-    if (editable)
-        combo->setCompleter(nullptr);
-    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    combo->setMinimumContentsLength(8);
-    return combo;
-}
-
 } // namespace
 
-frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId) : MdiChild(main)
+frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
+    : MdiChild(main), m_fields(new BoundFields(this, BoundFields::SelectOnEntry::MaskedOnly))
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(kCaption);
     m_sql = RecordQueries::allClientsByLastName();
     m_rs = new Recordset(this);
+    connect(m_fields, &BoundFields::edited, this, &frmClientDetails::markChanged);
+    m_fields->setLeaveCheck([this](QWidget *c) { validateOnLeave(c); });
     buildForm();
-    m_loading = true;
+    m_fields->setLoading(true);
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.Form_Load"), [&] {
         fillCombos();
         m_rs->open(QStringLiteral("Client"), QStringLiteral("ClientID"), m_sql);
     });
-    m_loading = false;
+    m_fields->setLoading(false);
     ShowTabs();
     if (clientId == QLatin1String("ADD") || !m_rs->isOpen()) {
         AddRecord();
@@ -119,441 +64,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId) : M
     } else {
         goToClient(clientId);
     }
-    auto *keys = new NavigationKeys(this, [this](NavigationKeys::Move m) { navigate(m); });
-    keys->watchChildren();
-}
-
-// ---------------------------------------------------------------- layout
-
-void frmClientDetails::buildForm()
-{
-    auto *header = new QHBoxLayout;
-    lblClientName = new QLabel(this);
-    lblClientName->setObjectName(QStringLiteral("lblClientName"));
-    QFont big = lblClientName->font();
-    big.setBold(true);
-    big.setPointSizeF(big.pointSizeF() * 1.25);
-    lblClientName->setFont(big);
-    lblHousehold = new QLabel(this);
-    lblHousehold->setObjectName(QStringLiteral("lblHousehold"));
-    lblHousehold->setToolTip(QStringLiteral("The number of people in the household and the date of the last food service."));
-    header->addWidget(lblClientName);
-    header->addSpacing(24);
-    header->addWidget(lblHousehold);
-    header->addStretch(1);
-
-    auto *splitter = new QSplitter(Qt::Vertical, this);
-    splitter->setObjectName(QStringLiteral("splitter"));
-    splitter->setChildrenCollapsible(false);
-    splitter->addWidget(buildTopPane());
-    splitter->addWidget(buildTabs());
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-
-    auto nav = [this](const char *name, const QString &caption, const QString &tip) {
-        auto *b = new QPushButton(caption, this);
-        b->setObjectName(QString::fromLatin1(name));
-        b->setToolTip(tip);
-        b->setAutoDefault(false);
-        b->setFocusPolicy(Qt::TabFocus);
-        return b;
-    };
-    cmdFirst = nav("cmdFirst", QStringLiteral("|<"), QStringLiteral("Go to the first record."));
-    cmdPrevious = nav("cmdPrevious", QStringLiteral("<"), QStringLiteral("Go to the previous record."));
-    cmdNext = nav("cmdNext", QStringLiteral(">"), QStringLiteral("Go to the next record."));
-    cmdLast = nav("cmdLast", QStringLiteral(">|"), QStringLiteral("Go to the last record."));
-    cmdAdd = nav("cmdAdd", QStringLiteral("Add"), QStringLiteral("Add a new record."));
-    for (QPushButton *b : {cmdFirst, cmdPrevious, cmdNext, cmdLast})
-        b->setFixedWidth(b->fontMetrics().horizontalAdvance(QStringLiteral(">|")) + 24);
-    lblStatus = new QLabel(this);
-    lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    lblStatus->setToolTip(QStringLiteral("Displays the record number, the total number of records, and the current record id."));
-    lblStatus->setAlignment(Qt::AlignCenter);
-    lblStatus->setFrameShape(QFrame::StyledPanel);
-    lblStatus->setMinimumWidth(lblStatus->fontMetrics().horizontalAdvance(QStringLiteral("Record: 100000 of 100000     ID: 100000")) + 16);
-    auto *strip = new QHBoxLayout;
-    strip->addWidget(cmdFirst);
-    strip->addWidget(cmdPrevious);
-    strip->addWidget(lblStatus);
-    strip->addWidget(cmdNext);
-    strip->addWidget(cmdLast);
-    strip->addSpacing(12);
-    strip->addWidget(cmdAdd);
-    strip->addStretch(1);
-    connect(cmdFirst, &QPushButton::clicked, this, [this] { navigate(NavigationKeys::Move::First); });
-    connect(cmdPrevious, &QPushButton::clicked, this, [this] { navigate(NavigationKeys::Move::Previous); });
-    connect(cmdNext, &QPushButton::clicked, this, [this] { navigate(NavigationKeys::Move::Next); });
-    connect(cmdLast, &QPushButton::clicked, this, [this] { navigate(NavigationKeys::Move::Last); });
-    connect(cmdAdd, &QPushButton::clicked, this, &frmClientDetails::cmdAdd_Click);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(6, 6, 6, 6);
-    layout->addLayout(header);
-    layout->addWidget(splitter, 1);
-    layout->addLayout(strip);
-}
-
-QWidget *frmClientDetails::bind(QWidget *control, const char *arrayName, const QString &field, const QString &caption,
-                                bool required, const QString &tip)
-{
-    const int index = m_nextIndex++;
-    control->setObjectName(QString::fromLatin1(arrayName));
-    control->setProperty("DataField", field);
-    control->setProperty("Tag", required ? QStringLiteral("R") : QString());
-    control->setProperty("Index", index);
-    control->setToolTip(tip);
-    if (!caption.isEmpty()) {
-        auto *label = new QLabel(caption, control->parentWidget());
-        label->setObjectName(QStringLiteral("lblLabels"));
-        label->setProperty("Index", index);
-        label->setBuddy(control);
-        if (required) {
-            QFont f = label->font();
-            f.setBold(true);
-            label->setFont(f);
-        }
-        m_labels.insert(control, label);
-    }
-    m_controls << control;
-    control->installEventFilter(this);
-    if (auto *edit = qobject_cast<QLineEdit *>(control)) {
-        connect(edit, &QLineEdit::textChanged, this, &frmClientDetails::markChanged);
-    } else if (auto *plain = qobject_cast<QPlainTextEdit *>(control)) {
-        connect(plain, &QPlainTextEdit::textChanged, this, &frmClientDetails::markChanged);
-    } else if (auto *check = qobject_cast<QCheckBox *>(control)) {
-        connect(check, &QCheckBox::toggled, this, &frmClientDetails::markChanged);
-    } else if (auto *combo = qobject_cast<QComboBox *>(control)) {
-        connect(combo, &QComboBox::currentIndexChanged, this, &frmClientDetails::markChanged);
-        if (combo->isEditable()) {
-            combo->lineEdit()->installEventFilter(this);
-            connect(combo, &QComboBox::editTextChanged, this, [this, combo] {
-                markChanged();
-                PopulateCityState(combo);
-            });
-        }
-    }
-    return control;
-}
-
-QLabel *frmClientDetails::labelOf(QWidget *control) const { return m_labels.value(control); }
-
-QWidget *frmClientDetails::control(const QString &field) const
-{
-    for (QWidget *c : m_controls)
-        if (basTendmark::DataField(c) == field)
-            return c;
-    return nullptr;
-}
-
-QWidget *frmClientDetails::buildTopPane()
-{
-    auto *pane = new QWidget(this);
-    pane->setObjectName(QStringLiteral("picTop"));
-    auto row = [this](QFormLayout *form, QWidget *c) { form->addRow(labelOf(c), c); };
-    auto text = [](QWidget *parent, int maxLength, int chars) {
-        auto *edit = new QLineEdit(parent);
-        edit->setMaxLength(maxLength);
-        if (chars > 0)
-            edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('M')) * chars);
-        return edit;
-    };
-
-    auto *personal = new QGroupBox(QStringLiteral("Client"), pane);
-    auto *pForm = compactForm(personal);
-    row(pForm, bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), QStringLiteral("Last Name"), true,
-                    QStringLiteral("Enter the client's last name.")));
-    row(pForm, bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), QStringLiteral("First Name"), true,
-                    QStringLiteral("Enter the client's first name.")));
-    row(pForm, bind(text(personal, 1, 3), "txtData", QStringLiteral("MiddleInitial"), QStringLiteral("Middle Initial"), false,
-                    QStringLiteral("Enter the client's middle initial.")));
-    row(pForm, bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"),
-                    QStringLiteral("Social Security No"), true, QStringLiteral("Enter the client's social security number.")));
-    row(pForm, bind(text(personal, 20, 0), "txtData", QStringLiteral("DriversLicenseNumber"), QStringLiteral("Drivers License No"),
-                    false, QStringLiteral("Enter the client's drivers license number.")));
-    row(pForm, bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), QStringLiteral("Birth Date"),
-                    false, QStringLiteral("Enter the client's birthdate (mm/dd/yyyy).")));
-    QWidget *gender = bind(dropDown(personal), "cboData", QStringLiteral("Gender"), QStringLiteral("Gender"), false,
-                           QStringLiteral("Select the client's gender."));
-    static_cast<QComboBox *>(gender)->setMinimumContentsLength(3);
-    row(pForm, gender);
-
-    auto *address = new QGroupBox(QStringLiteral("Address and Telephone"), pane);
-    auto *aForm = compactForm(address);
-    row(aForm, bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
-                    QStringLiteral("Enter the client's address. Multiple lines are allowed.")));
-    row(aForm, bind(text(address, 50, 0), "txtData", QStringLiteral("City"), QStringLiteral("City"), true,
-                    QStringLiteral("Enter the client's city.")));
-    auto *stateZip = new QHBoxLayout;
-    QWidget *state = bind(dropDown(address), "cboData", QStringLiteral("State"), QStringLiteral("State"), true,
-                          QStringLiteral("Select the client's state."));
-    static_cast<QComboBox *>(state)->setMinimumContentsLength(3);
-    QWidget *zip = bind(dropDown(address, true), "cboData", QStringLiteral("ZipCode"), QStringLiteral("Zip Code"), false,
-                        QStringLiteral("Enter/select the client's zip/postal code."));
-    static_cast<QComboBox *>(zip)->setMinimumContentsLength(6);
-    stateZip->addWidget(state);
-    stateZip->addSpacing(8);
-    stateZip->addWidget(labelOf(zip));
-    stateZip->addWidget(zip);
-    stateZip->addStretch(1);
-    aForm->addRow(labelOf(state), stateZip);
-    row(aForm, bind(masked(address, kPhoneMask), "mskData", QStringLiteral("HomePhone"), QStringLiteral("Home Phone"), false,
-                    QStringLiteral("Enter the client's home telephone number (including area code).")));
-    row(aForm, bind(masked(address, kPhoneMask), "mskData", QStringLiteral("MobilePhone"), QStringLiteral("Mobile Phone"), false,
-                    QStringLiteral("Enter the client's mobile telephone number (including area code).")));
-    row(aForm, bind(masked(address, kPhoneMask), "mskData", QStringLiteral("Fax"), QStringLiteral("Fax"), false,
-                    QStringLiteral("Enter the client's fax number (including area code).")));
-
-    auto *background = new QGroupBox(QStringLiteral("Background"), pane);
-    auto *bForm = compactForm(background);
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("EthnicOriginID"), QStringLiteral("Ethnic Origin"), false,
-                    QStringLiteral("Select the client's ethnic origin.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("MaritalStatusID"), QStringLiteral("Marital Status"), false,
-                    QStringLiteral("Select the client's marital status.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("EducationLevelID"), QStringLiteral("Education Level"), false,
-                    QStringLiteral("Select the client's education level.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("HousingID"), QStringLiteral("Housing"), false,
-                    QStringLiteral("Select the type of housing in which the client lives.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("ReligiousPreferenceID"), QStringLiteral("Religion"), false,
-                    QStringLiteral("Select the religious preference of the client.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("OtherAssistanceID"), QStringLiteral("Other Assistance"), false,
-                    QStringLiteral("Select any other assistance that the client may be receiving.")));
-
-    auto *layout = new QHBoxLayout(pane);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(personal, 4);
-    layout->addWidget(address, 5);
-    layout->addWidget(background, 4);
-    return pane;
-}
-
-QWidget *frmClientDetails::buildTabs()
-{
-    tabData = new QTabWidget(this);
-    // Nine tabs must fit side by side in the window's first size.
-    tabData->setStyleSheet(QStringLiteral("QTabBar::tab { padding: 3px 4px; }"));
-    tabData->setIconSize(QSize(8, 8));
-    tabData->setObjectName(QStringLiteral("tabData"));
-    m_tabCaptions = {QStringLiteral("Notes"), QStringLiteral("Employer"), QStringLiteral("Family Members"),
-                     QStringLiteral("Food Service"), QStringLiteral("Payment History"), QStringLiteral("Income/Expenses"),
-                     QStringLiteral("Health/Medical"), QStringLiteral("FEMA"), QStringLiteral("Former Address")};
-    auto labelAbove = [this](QVBoxLayout *box, QWidget *c) {
-        box->addWidget(labelOf(c));
-        box->addWidget(c, 1);
-    };
-    auto sideBySide = [labelAbove](QHBoxLayout *row, QWidget *c) {
-        auto *column = new QVBoxLayout;
-        labelAbove(column, c);
-        row->addLayout(column, 1);
-    };
-
-    auto *notes = new QWidget(tabData);
-    auto *notesBox = new QVBoxLayout(notes);
-    labelAbove(notesBox, bind(memo(notes, 3), "txtData", QStringLiteral("Comments"), QStringLiteral("Comments:"), false,
-                              QStringLiteral("Enter any additional information here. Multiple lines are allowed.")));
-    tabData->addTab(notes, m_tabCaptions.at(NotesTab));
-
-    auto *employer = new QWidget(tabData);
-    auto *eGrid = new QGridLayout(employer);
-    eGrid->setVerticalSpacing(4);
-    auto place = [this, eGrid](QWidget *c, int r, int col, int rowSpan = 1, int colSpan = 1) {
-        eGrid->addWidget(labelOf(c), r, col, Qt::AlignLeft | Qt::AlignTop);
-        eGrid->addWidget(c, r, col + 1, rowSpan, colSpan);
-    };
-    auto *employerName = new QLineEdit(employer);
-    employerName->setMaxLength(50);
-    place(bind(employerName, "txtData", QStringLiteral("EmployerName"), QStringLiteral("Employer Name"), false,
-               QStringLiteral("Enter the name of the client's employer.")), 0, 0);
-    place(bind(shortMemo(employer, 2), "txtData", QStringLiteral("EmployerAddress"), QStringLiteral("Address"), false,
-               QStringLiteral("Enter the employer's address. Multiple lines are allowed.")), 1, 0, 2);
-    auto *employerCity = new QLineEdit(employer);
-    employerCity->setMaxLength(50);
-    place(bind(employerCity, "txtData", QStringLiteral("EmployerCity"), QStringLiteral("City"), false,
-               QStringLiteral("Enter the employer's city.")), 3, 0);
-    QWidget *employerState = bind(dropDown(employer), "cboData", QStringLiteral("EmployerState"), QStringLiteral("State"), false,
-                                  QStringLiteral("Select the employer's state."));
-    static_cast<QComboBox *>(employerState)->setMinimumContentsLength(3);
-    place(employerState, 0, 2);
-    QWidget *employerZip = bind(dropDown(employer, true), "cboData", QStringLiteral("EmployerZip"), QStringLiteral("Zip Code"), false,
-                                QStringLiteral("Enter/select the employer's zip/postal code."));
-    static_cast<QComboBox *>(employerZip)->setMinimumContentsLength(8);
-    place(employerZip, 1, 2);
-    place(bind(masked(employer, kPhoneMask), "mskData", QStringLiteral("WorkPhone"), QStringLiteral("Work Phone"), false,
-               QStringLiteral("Enter the client's work telephone number (including area code).")), 2, 2);
-    auto *duration = new QHBoxLayout;
-    QWidget *years = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationYears"),
-                          QStringLiteral("yrs"), false, QStringLiteral("Enter the number of years with this employer."));
-    QWidget *months = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationMonths"),
-                           QStringLiteral("months"), false, QStringLiteral("Enter the number of months with this employer."));
-    duration->addWidget(years);
-    duration->addWidget(labelOf(years));
-    duration->addSpacing(8);
-    duration->addWidget(months);
-    duration->addWidget(labelOf(months));
-    duration->addStretch(1);
-    auto *durationLabel = new QLabel(QStringLiteral("How long with this employer?"), employer);
-    eGrid->addWidget(durationLabel, 3, 2);
-    eGrid->addLayout(duration, 3, 3);
-    eGrid->setColumnStretch(1, 3);
-    eGrid->setColumnStretch(3, 2);
-    eGrid->setRowStretch(4, 1);
-    tabData->addTab(employer, m_tabCaptions.at(EmployerTab));
-
-    tabData->addTab(buildGridPage(FamilyTab, QStringLiteral("family member")), m_tabCaptions.at(FamilyTab));
-    tabData->addTab(buildGridPage(FoodServiceTab, QStringLiteral("food service entry")), m_tabCaptions.at(FoodServiceTab));
-    tabData->addTab(buildGridPage(PaymentTab, QStringLiteral("payment entry")), m_tabCaptions.at(PaymentTab));
-    tabData->addTab(buildGridPage(IncomeExpensesTab, QStringLiteral("income/expense entry")), m_tabCaptions.at(IncomeExpensesTab));
-
-    auto *health = new QWidget(tabData);
-    auto *healthBox = new QHBoxLayout(health);
-    sideBySide(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"),
-                               QStringLiteral("Special dietary requirements:"), false,
-                               QStringLiteral("Enter any special dietary requirements of the client.")));
-    sideBySide(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"),
-                               QStringLiteral("List any medical problems or current medications:"), false,
-                               QStringLiteral("Enter any medical problems or current medications of the client.")));
-    tabData->addTab(health, m_tabCaptions.at(HealthTab));
-
-    auto *fema = new QWidget(tabData);
-    auto *femaBox = new QHBoxLayout(fema);
-    auto *checks = new QVBoxLayout;
-    auto *eligible = new QCheckBox(QStringLiteral("Check here if client is eligible for FEMA assistance:"), fema);
-    eligible->setLayoutDirection(Qt::RightToLeft);
-    checks->addWidget(bind(eligible, "chkData", QStringLiteral("FEMAEligible"), {}, false,
-                           QStringLiteral("Check if the client is eligible for FEMA assistance.")), 0, Qt::AlignLeft);
-    auto *contacted = new QCheckBox(QStringLiteral("Has client contacted FEMA?"), fema);
-    contacted->setLayoutDirection(Qt::RightToLeft);
-    checks->addWidget(bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false,
-                           QStringLiteral("Check if the client has contacted FEMA.")), 0, Qt::AlignLeft);
-    checks->addStretch(1);
-    femaBox->addLayout(checks);
-    femaBox->addSpacing(12);
-    sideBySide(femaBox, bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), QStringLiteral("Comments:"), false,
-                             QStringLiteral("Enter any comments about FEMA assistance.")));
-    tabData->addTab(fema, m_tabCaptions.at(FEMATab));
-
-    auto *former = new QWidget(tabData);
-    auto *formerBox = new QHBoxLayout(former);
-    sideBySide(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), QStringLiteral("Former Address:"), false,
-                               QStringLiteral("Enter the client's former address.")));
-    sideBySide(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"),
-                               QStringLiteral("Relatives/friends searching for:"), false,
-                               QStringLiteral("Enter any relatives or friends the client is searching for.")));
-    tabData->addTab(former, m_tabCaptions.at(FormerAddressTab));
-    return tabData;
-}
-
-QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
-{
-    auto *page = new QWidget(tabData);
-    auto *layout = new QHBoxLayout(page);
-    auto makeGrid = [this, page](Tab t, const QString &spec, const QString &table, const QString &key, RecordKind editor,
-                                 const QString &sql) {
-        auto *grid = new QTableView(page);
-        grid->setObjectName(QStringLiteral("grdData"));
-        grid->setProperty("ColumnSpec", spec);
-        grid->setProperty("Table", table);
-        basTendmark::FormatDataGrid(grid);
-        basClient::FitColumns(grid);
-        grid->horizontalHeader()->setStretchLastSection(true);
-        m_grids << SubGrid{grid, t, table, key, editor, sql};
-        connect(grid, &QTableView::pressed, this, [this, t, grid] {
-            m_expensesActive = grid->property("Table").toString() == QLatin1String("Expenses");
-            updateGridButtons(t);
-        });
-        if (t == IncomeExpensesTab)
-            grid->installEventFilter(this);   // the grid with the focus decides between income and expenses
-        connect(grid, &QTableView::doubleClicked, this, [this, t](const QModelIndex &index) {
-            if (index.isValid())
-                cmdGridDataEdit_Click(t);
-        });
-        return grid;
-    };
-    switch (tab) {
-    case FamilyTab:
-        layout->addWidget(makeGrid(tab, QStringLiteral("Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400"),
-                                   QStringLiteral("Family"), QStringLiteral("FamilyMemberID"), RecordKind::FamilyMember,
-                                   QStringLiteral("SELECT Family.FamilyMemberID, Relationships.RelationshipDescription, ")
-                                       + SqlText::fullName(QStringLiteral("Family")) + QStringLiteral(" AS FullName, ")
-                                       + SqlText::yearsSince(QStringLiteral("Family.BirthDate")) + QStringLiteral(" AS Age, Family.Gender, ")
-                                       + SqlText::ssn(QStringLiteral("Family.SocialSecurityNumber"))
-                                       + QStringLiteral(" AS SocialSecurityNumber FROM Family LEFT JOIN Relationships ON "
-                                                        "Family.RelationshipID=Relationships.RelationshipID WHERE Family.ClientID = ? "
-                                                        "ORDER BY Family.FamilyMemberID")));
-        break;
-    case FoodServiceTab:
-        layout->addWidget(makeGrid(tab, QStringLiteral("Date,1000|Type of Service,2700|^Bags,600|Comments,2850"),
-                                   QStringLiteral("FoodService"), QStringLiteral("FoodServiceID"), RecordKind::FoodService,
-                                   QStringLiteral("SELECT FoodService.FoodServiceID, ") + SqlText::date(QStringLiteral("FoodService.FoodServiceDate"))
-                                       + QStringLiteral(" AS FoodServiceDate, FoodServiceTypes.FoodServiceTypeDescription, "
-                                                        "FoodService.NumberOfBags, FoodService.Comments FROM FoodService LEFT JOIN "
-                                                        "FoodServiceTypes ON FoodService.FoodServiceTypeID=FoodServiceTypes.FoodServiceTypeID "
-                                                        "WHERE FoodService.ClientID = ? ORDER BY FoodService.FoodServiceDate, "
-                                                        "FoodService.FoodServiceID")));
-        break;
-    case PaymentTab:
-        layout->addWidget(makeGrid(tab, QStringLiteral("Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100"),
-                                   QStringLiteral("Payments"), QStringLiteral("PaymentID"), RecordKind::Payment,
-                                   QStringLiteral("SELECT Payments.PaymentID, ") + SqlText::date(QStringLiteral("Payments.PaymentDate"))
-                                       + QStringLiteral(" AS PaymentDate, PaymentTypes.PaymentTypeDescription, ")
-                                       + SqlText::currency(QStringLiteral("Payments.AmountPaid")) + QStringLiteral(" AS AmountPaid, ")
-                                       + SqlText::currency(QStringLiteral("Payments.AmountRequested"))
-                                       + QStringLiteral(" AS AmountRequested, Payments.Comments FROM Payments LEFT JOIN PaymentTypes ON "
-                                                        "Payments.PaymentsTypeID=PaymentTypes.PaymentTypeID WHERE Payments.ClientID = ? "
-                                                        "ORDER BY Payments.PaymentDate, Payments.PaymentID")));
-        break;
-    case IncomeExpensesTab: {
-        auto column = [page](const QString &caption, QWidget *grid) {
-            auto *box = new QVBoxLayout;
-            box->addWidget(new QLabel(caption, page));
-            box->addWidget(grid, 1);
-            return box;
-        };
-        layout->addLayout(column(QStringLiteral("Monthly Income:"),
-                                 makeGrid(tab, QStringLiteral("<Source,2350|^Amount,900"), QStringLiteral("Income"),
-                                          QStringLiteral("IncomeItemID"), RecordKind::Income,
-                                          QStringLiteral("SELECT Income.IncomeItemID, IncomeSources.IncomeSourceDescription, ")
-                                              + SqlText::currency(QStringLiteral("Income.Amount"))
-                                              + QStringLiteral(" AS Amount FROM Income LEFT JOIN IncomeSources ON "
-                                                               "Income.IncomeSourceID=IncomeSources.IncomeSourceID WHERE Income.ClientID = ? "
-                                                               "ORDER BY IncomeSources.IncomeSourceDescription"))),
-                          1);
-        layout->addLayout(column(QStringLiteral("Monthly Expenses:"),
-                                 makeGrid(tab, QStringLiteral("<Category,2350|^Amount,900"), QStringLiteral("Expenses"),
-                                          QStringLiteral("ExpenseItemID"), RecordKind::Expenses,
-                                          QStringLiteral("SELECT Expenses.ExpenseItemID, ExpenseCategories.ExpenseCategoryDescription, ")
-                                              + SqlText::currency(QStringLiteral("Expenses.Amount"))
-                                              + QStringLiteral(" AS Amount FROM Expenses LEFT JOIN ExpenseCategories ON "
-                                                               "Expenses.ExpenseCategoryID=ExpenseCategories.ExpenseCategoryID WHERE "
-                                                               "Expenses.ClientID = ? ORDER BY ExpenseCategories.ExpenseCategoryDescription"))),
-                          1);
-        break;
-    }
-    default:
-        break;
-    }
-
-    GridButtons buttons;
-    auto button = [page](const char *name, const QString &caption, const QString &tip) {
-        auto *b = new QPushButton(caption, page);
-        b->setObjectName(QString::fromLatin1(name));
-        b->setToolTip(tip);
-        b->setAutoDefault(false);
-        return b;
-    };
-    buttons.add = button("cmdGridDataAdd", QStringLiteral("&Add..."), QStringLiteral("Click to add a new %1.").arg(noun));
-    buttons.edit = button("cmdGridDataEdit", QStringLiteral("&Edit..."), QStringLiteral("Click to edit the selected %1's details.").arg(noun));
-    buttons.remove = button("cmdGridDataDelete", QStringLiteral("&Delete"), QStringLiteral("Click to delete the selected %1.").arg(noun));
-    auto *column = new QVBoxLayout;
-    column->addWidget(buttons.add);
-    column->addWidget(buttons.edit);
-    column->addWidget(buttons.remove);
-    column->addStretch(1);
-    layout->addLayout(column);
-    connect(buttons.add, &QPushButton::clicked, this, [this, tab] { cmdGridDataAdd_Click(tab); });
-    connect(buttons.edit, &QPushButton::clicked, this, [this, tab] { cmdGridDataEdit_Click(tab); });
-    connect(buttons.remove, &QPushButton::clicked, this, [this, tab] { cmdGridDataDelete_Click(tab); });
-    m_gridButtons.insert(tab, buttons);
-    return page;
+    m_strip->watchKeys();
 }
 
 void frmClientDetails::fillCombos()
@@ -568,7 +79,7 @@ void frmClientDetails::fillCombos()
     for (const char *field : {"ZipCode", "EmployerZip"})
         if (auto *combo = qobject_cast<QComboBox *>(control(QLatin1String(field))))
             basTendmark::PopulateZipCombo(combo);
-    basTendmark::PopulateLookupCombos(m_controls, QStringLiteral("Client"));
+    basTendmark::PopulateLookupCombos(m_fields->controls(), QStringLiteral("Client"));
 }
 
 // ---------------------------------------------------------------- display
@@ -586,35 +97,24 @@ void frmClientDetails::displayCurrent()
 
 void frmClientDetails::DisplayClient()
 {
-    m_loading = true;
+    m_fields->setLoading(true);
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.DisplayClient"), [&] {
         m_clientId = m_rs->editMode() == Recordset::EditMode::Adding ? QString() : m_rs->key().toString();
-        basTendmark::PopulateDataControls(m_controls, *m_rs);
+        m_fields->fill(*m_rs);
         PopulateGrids();
         FlagTabs();
         DisplayRecordPosition();
         showHousehold();
     });
     m_dataChanged = false;
-    m_loading = false;
+    m_fields->setLoading(false);
     Q_EMIT commandsChanged();
 }
 
 void frmClientDetails::DisplayRecordPosition()
 {
-    const int count = m_rs->recordCount();
-    const int position = m_rs->absolutePosition();
-    // A new record keeps the text of the record shown before it.
-    if (count == 0) {
-        lblStatus->setText(QStringLiteral("Record: 0 of 0"));
-    } else if (position > 0) {
-        lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(m_clientId));
-    }
-    const bool adding = position < 0;   // a new record leaves every way back open
-    cmdFirst->setEnabled(count > 0 && (adding || position != 1));
-    cmdPrevious->setEnabled(count > 0 && (adding || position != 1));
-    cmdNext->setEnabled(count > 0 && (adding || position < count));
-    cmdLast->setEnabled(count > 0 && (adding || position != count));
+    // A new record keeps what the strip showed for the record before it.
+    m_strip->showPosition(m_rs->absolutePosition(), m_rs->recordCount(), m_clientId);
 }
 
 void frmClientDetails::showHousehold()
@@ -634,22 +134,15 @@ void frmClientDetails::showHousehold()
 
 void frmClientDetails::PopulateGrids()
 {
-    for (SubGrid &g : m_grids) {
-        if (m_clientId.isEmpty())
-            basTendmark::PopulateDataGrid(g.grid, Query{});
-        else
-            basTendmark::PopulateDataGrid(g.grid, {g.sql, {m_clientId.toLongLong()}, {}});
-        g.grid->selectionModel()->clear();
-    }
-    for (auto it = m_gridButtons.constBegin(); it != m_gridButtons.constEnd(); ++it)
-        updateGridButtons(Tab(it.key()));
+    for (ClientSubGrid *g : std::as_const(m_grids))
+        g->showClient(m_clientId);
 }
 
 void frmClientDetails::FlagTabs()
 {
     static const QIcon icon = dataIcon();
     QList<bool> hasData(9, false);
-    for (QWidget *c : m_controls) {
+    for (QWidget *c : m_fields->controls()) {
         QWidget *page = c;
         while (page && tabData->indexOf(page) < 0)
             page = page->parentWidget();
@@ -659,9 +152,9 @@ void frmClientDetails::FlagTabs()
         if (!value.isEmpty() && value != QLatin1String("False"))
             hasData[tabData->indexOf(page)] = true;
     }
-    for (const SubGrid &g : m_grids)
-        if (basTendmark::Model(g.grid)->dataRowCount() > 0)
-            hasData[g.tab] = true;
+    for (auto it = m_grids.constBegin(); it != m_grids.constEnd(); ++it)
+        if (it.value()->hasRows())
+            hasData[it.key()] = true;
     for (int i = 0; i < tabData->count(); ++i) {
         tabData->setTabIcon(i, hasData.at(i) ? icon : QIcon());
         tabData->setTabText(i, hasData.at(i) ? m_tabCaptions.at(i) + QLatin1Char(' ') : m_tabCaptions.at(i));
@@ -714,15 +207,13 @@ void frmClientDetails::refillForClient(const QString &clientId)
 
 void frmClientDetails::markChanged()
 {
-    if (m_loading)
-        return;
     m_dataChanged = true;
     Q_EMIT commandsChanged();
 }
 
 void frmClientDetails::PopulateCityState(QWidget *zip)
 {
-    if (m_loading)
+    if (m_fields->loading())
         return;
     const QString code = basTendmark::GetControlValue(zip, {});
     if (code.isEmpty())
@@ -757,18 +248,9 @@ bool frmClientDetails::checkValue(QWidget *c, const QString &value, QString &mes
     return true;
 }
 
-static QString captionOf(const QLabel *label, const QWidget *c)
-{
-    if (label)
-        return label->text().remove(QLatin1Char(':'));
-    if (const auto *check = qobject_cast<const QCheckBox *>(c))
-        return check->text().remove(QLatin1Char(':'));
-    return {};
-}
-
 bool frmClientDetails::validateOnLeave(QWidget *c)
 {
-    if (m_validating || m_loading || qobject_cast<QCheckBox *>(c))
+    if (qobject_cast<QCheckBox *>(c))
         return true;
     if (auto *combo = qobject_cast<QComboBox *>(c); combo && !combo->isEditable())
         return true;
@@ -779,10 +261,8 @@ bool frmClientDetails::validateOnLeave(QWidget *c)
     QString message;
     if (checkValue(c, value, message))
         return true;
-    m_validating = true;
-    Prompt::message(QStringLiteral("Data Entry Error"), captionOf(labelOf(c), c) + message, Prompt::Icon::Exclamation, Prompt::Ok);
+    Prompt::message(QStringLiteral("Data Entry Error"), m_fields->caption(c) + message, Prompt::Icon::Exclamation, Prompt::Ok);
     focusControl(c);
-    m_validating = false;
     return false;
 }
 
@@ -795,34 +275,12 @@ void frmClientDetails::focusControl(QWidget *c)
     QTimer::singleShot(0, c, [c] { c->setFocus(Qt::OtherFocusReason); });
 }
 
-bool frmClientDetails::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::FocusOut) {
-        const auto reason = static_cast<QFocusEvent *>(event)->reason();
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason) {
-            auto *w = qobject_cast<QWidget *>(watched);
-            if (w && !m_controls.contains(w))
-                w = w->parentWidget();   // the line edit inside an editable drop-down list
-            if (w && m_controls.contains(w))
-                validateOnLeave(w);
-        }
-    } else if (event->type() == QEvent::FocusIn) {
-        if (auto *grid = qobject_cast<QTableView *>(watched)) {
-            m_expensesActive = grid->property("Table").toString() == QLatin1String("Expenses");
-            updateGridButtons(IncomeExpensesTab);
-        }
-        if (auto *edit = qobject_cast<QLineEdit *>(watched); edit && !edit->inputMask().isEmpty())
-            QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
-    }
-    return MdiChild::eventFilter(watched, event);
-}
-
 bool frmClientDetails::UpdateFields()
 {
-    for (QWidget *c : m_controls) {
+    for (QWidget *c : m_fields->controls()) {
         const QString column = basTendmark::DataField(c);
         const QString value = basTendmark::GetControlValue(c, m_rs->field(column));
-        const QString caption = captionOf(labelOf(c), c);
+        const QString caption = m_fields->caption(c);
         if (basTendmark::IsRequired(c) && value.trimmed().isEmpty()) {
             Prompt::message(QStringLiteral("Required Field Empty"), caption + QStringLiteral(" is required."),
                             Prompt::Icon::Exclamation, Prompt::Ok);
@@ -942,10 +400,10 @@ void frmClientDetails::cmdAdd_Click()
         return;
     AddRecord();
     DisplayClient();
-    focusControl(m_controls.first());
+    focusControl(m_fields->controls().first());
 }
 
-void frmClientDetails::navigate(NavigationKeys::Move move)
+void frmClientDetails::navigate(NavigationStrip::Move move)
 {
     static const char *const names[] = {"cmdFirst_Click", "cmdPrevious_Click", "cmdNext_Click", "cmdLast_Click"};
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.") + QLatin1String(names[int(move)]), [&] {
@@ -953,7 +411,7 @@ void frmClientDetails::navigate(NavigationKeys::Move move)
             return;
         if (m_rs->recordCount() == 0)
             return;
-        basClient::MoveRecordset(*m_rs, move);
+        NavigationStrip::step(*m_rs, move);
         DisplayClient();
     });
 }
@@ -964,7 +422,7 @@ void frmClientDetails::goToClient(const QString &id)
         if (id == QLatin1String("ADD")) {
             AddRecord();
             DisplayClient();
-            focusControl(m_controls.first());
+            focusControl(m_fields->controls().first());
             return;
         }
         if (!m_rs->find(id)) {
@@ -1043,77 +501,5 @@ void frmClientDetails::DeleteCurrentRecord()
             AddRecord();
         DisplayClient();
         announceClientRecordsChanged(deleted);
-    });
-}
-
-// ---------------------------------------------------------------- sub-grids
-
-frmClientDetails::SubGrid *frmClientDetails::gridOfTab(Tab tab)
-{
-    for (SubGrid &g : m_grids)
-        if (g.tab == tab && (tab != IncomeExpensesTab || (g.table == QLatin1String("Expenses")) == m_expensesActive))
-            return &g;
-    return nullptr;
-}
-
-void frmClientDetails::updateGridButtons(Tab tab)
-{
-    const GridButtons buttons = m_gridButtons.value(tab);
-    SubGrid *g = gridOfTab(tab);
-    const bool onRow = g && g->grid->selectionModel()->hasSelection()
-                       && basTendmark::GridRowKey(g->grid, g->grid->currentIndex().row()) > 0;
-    buttons.edit->setEnabled(onRow);
-    buttons.remove->setEnabled(onRow);
-}
-
-void frmClientDetails::cmdGridDataAdd_Click(Tab tab)
-{
-    basErrorHandler::Guard(QStringLiteral("frmClientDetails.cmdGridDataAdd_Click"), [&] {
-        if (m_clientId.isEmpty()) {
-            Prompt::message(QStringLiteral("Required Client Data Not Entered"),
-                            QStringLiteral("Please enter the required client information before entering any supporting details."),
-                            Prompt::Icon::Exclamation, Prompt::Ok);
-            return;
-        }
-        if (SubGrid *g = gridOfTab(tab))
-            workspace()->openRecordEditor(g->editor, m_clientId, {});
-    });
-}
-
-void frmClientDetails::cmdGridDataEdit_Click(Tab tab)
-{
-    basErrorHandler::Guard(QStringLiteral("frmClientDetails.cmdGridDataEdit_Click"), [&] {
-        SubGrid *g = gridOfTab(tab);
-        if (!g || m_clientId.isEmpty())
-            return;
-        const qint64 key = basTendmark::GridRowKey(g->grid, g->grid->currentIndex().row());
-        if (key > 0)
-            workspace()->openRecordEditor(g->editor, m_clientId, QString::number(key));
-    });
-}
-
-void frmClientDetails::cmdGridDataDelete_Click(Tab tab)
-{
-    basErrorHandler::Guard(QStringLiteral("frmClientDetails.cmdGridDataDelete_Click"), [&] {
-        SubGrid *g = gridOfTab(tab);
-        if (!g)
-            return;
-        const int row = g->grid->currentIndex().row();
-        const qint64 key = basTendmark::GridRowKey(g->grid, row);
-        if (key <= 0)
-            return;
-        const QString what = basTendmark::GridText(g->grid, row, 1) + QLatin1Char(' ') + basTendmark::GridText(g->grid, row, 2);
-        if (Prompt::message(QStringLiteral("Delete Record?"), QStringLiteral("Are you sure you want to delete '") + what + QStringLiteral("'?"),
-                            Prompt::Icon::Question, Prompt::Yes | Prompt::No)
-            != Prompt::Yes)
-            return;
-        if (!basDatabase::DeleteItemFromTable(g->table, g->keyColumn, QString::number(key)))
-            return;
-        basTendmark::RemoveGridRow(g->grid, row);
-        g->grid->selectionModel()->clear();
-        updateGridButtons(tab);
-        FlagTabs();
-        showHousehold();
-        announceClientRecordsChanged(m_clientId);
     });
 }

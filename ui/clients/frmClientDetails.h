@@ -1,16 +1,16 @@
 #pragma once
 
+#include "BoundFields.h"
 #include "MdiChild.h"
+#include "NavigationStrip.h"
 #include "Prompt.h"
-#include "basClient.h"
 
 #include <QHash>
 #include <QList>
 
+class ClientSubGrid;
 class QLabel;
-class QPushButton;
 class QTabWidget;
-class QTableView;
 class Recordset;
 
 // "Client Details": one client's record with its supporting lists in tabs.
@@ -44,33 +44,16 @@ public:
 
 protected:
     bool queryUnload() override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    struct SubGrid
-    {
-        QTableView *grid = nullptr;
-        Tab tab;
-        QString table;
-        QString keyColumn;
-        RecordKind editor;
-        QString sql;
-    };
-    struct GridButtons
-    {
-        QPushButton *add = nullptr;
-        QPushButton *edit = nullptr;
-        QPushButton *remove = nullptr;
-    };
-
     void buildForm();
     QWidget *buildTopPane();
     QWidget *buildTabs();
     QWidget *buildGridPage(Tab tab, const QString &noun);
     QWidget *bind(QWidget *control, const char *arrayName, const QString &field, const QString &caption, bool required,
                   const QString &tip);
-    QLabel *labelOf(QWidget *control) const;
-    QWidget *control(const QString &field) const;
+    QLabel *labelOf(QWidget *control) const { return m_fields->labelOf(control); }
+    QWidget *control(const QString &field) const { return m_fields->control(field); }
     void fillCombos();
 
     void displayCurrent();
@@ -90,7 +73,7 @@ private:
     bool offerDuplicates(bool found, const Prompt::PickRequest &request);
     void discardPendingValues();
     void goToClient(const QString &id);
-    void navigate(NavigationKeys::Move move);
+    void navigate(NavigationStrip::Move move);
     void cmdAdd_Click();
     void markChanged();
     void PopulateCityState(QWidget *zip);
@@ -99,33 +82,17 @@ private:
     bool askToSave();
     void refillForClient(const QString &clientId) override;
 
-    SubGrid *gridOfTab(Tab tab);
-    void updateGridButtons(Tab tab);
-    void cmdGridDataAdd_Click(Tab tab);
-    void cmdGridDataEdit_Click(Tab tab);
-    void cmdGridDataDelete_Click(Tab tab);
-
     Recordset *m_rs = nullptr;
     QString m_sql;
     QString m_clientId;
     bool m_dataChanged = false;
-    bool m_loading = false;
-    bool m_validating = false;
     int m_nextIndex = 0;
-    QList<QWidget *> m_controls;
-    QHash<QWidget *, QLabel *> m_labels;
-    QList<SubGrid> m_grids;
-    QHash<int, GridButtons> m_gridButtons;
-    bool m_expensesActive = false;
+    BoundFields *m_fields;
+    QHash<Tab, ClientSubGrid *> m_grids;
 
     QLabel *lblClientName = nullptr;
     QLabel *lblHousehold = nullptr;
-    QLabel *lblStatus = nullptr;
-    QPushButton *cmdFirst = nullptr;
-    QPushButton *cmdPrevious = nullptr;
-    QPushButton *cmdNext = nullptr;
-    QPushButton *cmdLast = nullptr;
-    QPushButton *cmdAdd = nullptr;
+    NavigationStrip *m_strip = nullptr;
     QTabWidget *tabData = nullptr;
     QList<QString> m_tabCaptions;
 };

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "MdiChild.h"
-#include "basClient.h"
-#include "MdiChild.h"
+#include "NavigationStrip.h"
 
 #include <QList>
 
-class QLabel;
+class ClientSubGrid;
 class QPushButton;
-class QTableView;
 class QTextEdit;
 class Recordset;
 
@@ -36,42 +34,21 @@ public:
     Recordset *recordset() const { return m_rs; }
 
 private:
-    struct SubGrid
-    {
-        QTableView *grid = nullptr;
-        QString table;
-        QString keyColumn;
-        RecordKind editor;
-        QString sql;
-        QPushButton *add = nullptr;
-        QPushButton *edit = nullptr;
-        QPushButton *remove = nullptr;
-    };
-
-    QWidget *buildGrid(int index, const QString &caption, const QString &spec, const QString &table, const QString &keyColumn,
-                       RecordKind editor, const QString &sql);
+    QWidget *buildGrid(const QString &caption, RecordKind kind, const QString &spec);
     void PopulateClient();
     void DisplayClient();
     void DisplayRecordPosition();
     void PopulateGrids();
-    void DisableButtons();
-    void navigate(NavigationKeys::Move move);
+    void navigate(NavigationStrip::Move move);
     void refillForClient(const QString &clientId) override;
-    void cmdGridDataAdd_Click(int index);
-    void cmdGridDataEdit_Click(int index);
-    void cmdGridDataDelete_Click(int index);
 
     Recordset *m_rs = nullptr;
     QString m_sql;
     QString m_clientId;
-    QList<SubGrid> m_grids;
+    QList<ClientSubGrid *> m_grids;
 
     QTextEdit *rtbClientInfo = nullptr;
     QPushButton *cmdClientAdd = nullptr;
     QPushButton *cmdClientEdit = nullptr;
-    QLabel *lblStatus = nullptr;
-    QPushButton *cmdFirst = nullptr;
-    QPushButton *cmdPrevious = nullptr;
-    QPushButton *cmdNext = nullptr;
-    QPushButton *cmdLast = nullptr;
+    NavigationStrip *m_strip = nullptr;
 };

@@ -5,7 +5,6 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <array>
 
 class DatabaseSession;
 class QLabel;

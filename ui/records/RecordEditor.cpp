@@ -1,30 +1,23 @@
 #include "RecordEditor.h"
 
+#include "AmountBox.h"
 #include "DataBinding.h"
-#include "Money.h"
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basTendmark.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QFocusEvent>
 #include <QFrame>
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
-constexpr char kAmount[] = "Amount";
 
 bool isList(const QWidget *control)
 {
@@ -41,9 +34,17 @@ QLineEdit *RecordEditor::textBox(int maxWidth)
     return box;
 }
 
-RecordEditor::RecordEditor(Workspace *main, QWidget *parent) : MdiChild(main, parent)
+RecordEditor::RecordEditor(Workspace *main, QWidget *parent) : MdiChild(main, parent), m_fields(new BoundFields(this))
 {
     connect(&madoPrimaryRS, &Recordset::moveComplete, this, &RecordEditor::moveComplete);
+    connect(m_fields, &BoundFields::edited, this, [this](QWidget *control) {
+        setDataChanged(true);
+        controlChanged(control);
+    });
+    m_fields->setLeaveCheck([this](QWidget *control) {
+        if (madoPrimaryRS.isOpen())
+            validateOnLeave(control);
+    });
 }
 
 void RecordEditor::guard(const char *procedure, const std::function<void()> &body)
@@ -92,45 +93,10 @@ void RecordEditor::buildFrame()
     m_fieldGrid->setVerticalSpacing(6);
     root->addWidget(fields, 1);
 
-    auto *strip = new QHBoxLayout;
-    strip->setSpacing(4);
-    auto button = [&](const char *name, QStyle::StandardPixmap icon, const QString &text, const QString &tip) {
-        auto *b = new QPushButton(this);
-        b->setObjectName(QLatin1String(name));
-        if (text.isEmpty())
-            b->setIcon(style()->standardIcon(icon));
-        else
-            b->setText(text);
-        b->setToolTip(tip);
-        b->setFocusPolicy(Qt::TabFocus);   // a click leaves the focus (and its checks) where it is
-        b->setAutoDefault(false);
-        return b;
-    };
-    cmdFirst = button("cmdFirst", QStyle::SP_MediaSkipBackward, {}, QStringLiteral("Go to the first record."));
-    cmdPrevious = button("cmdPrevious", QStyle::SP_MediaSeekBackward, {}, QStringLiteral("Go to the previous record."));
-    cmdNext = button("cmdNext", QStyle::SP_MediaSeekForward, {}, QStringLiteral("Go to the next record."));
-    cmdLast = button("cmdLast", QStyle::SP_MediaSkipForward, {}, QStringLiteral("Go to the last record."));
-    cmdAdd = button("cmdAdd", QStyle::SP_FileIcon, QStringLiteral("&Add"), QStringLiteral("Add a new record."));
-    lblStatus = new QLabel(this);
-    lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    lblStatus->setFrameShape(QFrame::StyledPanel);
-    lblStatus->setFrameShadow(QFrame::Sunken);
-    lblStatus->setAlignment(Qt::AlignCenter);
-    lblStatus->setMinimumWidth(220);
-    strip->addWidget(cmdFirst);
-    strip->addWidget(cmdPrevious);
-    strip->addWidget(lblStatus, 1);
-    strip->addWidget(cmdNext);
-    strip->addWidget(cmdLast);
-    strip->addSpacing(12);
-    strip->addWidget(cmdAdd);
-    root->addLayout(strip);
-
-    connect(cmdFirst, &QPushButton::clicked, this, &RecordEditor::cmdFirst_Click);
-    connect(cmdPrevious, &QPushButton::clicked, this, &RecordEditor::cmdPrevious_Click);
-    connect(cmdNext, &QPushButton::clicked, this, &RecordEditor::cmdNext_Click);
-    connect(cmdLast, &QPushButton::clicked, this, &RecordEditor::cmdLast_Click);
-    connect(cmdAdd, &QPushButton::clicked, this, &RecordEditor::cmdAdd_Click);
+    m_strip = new NavigationStrip(this, true);
+    root->addWidget(m_strip);
+    connect(m_strip, &NavigationStrip::moveRequested, this, &RecordEditor::navigate);
+    connect(m_strip, &NavigationStrip::addRequested, this, &RecordEditor::cmdAdd_Click);
 }
 
 QWidget *RecordEditor::addField(QWidget *control, const char *objectName, const QString &dataField, const QString &tag, int index,
@@ -155,10 +121,9 @@ QWidget *RecordEditor::addField(QWidget *control, const char *objectName, const 
     const Qt::Alignment align = control->maximumWidth() < QWIDGETSIZE_MAX ? Qt::AlignLeft : Qt::Alignment();
     m_fieldGrid->addWidget(control, row, column * 2 + 1, 1, columnSpan * 2 - 1, align);
     m_labels.insert(index, lbl);
-    m_controls << control;
     if (auto *text = qobject_cast<QPlainTextEdit *>(control))
         text->setTabChangesFocus(true);
-    connectChange(control);
+    m_fields->add(control, lbl);
     return control;
 }
 
@@ -169,55 +134,18 @@ QLineEdit *RecordEditor::maskedBox(const QString &mask)
     return box;
 }
 
-void RecordEditor::markAsAmount(QLineEdit *box)
-{
-    box->setProperty(kAmount, true);
-    box->setAlignment(Qt::AlignRight);
-}
-
-void RecordEditor::connectChange(QWidget *control)
-{
-    auto changed = [this, control] {
-        if (m_loading)
-            return;
-        setDataChanged(true);
-        controlChanged(control);
-    };
-    if (auto *edit = qobject_cast<QLineEdit *>(control))
-        connect(edit, &QLineEdit::textChanged, this, changed);
-    else if (auto *combo = qobject_cast<QComboBox *>(control)) {
-        connect(combo, &QComboBox::currentIndexChanged, this, changed);
-        if (combo->isEditable())
-            connect(combo, &QComboBox::editTextChanged, this, changed);
-    } else if (auto *date = qobject_cast<QDateEdit *>(control))
-        connect(date, &QDateEdit::dateChanged, this, changed);
-    else if (auto *text = qobject_cast<QPlainTextEdit *>(control))
-        connect(text, &QPlainTextEdit::textChanged, this, changed);
-    else if (auto *button = qobject_cast<QAbstractButton *>(control))
-        connect(button, &QAbstractButton::toggled, this, changed);
-}
-
 QLabel *RecordEditor::label(int index) const { return m_labels.value(index); }
-
-QWidget *RecordEditor::boundControl(const QString &dataField) const
-{
-    for (QWidget *c : m_controls)
-        if (basTendmark::DataField(c).compare(dataField, Qt::CaseInsensitive) == 0)
-            return c;
-    return nullptr;
-}
 
 // ---- opening --------------------------------------------------------------
 
 bool RecordEditor::load()
 {
-    m_loading = true;
+    setLoading(true);
     m_dataChanged = false;
     buildFrame();
     buildFields();
     m_fieldGrid->setRowStretch(m_fieldGrid->rowCount(), 1);
-    for (QWidget *w : findChildren<QWidget *>())
-        w->installEventFilter(this);
+    m_strip->watchKeys();
 
     bool shown = false;
     guard("Form_Load", [&] {
@@ -247,7 +175,7 @@ bool RecordEditor::load()
         shown = true;
     });
     m_dataChanged = false;
-    m_loading = false;
+    setLoading(false);
     return shown;
 }
 
@@ -288,7 +216,7 @@ void RecordEditor::setRecordId(const QString &id)
 
 void RecordEditor::MarkRequiredFields()
 {
-    for (QWidget *c : m_controls)
+    for (QWidget *c : m_fields->controls())
         if (basTendmark::IsRequired(c))
             if (QLabel *lbl = label(c->property("Index").toInt())) {
                 QFont f = lbl->font();
@@ -299,55 +227,36 @@ void RecordEditor::MarkRequiredFields()
 
 void RecordEditor::DisplayRecordPosition()
 {
-    // Off a row (also while adding) the label and buttons keep what they showed.
+    // Off a row (also while adding, and with no rows at all) the strip keeps what it showed.
     if (madoPrimaryRS.editMode() == Recordset::EditMode::Adding || madoPrimaryRS.bof() || madoPrimaryRS.eof())
         return;
-    const int count = madoPrimaryRS.recordCount();
-    const int position = madoPrimaryRS.absolutePosition();
-    lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(m_recordId));
-    cmdFirst->setEnabled(position != 1);
-    cmdPrevious->setEnabled(position != 1);
-    cmdNext->setEnabled(position != count);
-    cmdLast->setEnabled(position != count);
+    m_strip->showPosition(madoPrimaryRS.absolutePosition(), madoPrimaryRS.recordCount(), m_recordId);
 }
 
 void RecordEditor::populateControls()
 {
-    const bool wasLoading = m_loading;
-    m_loading = true;
-    basTendmark::PopulateDataControls(m_controls, madoPrimaryRS);
-    for (QWidget *c : m_controls)
-        if (c->property(kAmount).toBool())
-            formatAmount(static_cast<QLineEdit *>(c));
+    const bool wasLoading = isLoading();
+    setLoading(true);
+    m_fields->fill(madoPrimaryRS);
     afterDisplay();
-    m_loading = wasLoading;
+    setLoading(wasLoading);
 }
 
 void RecordEditor::moveComplete()
 {
-    if (m_loading || !madoPrimaryRS.onRow() || madoPrimaryRS.editMode() == Recordset::EditMode::Adding)
+    if (isLoading() || !madoPrimaryRS.onRow() || madoPrimaryRS.editMode() == Recordset::EditMode::Adding)
         return;
     m_recordId = madoPrimaryRS.key().toString();
-    m_loading = true;
+    setLoading(true);
     DisplayRecordPosition();
     populateControls();
     setDataChanged(false);
-    m_loading = false;
+    setLoading(false);
 }
 
 // ---- values and checks ----------------------------------------------------
 
-QString RecordEditor::GetControlValue(QWidget *control) const
-{
-    if (control->property(kAmount).toBool()) {
-        const QString text = static_cast<QLineEdit *>(control)->text().trimmed();
-        if (text.isEmpty())
-            return {};
-        const auto cents = Money::parse(text);
-        return cents ? Money::plain(*cents) : text;
-    }
-    return basTendmark::GetControlValue(control, madoPrimaryRS.field(basTendmark::DataField(control)));
-}
+QString RecordEditor::GetControlValue(QWidget *control) const { return m_fields->value(control, madoPrimaryRS); }
 
 bool RecordEditor::refuse(QWidget *control, const QString &title, const QString &text)
 {
@@ -386,39 +295,16 @@ bool RecordEditor::validateOnLeave(QWidget *control)
             return refuse(control, QStringLiteral("Data Entry Error"), (lbl ? lbl->text() : column) + message);
         }
     }
-    if (control->property(kAmount).toBool())
-        formatAmount(static_cast<QLineEdit *>(control));
+    if (auto *amount = qobject_cast<AmountBox *>(control))
+        amount->showFormatted();
     return true;
-}
-
-void RecordEditor::formatAmount(QLineEdit *box)
-{
-    const auto cents = Money::parse(box->text());
-    if (!cents || box->text().trimmed().isEmpty())
-        return;
-    const bool wasLoading = m_loading;
-    m_loading = true;
-    box->setText(Money::format(*cents));
-    m_loading = wasLoading;
-}
-
-bool RecordEditor::amountKeyAccepted(QLineEdit *box, const QString &text) const
-{
-    if (text.size() != 1)
-        return false;
-    const QChar c = text.at(0);
-    if (c.isDigit())
-        return c.unicode() < 128;
-    if (c == QLatin1Char('.'))
-        return !box->text().contains(QLatin1Char('.'));
-    return c == QLatin1Char('\r') || c == QLatin1Char('\n') || c == QLatin1Char('\b');
 }
 
 bool RecordEditor::UpdateFields()
 {
     if (!m_dataChanged)
         return true;
-    for (QWidget *control : std::as_const(m_controls)) {
+    for (QWidget *control : m_fields->controls()) {
         const QString column = basTendmark::DataField(control);
         const QString value = GetControlValue(control);
         const QLabel *lbl = label(control->property("Index").toInt());
@@ -451,14 +337,14 @@ bool RecordEditor::UpdateRecord()
             if (!UpdateFields() || !confirmCommit())
                 return;
             madoPrimaryRS.update();
-            m_loading = true;
+            setLoading(true);
             if (adding) {
                 m_recordId = madoPrimaryRS.key().toString();
             }
             DisplayRecordPosition();
             populateControls();
             setDataChanged(false);
-            m_loading = false;
+            setLoading(false);
             announceSaved();
             afterSave();
         } else if (adding && madoPrimaryRS.recordCount() > 0) {
@@ -470,7 +356,7 @@ bool RecordEditor::UpdateRecord()
         }
         ok = true;
     });
-    m_loading = false;
+    setLoading(false);
     return ok;
 }
 
@@ -500,57 +386,23 @@ void RecordEditor::cmdAdd_Click()
     if (!UpdateRecord())
         return;
     guard("cmdAdd_Click", [&] {
-        m_loading = true;
+        setLoading(true);
         AddRecord();
         DisplayRecordPosition();
         populateControls();
         setDataChanged(false);
-        if (!m_controls.isEmpty())
-            m_controls.first()->setFocus();
+        if (!m_fields->controls().isEmpty())
+            m_fields->controls().first()->setFocus();
     });
-    m_loading = false;
+    setLoading(false);
 }
 
-void RecordEditor::cmdFirst_Click()
+void RecordEditor::navigate(NavigationStrip::Move move)
 {
+    static const char *const names[] = {"cmdFirst_Click", "cmdPrevious_Click", "cmdNext_Click", "cmdLast_Click"};
     if (!UpdateRecord() || madoPrimaryRS.recordCount() == 0)
         return;
-    guard("cmdFirst_Click", [&] { madoPrimaryRS.moveFirst(); });
-}
-
-void RecordEditor::cmdLast_Click()
-{
-    if (!UpdateRecord() || madoPrimaryRS.recordCount() == 0)
-        return;
-    guard("cmdLast_Click", [&] { madoPrimaryRS.moveLast(); });
-}
-
-void RecordEditor::cmdNext_Click()
-{
-    if (!UpdateRecord() || madoPrimaryRS.recordCount() == 0)
-        return;
-    guard("cmdNext_Click", [&] {
-        if (!madoPrimaryRS.eof())
-            madoPrimaryRS.moveNext();
-        if (madoPrimaryRS.eof()) {
-            QApplication::beep();
-            madoPrimaryRS.moveLast();
-        }
-    });
-}
-
-void RecordEditor::cmdPrevious_Click()
-{
-    if (!UpdateRecord() || madoPrimaryRS.recordCount() == 0)
-        return;
-    guard("cmdPrevious_Click", [&] {
-        if (!madoPrimaryRS.bof())
-            madoPrimaryRS.movePrevious();
-        if (madoPrimaryRS.bof()) {
-            QApplication::beep();
-            madoPrimaryRS.moveFirst();
-        }
-    });
+    guard(names[int(move)], [&] { NavigationStrip::step(madoPrimaryRS, move); });
 }
 
 // ---- delete and close -----------------------------------------------------
@@ -566,7 +418,7 @@ void RecordEditor::DeleteCurrentRecord()
         if (!basDatabase::DeleteItemFromTable(tableName(), keyColumn(), m_recordId))
             return;
         Prompt::message(texts.doneTitle, texts.done, Prompt::Icon::None, Prompt::Ok);
-        m_loading = true;
+        setLoading(true);
         madoPrimaryRS.requery();
         if (madoPrimaryRS.recordCount() > 0) {
             if (madoPrimaryRS.eof())
@@ -582,7 +434,7 @@ void RecordEditor::DeleteCurrentRecord()
         setDataChanged(false);
         announceSaved();
     });
-    m_loading = false;
+    setLoading(false);
 }
 
 bool RecordEditor::queryUnload()
@@ -604,68 +456,12 @@ bool RecordEditor::reopen(const QString &sql, const QVariantList &binds)
 {
     bool ok = false;
     guard("ExecuteSQL", [&] {
-        m_loading = true;
+        setLoading(true);
         madoPrimaryRS.open(tableName(), keyColumn(), sql, binds);
         ok = true;
     });
-    m_loading = false;
+    setLoading(false);
     return ok;
-}
-
-// ---- keys and focus -------------------------------------------------------
-
-bool RecordEditor::eventFilter(QObject *watched, QEvent *event)
-{
-    auto *widget = qobject_cast<QWidget *>(watched);
-    switch (event->type()) {
-    case QEvent::KeyPress: {
-        auto *key = static_cast<QKeyEvent *>(event);
-        const bool ctrl = (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
-        switch (key->key()) {
-        case Qt::Key_Escape:
-            closeWindow();
-            return true;
-        case Qt::Key_PageUp:
-            ctrl ? cmdFirst_Click() : cmdPrevious_Click();
-            return true;
-        case Qt::Key_PageDown:
-            ctrl ? cmdLast_Click() : cmdNext_Click();
-            return true;
-        default:
-            break;
-        }
-        if (widget && widget->property(kAmount).toBool() && !key->text().isEmpty()
-            && !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) && key->text().at(0).isPrint())
-            return !amountKeyAccepted(static_cast<QLineEdit *>(widget), key->text());
-        break;
-    }
-    case QEvent::FocusIn:
-        if (auto *edit = qobject_cast<QLineEdit *>(watched); edit && m_controls.contains(edit)) {
-            if (edit->property(kAmount).toBool() && edit->text().contains(QLatin1Char('$'))) {
-                const bool wasLoading = m_loading;
-                m_loading = true;
-                edit->setText(edit->text().remove(QLatin1Char('$')));
-                m_loading = wasLoading;
-            }
-            QTimer::singleShot(0, edit, &QLineEdit::selectAll);
-        } else if (auto *text = qobject_cast<QPlainTextEdit *>(watched); text && m_controls.contains(text)) {
-            QTimer::singleShot(0, text, &QPlainTextEdit::selectAll);
-        }
-        break;
-    case QEvent::FocusOut: {
-        const auto reason = static_cast<QFocusEvent *>(event)->reason();
-        if (widget && m_controls.contains(widget) && !m_validating && !m_loading && reason != Qt::ActiveWindowFocusReason
-            && reason != Qt::PopupFocusReason && madoPrimaryRS.isOpen()) {
-            m_validating = true;
-            validateOnLeave(widget);
-            m_validating = false;
-        }
-        break;
-    }
-    default:
-        break;
-    }
-    return MdiChild::eventFilter(watched, event);
 }
 
 void RecordEditor::populateCombos() { basTendmark::PopulateLookupCombos(boundControls(), tableName()); }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "BoundFields.h"
 #include "MdiChild.h"
+#include "NavigationStrip.h"
 #include "Recordset.h"
 
 #include <QList>
@@ -11,7 +13,6 @@
 class QGridLayout;
 class QLabel;
 class QLineEdit;
-class QPushButton;
 
 // The shape shared by every record editor: one table's rows, one at a time,
 // with a navigation strip. Edits are buffered in the result set and written
@@ -42,13 +43,13 @@ public:
 
     Recordset &recordset() { return madoPrimaryRS; }
     QLabel *label(int index) const;
-    QList<QWidget *> boundControls() const { return m_controls; }
-    QWidget *boundControl(const QString &dataField) const;
+    QList<QWidget *> boundControls() const { return m_fields->controls(); }
+    QWidget *boundControl(const QString &dataField) const { return m_fields->control(dataField); }
 
-    void cmdFirst_Click();
-    void cmdPrevious_Click();
-    void cmdNext_Click();
-    void cmdLast_Click();
+    void cmdFirst_Click() { navigate(NavigationStrip::Move::First); }
+    void cmdPrevious_Click() { navigate(NavigationStrip::Move::Previous); }
+    void cmdNext_Click() { navigate(NavigationStrip::Move::Next); }
+    void cmdLast_Click() { navigate(NavigationStrip::Move::Last); }
     void cmdAdd_Click();
 
 protected:
@@ -85,7 +86,6 @@ protected:
                       const QString &caption, int row, int column = 0, int columnSpan = 1);
     QGridLayout *fieldGrid() const { return m_fieldGrid; }
     static QLineEdit *maskedBox(const QString &mask);
-    void markAsAmount(QLineEdit *box);
 
     QString GetControlValue(QWidget *control) const;
     void MarkRequiredFields();
@@ -94,42 +94,32 @@ protected:
     bool UpdateFields();
     bool UpdateRecord();
     void populateControls();
-    bool isLoading() const { return m_loading; }
-    void setLoading(bool loading) { m_loading = loading; }
+    bool isLoading() const { return m_fields->loading(); }
+    void setLoading(bool loading) { m_fields->setLoading(loading); }
     bool refuse(QWidget *control, const QString &title, const QString &text);
     bool reopen(const QString &sql, const QVariantList &binds);
     void takeKeyOfRow() { m_recordId = madoPrimaryRS.key().toString(); }
 
     bool queryUnload() override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
     Recordset madoPrimaryRS;
-    QLabel *lblStatus = nullptr;
     QLineEdit *txtClientName = nullptr;
     QLineEdit *txtClientSSN = nullptr;
     QLineEdit *txtClientDLN = nullptr;
 
 private:
     void buildFrame();
-    void connectChange(QWidget *control);
     void moveComplete();
+    void navigate(NavigationStrip::Move move);
     bool validateOnLeave(QWidget *control);
-    bool amountKeyAccepted(QLineEdit *box, const QString &text) const;
-    void formatAmount(QLineEdit *box);
     void guard(const char *procedure, const std::function<void()> &body);
     void announceSaved();
 
     QString m_clientId;
     QString m_recordId;
     bool m_dataChanged = false;
-    bool m_loading = false;
-    bool m_validating = false;
-    QList<QWidget *> m_controls;
+    BoundFields *m_fields;
     QMap<int, QLabel *> m_labels;
     QGridLayout *m_fieldGrid = nullptr;
-    QPushButton *cmdFirst = nullptr;
-    QPushButton *cmdPrevious = nullptr;
-    QPushButton *cmdNext = nullptr;
-    QPushButton *cmdLast = nullptr;
-    QPushButton *cmdAdd = nullptr;
+    NavigationStrip *m_strip = nullptr;
 };

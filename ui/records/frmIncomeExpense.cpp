@@ -1,5 +1,6 @@
 #include "frmIncomeExpense.h"
 
+#include "AmountBox.h"
 #include "DataBinding.h"
 #include "Money.h"
 #include "RecordQueries.h"
@@ -33,9 +34,8 @@ void frmIncomeExpense::buildFields()
     setWindowTitle(isIncome() ? QStringLiteral("Add/Edit Income") : QStringLiteral("Add/Edit Expenses"));
     addField(new QComboBox, "cboData", typeColumn(), QStringLiteral("R.Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 0,
              isIncome() ? QStringLiteral("Income Source") : QStringLiteral("Expense Category"), 0);
-    auto *amount = new QLineEdit;
+    auto *amount = new AmountBox;
     amount->setMaximumWidth(130);
-    markAsAmount(amount);
     addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1,
              QStringLiteral("Amount"), 1);
     fieldGrid()->setColumnStretch(1, 1);

@@ -1,5 +1,6 @@
 #include "frmPaymentHistory.h"
 
+#include "AmountBox.h"
 #include "DataBinding.h"
 #include "Money.h"
 #include "RecordQueries.h"
@@ -31,9 +32,8 @@ void frmPaymentHistory::buildFields()
     addField(date, "dtpData", QStringLiteral("PaymentDate"), required, 0, QStringLiteral("Payment Date"), 0);
     addField(new QComboBox, "cboData", QStringLiteral("PaymentsTypeID"), required, 1, QStringLiteral("Payment Type"), 1);
     auto amount = [this](const QString &column, const QString &tag, int index, const QString &caption) {
-        auto *box = new QLineEdit;
+        auto *box = new AmountBox;
         box->setMaximumWidth(130);
-        markAsAmount(box);
         addField(box, "txtData", column, tag, index, caption, index);
     };
     amount(QStringLiteral("AmountRequested"), QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 2, QStringLiteral("Amount Requested"));

@@ -1,4 +1,4 @@
-#include "ClientTestKit.h"
+#include "FormTesting.h"
 #include "RecordEvents.h"
 #include "Recordset.h"
 #include "basDatabase.h"

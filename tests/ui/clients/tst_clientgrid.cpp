@@ -1,4 +1,4 @@
-#include "ClientTestKit.h"
+#include "FormTesting.h"
 #include "DataBinding.h"
 #include "GridModel.h"
 #include "frmClientDetails.h"

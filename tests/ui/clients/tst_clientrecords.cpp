@@ -1,6 +1,7 @@
 // The client windows together with the record editors they open, worked
 // through the main window as a user would.
-#include "ClientTestKit.h"
+#include "ClientSubGrid.h"
+#include "FormTesting.h"
 #include "DataBinding.h"
 #include "GridModel.h"
 #include "frmClientDetails.h"
@@ -32,12 +33,11 @@ class tst_ClientRecords : public QObject
                 return g;
         return nullptr;
     }
+    // A button of the page, or of its index-th list.
     static QPushButton *buttonOf(QWidget *page, const char *name, int index = -1)
     {
-        for (QPushButton *b : page->findChildren<QPushButton *>(QString::fromLatin1(name)))
-            if (index < 0 || b->property("Index").toInt() == index)
-                return b;
-        return nullptr;
+        QWidget *lists = index < 0 ? page : page->findChildren<ClientSubGrid *>().at(index);
+        return lists->findChild<QPushButton *>(QString::fromLatin1(name));
     }
     static void clickRow(QTableView *g, int row)
     {

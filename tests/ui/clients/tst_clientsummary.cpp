@@ -1,4 +1,5 @@
-#include "ClientTestKit.h"
+#include "ClientSubGrid.h"
+#include "FormTesting.h"
 #include "RecordEvents.h"
 #include "DataBinding.h"
 #include "GridModel.h"
@@ -100,10 +101,7 @@ private slots:
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         QTableView *food = w->findChildren<QTableView *>(QStringLiteral("grdData")).at(1);
         QTest::mouseClick(food->viewport(), Qt::LeftButton, {}, food->visualRect(food->model()->index(0, 1)).center());
-        QPushButton *remove = nullptr;
-        for (auto *b : w->findChildren<QPushButton *>(QStringLiteral("cmdGridDataDelete")))
-            if (b->property("Index").toInt() == 1)
-                remove = b;
+        auto *remove = w->findChildren<ClientSubGrid *>().at(1)->findChild<QPushButton *>(QStringLiteral("cmdGridDataDelete"));
         QVERIFY(remove->isEnabled());
         world.prompts.answer(Prompt::Yes);
         remove->click();

@@ -1,4 +1,4 @@
-#include "ClientTestKit.h"
+#include "FormTesting.h"
 #include "frmFamilyMember.h"
 
 #include <QDate>

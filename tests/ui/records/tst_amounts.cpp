@@ -1,4 +1,4 @@
-#include "EditorTesting.h"
+#include "FormTesting.h"
 #include "frmIncomeExpense.h"
 #include "frmPaymentHistory.h"
 
@@ -40,7 +40,8 @@ private slots:
         typeInto(requested, QStringLiteral("12.5.0"));
         QCOMPARE(requested->text(), QStringLiteral("12.50"));
         // A point is refused while the text holds one, even a selected one.
-        typeInto(requested, QStringLiteral(".5"));
+        requested->selectAll();
+        QTest::keyClicks(requested, QStringLiteral(".5"));
         QCOMPARE(requested->text(), QStringLiteral("5"));
         typeInto(requested, QStringLiteral("a$-7,x "));
         QCOMPARE(requested->text(), QStringLiteral("7"));

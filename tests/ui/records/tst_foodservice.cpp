@@ -1,4 +1,4 @@
-#include "EditorTesting.h"
+#include "FormTesting.h"
 #include "MdiChild.h"
 #include "basDatabase.h"
 #include "frmFoodService.h"

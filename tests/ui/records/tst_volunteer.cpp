@@ -1,4 +1,4 @@
-#include "EditorTesting.h"
+#include "FormTesting.h"
 #include "frmFamilyMember.h"
 #include "frmVolunteer.h"
 

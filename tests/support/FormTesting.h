@@ -1,17 +1,23 @@
 #pragma once
 
-// Shared by the client window tests: a main window on a fresh database, and
-// ways to reach and type into the windows' controls.
-#include "MdiChild.h"
+// What the window tests share: a main window on a fresh database (empty, or
+// with one client for the record editors), and ways to reach and type into
+// the windows' controls.
 #include "Desk.h"
+#include "MdiChild.h"
+#include "RecordEditor.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "frmMain.h"
 
 #include <QAction>
 #include <QComboBox>
+#include <QDateEdit>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTest>
 
 struct ClientWorld : Desk
@@ -49,6 +55,39 @@ struct ClientWorld : Desk
     }
 };
 
+// A main window on a fresh database with one client, and the means to work an editor as a user would.
+struct EditorDesk : Desk
+{
+    qint64 clientId = 0;
+
+    EditorDesk()
+    {
+        clientId = TestDatabase::insert(QStringLiteral("Client"),
+                                        {{QStringLiteral("LastName"), QStringLiteral("O'Brien")},
+                                         {QStringLiteral("FirstName"), QStringLiteral("Mary")},
+                                         {QStringLiteral("MiddleInitial"), QStringLiteral("K")},
+                                         {QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
+                                         {QStringLiteral("DriversLicenseNumber"), QStringLiteral("D1234")}});
+    }
+
+    // The main window must not outlive its children's signals: close them first, dropping changes.
+    ~EditorDesk()
+    {
+        for (QMdiSubWindow *sub : main.mdiArea()->subWindowList())
+            if (auto *editor = qobject_cast<RecordEditor *>(sub->widget()))
+                editor->setDataChanged(false);
+        main.mdiArea()->closeAllSubWindows();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    template<typename T>
+    T *open(RecordKind editor, const QString &recordId = {})
+    {
+        main.openRecordEditor(editor, QString::number(clientId), recordId);
+        return qobject_cast<T *>(main.activeChild());
+    }
+};
+
 inline QWidget *fieldOf(QWidget *window, const QString &dataField)
 {
     for (QWidget *c : window->findChildren<QWidget *>())
@@ -59,9 +98,8 @@ inline QWidget *fieldOf(QWidget *window, const QString &dataField)
 }
 
 // Types text into a control as a user would: the old content is replaced.
-inline void typeInto(QWidget *window, const QString &dataField, const QString &text)
+inline void typeInto(QWidget *c, const QString &text)
 {
-    QWidget *c = fieldOf(window, dataField);
     if (auto *combo = qobject_cast<QComboBox *>(c); combo && !combo->isEditable()) {
         combo->setCurrentIndex(combo->findText(text));
         return;
@@ -81,6 +119,8 @@ inline void typeInto(QWidget *window, const QString &dataField, const QString &t
         QTest::keyClicks(c, text);
 }
 
+inline void typeInto(QWidget *window, const QString &dataField, const QString &text) { typeInto(fieldOf(window, dataField), text); }
+
 inline Prompt::Message findMessage(const ScriptedPrompts &prompts, const QString &title)
 {
     for (const Prompt::Message &m : prompts.messages())
@@ -88,3 +128,18 @@ inline Prompt::Message findMessage(const ScriptedPrompts &prompts, const QString
             return m;
     return {};
 }
+
+inline QString statusText(QWidget *w) { return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text(); }
+inline QPushButton *button(QWidget *w, const char *name) { return w->findChild<QPushButton *>(QLatin1String(name)); }
+inline QLineEdit *lineEdit(RecordEditor *w, const char *column) { return qobject_cast<QLineEdit *>(w->boundControl(QLatin1String(column))); }
+inline QComboBox *combo(RecordEditor *w, const char *column) { return qobject_cast<QComboBox *>(w->boundControl(QLatin1String(column))); }
+inline QDateEdit *dateEdit(RecordEditor *w, const char *column) { return qobject_cast<QDateEdit *>(w->boundControl(QLatin1String(column))); }
+
+inline void choose(QComboBox *list, const QString &text)
+{
+    const int i = list->findText(text);
+    QVERIFY2(i >= 0, qPrintable(text));
+    list->setCurrentIndex(i);
+}
+
+inline QAction *menu(frmMain &main, const char *name) { return main.findChild<QAction *>(QLatin1String(name)); }

@@ -1,0 +1,224 @@
+#include "AmountBox.h"
+#include "BoundFields.h"
+#include "ClientRecordQueries.h"
+#include "NavigationStrip.h"
+#include "Recordset.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTest>
+
+Q_DECLARE_METATYPE(NavigationStrip::Move)
+Q_DECLARE_METATYPE(ClientRecordQueries::Kind)
+Q_DECLARE_METATYPE(ClientRecordQueries::Form)
+
+class TestRecordFormKit : public QObject
+{
+    Q_OBJECT
+
+private:
+    // The enabled navigation buttons as "FPNL", a blank for each disabled one.
+    static QString enabledButtons(const QWidget &window)
+    {
+        QString s;
+        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
+            s += window.findChild<QPushButton *>(QString::fromLatin1(name))->isEnabled() ? QChar::fromLatin1(name[3]) : QLatin1Char(' ');
+        return s;
+    }
+
+private Q_SLOTS:
+    void stripShowsThePosition_data()
+    {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QString>("buttons");
+        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42" << "  NL";
+        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42" << "FPNL";
+        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42" << "FP  ";
+        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42" << "    ";
+        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0" << "    ";
+        // A new record keeps the text and buttons shown before it.
+        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7" << "  NL";
+        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0" << "    ";
+    }
+
+    void stripShowsThePosition()
+    {
+        QFETCH(int, position);
+        QFETCH(int, count);
+        QFETCH(QString, label);
+        QFETCH(QString, buttons);
+        QWidget window;
+        NavigationStrip strip(&window, false);
+        strip.showPosition(1, 3, QStringLiteral("7"));
+        strip.showPosition(position, count, QStringLiteral("42"));
+        QCOMPARE(window.findChild<QLabel *>(QStringLiteral("lblStatus"))->text(), label);
+        QCOMPARE(enabledButtons(window), buttons);
+        QVERIFY(!window.findChild<QPushButton *>(QStringLiteral("cmdAdd")));
+    }
+
+    void stripTakesTheKeysOfItsWindow_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<NavigationStrip::Move>("move");
+        QTest::newRow("Page Up") << int(Qt::Key_PageUp) << int(Qt::NoModifier) << NavigationStrip::Move::Previous;
+        QTest::newRow("Ctrl+Page Up") << int(Qt::Key_PageUp) << int(Qt::ControlModifier) << NavigationStrip::Move::First;
+        QTest::newRow("Page Down") << int(Qt::Key_PageDown) << int(Qt::NoModifier) << NavigationStrip::Move::Next;
+        QTest::newRow("Ctrl+Page Down") << int(Qt::Key_PageDown) << int(Qt::ControlModifier) << NavigationStrip::Move::Last;
+        // Only Ctrl alone counts: with Shift as well it is the plain key.
+        QTest::newRow("Ctrl+Shift+Page Down") << int(Qt::Key_PageDown) << int(Qt::ControlModifier | Qt::ShiftModifier)
+                                              << NavigationStrip::Move::Next;
+    }
+
+    void stripTakesTheKeysOfItsWindow()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(NavigationStrip::Move, move);
+        QWidget window;
+        auto *edit = new QLineEdit(&window);
+        NavigationStrip strip(&window, true);
+        strip.watchKeys();
+        QSignalSpy moves(&strip, &NavigationStrip::moveRequested);
+        QTest::keyClick(edit, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(moves.size(), 1);
+        QCOMPARE(moves.at(0).at(0).value<NavigationStrip::Move>(), move);
+        QVERIFY(edit->text().isEmpty());
+    }
+
+    void stepStopsAtTheEnds()
+    {
+        TestDatabase db;
+        for (const char *name : {"Ann", "Bob", "Cy"})
+            TestDatabase::insert(QStringLiteral("Relationships"), {{QStringLiteral("RelationshipDescription"), QString::fromLatin1(name)}});
+        Recordset rs;
+        rs.open(QStringLiteral("Relationships"), QStringLiteral("RelationshipID"),
+                QStringLiteral("SELECT * FROM Relationships ORDER BY RelationshipID"));
+        const int count = rs.recordCount();
+        QVERIFY(count >= 3);
+        using M = NavigationStrip::Move;
+        const struct
+        {
+            M move;
+            int position;
+        } steps[] = {{M::Previous, 1}, {M::Next, 2}, {M::Last, count}, {M::Next, count}, {M::Previous, count - 1}, {M::First, 1}};
+        for (const auto &s : steps) {
+            NavigationStrip::step(rs, s.move);
+            QCOMPARE(rs.absolutePosition(), s.position);
+        }
+    }
+
+    void amountBoxTakesMoneyOnly_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("whole") << "1234" << "$1,234.00" << "1234.00";
+        QTest::newRow("one point only") << "12.5.7" << "$12.57" << "12.57";
+        QTest::newRow("letters and signs dropped") << "a1-b2,c" << "$12.00" << "12.00";
+        QTest::newRow("empty") << "" << "" << "";
+    }
+
+    void amountBoxTakesMoneyOnly()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(QString, value);
+        QWidget window;
+        auto *box = new AmountBox(&window);
+        auto *other = new QLineEdit(&window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy changes(box, &QLineEdit::textChanged);
+        box->setFocus();
+        QTest::keyClicks(box, typed);
+        const auto edits = changes.size();
+        QCOMPARE(box->value(), value);
+        box->showFormatted();
+        other->setFocus();
+        QCOMPARE(box->text(), shown);
+        QCOMPARE(changes.size(), edits);   // reformatting is no edit
+        box->setFocus();                   // back in the box, the dollar sign goes
+        QVERIFY(!box->text().contains(QLatin1Char('$')));
+        QCOMPARE(box->value(), value);
+    }
+
+    void boundFieldsTellEditsAndLeaving()
+    {
+        QWidget window;
+        auto *first = new QLineEdit(&window);
+        first->setProperty("DataField", QStringLiteral("LastName"));
+        auto *second = new QLineEdit(&window);
+        auto *label = new QLabel(QStringLiteral("Last Name:"), &window);
+        BoundFields fields(&window);
+        fields.add(first, label);
+        QStringList left;
+        fields.setLeaveCheck([&](QWidget *c) { left << c->property("DataField").toString(); });
+        QSignalSpy edits(&fields, &BoundFields::edited);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+        fields.setLoading(true);
+        first->setText(QStringLiteral("filled by the program"));
+        fields.setLoading(false);
+        QCOMPARE(edits.size(), 0);
+        first->setFocus();
+        QTest::keyClicks(first, QStringLiteral("Doe"));
+        QCOMPARE(edits.size(), 3);
+        second->setFocus();
+        QCOMPARE(left, QStringList{QStringLiteral("LastName")});
+        QCOMPARE(fields.caption(first), QStringLiteral("Last Name"));
+        QCOMPARE(fields.control(QStringLiteral("lastname")), first);
+    }
+
+    void clientRecordQueriesListOneClientsRows_data()
+    {
+        QTest::addColumn<ClientRecordQueries::Kind>("kind");
+        QTest::addColumn<ClientRecordQueries::Form>("form");
+        QTest::addColumn<int>("columns");
+        using K = ClientRecordQueries::Kind;
+        using F = ClientRecordQueries::Form;
+        QTest::newRow("family") << K::FamilyMember << F::Full << 6;
+        QTest::newRow("family, short") << K::FamilyMember << F::Short << 4;
+        QTest::newRow("food service") << K::FoodService << F::Full << 5;
+        QTest::newRow("food service, short") << K::FoodService << F::Short << 4;
+        QTest::newRow("payments") << K::Payment << F::Full << 6;
+        QTest::newRow("payments, short") << K::Payment << F::Short << 4;
+        QTest::newRow("income") << K::Income << F::Full << 3;
+        QTest::newRow("expenses") << K::Expenses << F::Short << 3;
+    }
+
+    void clientRecordQueriesListOneClientsRows()
+    {
+        QFETCH(ClientRecordQueries::Kind, kind);
+        QFETCH(ClientRecordQueries::Form, form);
+        QFETCH(int, columns);
+        TestDatabase db;
+        const ClientRecordQueries::Source source = ClientRecordQueries::source(kind);
+        qint64 ours = 0;
+        for (const char *last : {"Ours", "Theirs"}) {
+            const qint64 client = TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QString::fromLatin1(last)}});
+            const qint64 row = TestDatabase::insert(source.table, {{QStringLiteral("ClientID"), client}});
+            if (!ours)
+                ours = client;
+            const Query q = ClientRecordQueries::rowsOf(kind, client, form);
+            QSqlQuery rows = basDatabase::Execute(q.sql, q.binds);
+            QVERIFY(rows.next());
+            QCOMPARE(rows.value(0).toLongLong(), row);
+            QCOMPARE(rows.record().count(), columns);
+            QVERIFY(!rows.next());
+        }
+        QCOMPARE(TestDatabase::count(source.table, source.keyColumn + QStringLiteral(" > 0")), 2);
+    }
+};
+
+QTEST_MAIN(TestRecordFormKit)
+#include "tst_recordformkit.moc"

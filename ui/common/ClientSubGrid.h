@@ -1,0 +1,68 @@
+#pragma once
+
+#include "ClientRecordQueries.h"
+#include "Workspace.h"
+
+#include <QList>
+#include <QWidget>
+
+class QPushButton;
+class QTableView;
+
+// One or two lists of a client's rows with Add..., Edit... and Delete buttons.
+// Add and Edit open the row's editor; Delete asks and removes the row. With two
+// lists (income and expenses) the buttons act on the one last used.
+class ClientSubGrid : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Look
+    {
+        QString window;           // names the procedures in error reports: "frmClientDetails"
+        ClientRecordQueries::Form form;
+        bool buttonsBeside;       // a column of buttons right of the lists, else a row below them
+        QString add, edit, remove;
+        QString noun;             // in the tooltips, "family member"; none when empty
+        QString deleteJoin;       // between the two columns the delete question names
+    };
+
+    ClientSubGrid(Workspace *workspace, const Look &look, QWidget *parent);
+
+    // Adds a list of one kind of row, edited by that kind's editor; a caption puts a label above it.
+    QTableView *addGrid(RecordKind kind, const QString &columnSpec, const QString &caption = {});
+    // Shows the rows of this client; none for an empty ID.
+    void showClient(const QString &clientId);
+    bool hasRows() const;
+
+signals:
+    void rowDeleted();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    struct List
+    {
+        QTableView *grid;
+        RecordKind editor;
+        ClientRecordQueries::Kind kind;
+    };
+
+    void use(int list);
+    void updateButtons();
+    qint64 currentKey() const;
+    void addRow();
+    void editRow();
+    void deleteRow();
+
+    Workspace *m_workspace;
+    Look m_look;
+    QList<List> m_lists;
+    int m_active = 0;
+    QString m_clientId;
+    QWidget *m_gridArea = nullptr;
+    QPushButton *cmdAdd = nullptr;
+    QPushButton *cmdEdit = nullptr;
+    QPushButton *cmdDelete = nullptr;
+};
