@@ -1,5 +1,7 @@
 #include "basDatabase.h"
 
+#include "AuditLog.h"
+#include "Backups.h"
 #include "Money.h"
 #include "Recordset.h"
 #include "Schema.h"
@@ -47,36 +49,28 @@ QString DatabasePath() { return IsOpen() ? openPath : QString(); }
 
 bool OpenConnection(const QString &path, QString *reason)
 {
-    const Schema::FileCheck check = Schema::InspectFile(path);
+    const Schema::FileCheck check = Schema::ExamineForOpening(path);
     if (check.state != Schema::FileState::Ok) {
         if (reason)
             *reason = check.reason;
         return false;
     }
     CloseConnection();
-    if (check.version < Schema::CurrentVersion) {
-        const QString backup = path + QStringLiteral(".v%1.bak").arg(check.version);
-        QFile::remove(backup);
-        if (!QFile::copy(path, backup)) {
-            if (reason)
-                *reason = QStringLiteral("A backup copy could not be written before upgrading '%1'.").arg(path);
-            return false;
-        }
-    }
     QString error;
+    if (check.version < Schema::CurrentVersion && !Backups::BackupNow(path, {}, nullptr, &error)) {
+        if (reason)
+            *reason = QStringLiteral("'%1' was not upgraded because no backup could be made first. %2").arg(path, error);
+        return false;
+    }
+    AuditLog::RegisterUserFunction();
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
         db.setDatabaseName(path);
         db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-        if (!db.open()) {
+        if (!db.open())
             error = db.lastError().text();
-        } else {
-            QSqlQuery q(db);
-            if (!q.exec(QStringLiteral("PRAGMA foreign_keys = ON")))
-                error = q.lastError().text();
-            else if (!Schema::Upgrade(db, check.version, &error) && error.isEmpty())
-                error = QStringLiteral("The database could not be upgraded.");
-        }
+        else if (Schema::PrepareForWriting(db, &error) && !Schema::Upgrade(db, check.version, &error) && error.isEmpty())
+            error = QStringLiteral("The database could not be upgraded.");
     }
     if (!error.isEmpty()) {
         CloseConnection();

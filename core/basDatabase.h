@@ -22,8 +22,9 @@ bool IsOpen();
 QString DatabasePath();
 
 // Opens the shared connection on a TendMark database file, replacing any earlier
-// one. A file that is not a TendMark database is refused and left unchanged; an
-// older one is upgraded (after a backup copy beside it). *reason says why it failed.
+// one. A save cut short by a crash is finished first; a file that is not a TendMark
+// database, or is damaged or incomplete, is refused and left unchanged; an older one
+// is upgraded after a checked backup. *reason says why it failed.
 bool OpenConnection(const QString &path, QString *reason = nullptr);
 void CloseConnection();
 

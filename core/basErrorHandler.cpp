@@ -1,5 +1,6 @@
 #include "basErrorHandler.h"
 
+#include "PrivateFiles.h"
 #include "Prompt.h"
 
 #include <QCoreApplication>
@@ -87,8 +88,10 @@ void ReportError(const QString &procedure, int number, const QString &descriptio
 {
     if (writeLog) {
         QFile log(LogFilePath());
-        if (log.open(QIODevice::Append))
+        if (log.open(QIODevice::Append, QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
             log.write(LogRecord(procedure, number, description, line).toUtf8());
+            PrivateFiles::MakePrivate(log.fileName());
+        }
     }
     Prompt::message(QStringLiteral("Application Error"), MessageText(procedure, number, description, line, extraText),
                     Prompt::Icon::Information, Prompt::Ok);
