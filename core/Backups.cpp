@@ -22,9 +22,10 @@ const QString kStamp = QStringLiteral("yyyyMMdd-HHmmss-zzz");
 
 QString prefix(const QString &database) { return QFileInfo(database).completeBaseName() + QLatin1Char('-'); }
 
-// Runs body on a private read-only connection to path.
+// Runs body on a private connection to path: to a copy, read-only and immutable;
+// to the database, read-write, so that closing it leaves no -wal or -shm behind.
 template<typename F>
-bool withReader(const QString &path, bool immutable, F &&body)
+bool withConnection(const QString &path, bool immutable, F &&body)
 {
     const QString name = QStringLiteral("tendmark-backup-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     bool ok = false;
@@ -36,7 +37,7 @@ bool withReader(const QString &path, bool immutable, F &&body)
             db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
         } else {
             db.setDatabaseName(path);
-            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=5000"));
+            db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
         }
         ok = db.open() && body(db);
         db.close();
@@ -97,7 +98,7 @@ QList<Info> List(const QString &database, const QString &folder)
         Info info{f.absoluteFilePath(), takenFrom(f.fileName(), database), f.size(), -1};
         if (!info.taken.isValid())
             continue;
-        withReader(info.path, true, [&](QSqlDatabase db) {
+        withConnection(info.path, true, [&](QSqlDatabase db) {
             QSqlQuery q(db);
             if (q.exec(QStringLiteral("SELECT count(*) FROM Client")) && q.next())
                 info.clients = q.value(0).toInt();
@@ -129,7 +130,7 @@ bool BackupNow(const QString &database, const QString &folderIn, QString *made, 
     const QString building = target + QStringLiteral(".part");
     QFile::remove(building);
     QString sqlError;
-    const bool copied = withReader(database, false, [&](QSqlDatabase db) {
+    const bool copied = withConnection(database, false, [&](QSqlDatabase db) {
         QSqlQuery q(db);
         q.prepare(QStringLiteral("VACUUM INTO ?"));
         q.addBindValue(building);
