@@ -3,9 +3,12 @@
 #include "SqlText.h"
 #include "basRegistry.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <cstring>
 #include <sqlite3.h>
 
 namespace AuditLog {
@@ -18,9 +21,46 @@ void userFunction(sqlite3_context *context, int, sqlite3_value **)
     sqlite3_result_text(context, userName.constData(), int(userName.size()), SQLITE_STATIC);
 }
 
+QJsonValue jsonOf(sqlite3_value *v)
+{
+    switch (sqlite3_value_type(v)) {
+    case SQLITE_INTEGER:
+        return QJsonValue(qint64(sqlite3_value_int64(v)));
+    case SQLITE_FLOAT:
+        return sqlite3_value_double(v);
+    case SQLITE_NULL:
+        return QJsonValue::Null;
+    default:
+        return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(v)), sqlite3_value_bytes(v));
+    }
+}
+
+// tendmark_changes(side, name, old, new, ...): a JSON object of the columns whose
+// value changed, with their old (side 0) or new (side 1) values.
+void changesFunction(sqlite3_context *context, int argc, sqlite3_value **argv)
+{
+    const int side = sqlite3_value_int(argv[0]);
+    QJsonObject changed;
+    for (int i = 1; i + 2 < argc; i += 3) {
+        sqlite3_value *before = argv[i + 1];
+        sqlite3_value *after = argv[i + 2];
+        const bool same = sqlite3_value_type(before) == sqlite3_value_type(after)
+                          && (sqlite3_value_type(before) == SQLITE_NULL
+                              || (sqlite3_value_bytes(before) == sqlite3_value_bytes(after)
+                                  && std::memcmp(sqlite3_value_blob(before), sqlite3_value_blob(after), size_t(sqlite3_value_bytes(before))) == 0));
+        if (!same)
+            changed.insert(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(argv[i]))),
+                           jsonOf(side == 0 ? before : after));
+    }
+    const QByteArray json = QJsonDocument(changed).toJson(QJsonDocument::Compact);
+    sqlite3_result_text(context, json.constData(), int(json.size()), SQLITE_TRANSIENT);
+}
+
 int registerOnConnection(sqlite3 *db, const char **, const sqlite3_api_routines *)
 {
     sqlite3_create_function(db, "tendmark_os_user", 0, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, userFunction, nullptr,
+                            nullptr);
+    sqlite3_create_function(db, "tendmark_changes", -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, changesFunction, nullptr,
                             nullptr);
     return SQLITE_OK;
 }
@@ -62,12 +102,11 @@ QString valuesObject(const QStringList &columns, const QString &row, bool change
             pairs << quoted(c) + QStringLiteral(", ") + row + QLatin1Char('.') + SqlText::id(c);
         return QStringLiteral("json_object(") + pairs.join(QStringLiteral(", ")) + QLatin1Char(')');
     }
-    QStringList selects;
+    QStringList triples;
     for (const QString &c : columns)
-        selects << QStringLiteral("SELECT %1 AS c, %2.%3 AS v WHERE OLD.%3 IS NOT NEW.%3")
-                       .arg(quoted(c), row, SqlText::id(c));
-    return QStringLiteral("(SELECT json_group_object(c, v) FROM (") + selects.join(QStringLiteral(" UNION ALL "))
-           + QStringLiteral("))");
+        triples << QStringLiteral("%1, OLD.%2, NEW.%2").arg(quoted(c), SqlText::id(c));
+    return QStringLiteral("tendmark_changes(%1, ").arg(row == QLatin1String("OLD") ? 0 : 1) + triples.join(QStringLiteral(", "))
+           + QLatin1Char(')');
 }
 
 QStringList triggersFor(QSqlDatabase db, const QString &table)
@@ -151,8 +190,7 @@ bool Install(QSqlDatabase db, QString *error)
         if (sqlite3 *raw = *static_cast<sqlite3 *const *>(handle.constData()))
             registerOnConnection(raw, nullptr, nullptr);
     if (!exec(db, QString::fromLatin1(kTable), error)
-        || !exec(db, QStringLiteral("CREATE INDEX AuditLogByClient ON AuditLog (ClientID, AuditID)"), error)
-        || !exec(db, QStringLiteral("CREATE INDEX AuditLogByTable ON AuditLog (TableName, RecordKey)"), error))
+        || !exec(db, QStringLiteral("CREATE INDEX AuditLogByClient ON AuditLog (ClientID) WHERE ClientID IS NOT NULL"), error))
         return false;
     for (const char *operation : {"UPDATE", "DELETE"})
         if (!exec(db,
