@@ -48,6 +48,18 @@ bool MoveIntoPlace(const QString &finished, const QString &target, QString *erro
     return false;
 }
 
+} // namespace PrivateFiles
+
+FileIdentity FileIdentity::Of(const QString &path)
+{
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return {};
+    return {true, quint64(st.st_dev), quint64(st.st_ino)};
+}
+
+namespace PrivateFiles {
+
 #else
 
 void RestrictNewFiles() {}
@@ -77,3 +89,11 @@ bool MakePrivateFolder(const QString &path)
 }
 
 } // namespace PrivateFiles
+
+#ifndef Q_OS_UNIX
+FileIdentity FileIdentity::Of(const QString &path)
+{
+    const QFileInfo info(path);
+    return {info.exists(), 0, quint64(info.birthTime().toMSecsSinceEpoch())};
+}
+#endif

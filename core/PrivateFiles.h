@@ -23,3 +23,14 @@ bool OwnedByMe(const QString &path);
 bool MoveIntoPlace(const QString &finished, const QString &target, QString *error);
 
 } // namespace PrivateFiles
+
+// Which file a path names: a file moved, deleted or replaced by another gets another identity.
+struct FileIdentity
+{
+    bool exists = false;
+    quint64 device = 0;
+    quint64 inode = 0;
+
+    static FileIdentity Of(const QString &path);
+    bool operator==(const FileIdentity &) const = default;
+};

@@ -2,6 +2,8 @@
 
 #include "AuditLog.h"
 #include "Backups.h"
+#include "FaultText.h"
+#include "PrivateFiles.h"
 #include "Money.h"
 #include "Recordset.h"
 #include "Schema.h"
@@ -20,14 +22,19 @@ namespace basDatabase {
 namespace {
 
 const QString kConnection = QStringLiteral("tendmark");
-QString openPath;
 QHash<QString, QList<FieldInfo>> fieldCache;
+
+QString openPath;
+FileIdentity openIdentity;
 
 TmError sqlError(const QSqlError &e)
 {
     bool ok = false;
     const int native = e.nativeErrorCode().toInt(&ok);
-    return TmError(ok ? native : -1, e.text());
+    TmError error(ok ? native : -1, e.text());
+    if (ok)
+        error.setPlainWords(FaultText::ForDatabaseError(native, openPath, OpenFileWasMovedOrDeleted()));
+    return error;
 }
 
 const QString kMatchColumns = QStringLiteral(
@@ -46,6 +53,8 @@ QSqlDatabase Connection() { return QSqlDatabase::database(kConnection, false); }
 bool IsOpen() { return QSqlDatabase::contains(kConnection) && Connection().isOpen(); }
 
 QString DatabasePath() { return IsOpen() ? openPath : QString(); }
+
+bool OpenFileWasMovedOrDeleted() { return IsOpen() && !(FileIdentity::Of(openPath) == openIdentity); }
 
 bool OpenConnection(const QString &path, QString *reason)
 {
@@ -79,6 +88,7 @@ bool OpenConnection(const QString &path, QString *reason)
         return false;
     }
     openPath = QFileInfo(path).absoluteFilePath();
+    openIdentity = FileIdentity::Of(openPath);
     fieldCache.clear();
     return true;
 }
@@ -100,6 +110,13 @@ QSqlQuery Execute(const QString &sql, const QVariantList &binds)
 {
     if (!IsOpen())
         throw TmError(-1, QStringLiteral("No database is open."));
+    const QString verb = sql.trimmed().section(QLatin1Char(' '), 0, 0).toUpper();
+    if (verb != QLatin1String("SELECT") && verb != QLatin1String("PRAGMA") && OpenFileWasMovedOrDeleted()) {
+        // SQLite would go on writing to the file where it was: the change would be lost.
+        TmError gone(14, QStringLiteral("The database file %1 is no longer there.").arg(openPath));
+        gone.setPlainWords(FaultText::ForDatabaseError(14, openPath, true));
+        throw gone;
+    }
     QSqlQuery q(Connection());
     q.setForwardOnly(true);
     if (!q.prepare(sql))

@@ -20,6 +20,8 @@ namespace basDatabase {
 QSqlDatabase Connection();
 bool IsOpen();
 QString DatabasePath();
+// True when the open file is no longer where it was opened (deleted, moved or replaced).
+bool OpenFileWasMovedOrDeleted();
 
 // Opens the shared connection on a TendMark database file, replacing any earlier
 // one. A save cut short by a crash is finished first; a file that is not a TendMark
