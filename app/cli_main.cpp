@@ -113,6 +113,8 @@ int commandCheck(const QStringList &args)
     const QStringList problems = Schema::CheckFile(file);
     if (problems.isEmpty()) {
         out() << file << ": ok (database version " << Schema::InspectFile(file).version << ")\n";
+        if (PrivateFiles::IsReadableByOthers(file))
+            out() << file << ": other users of this computer can read it\n";
         return 0;
     }
     for (const QString &problem : problems)

@@ -16,7 +16,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSqlDriver>
 #include <QSqlError>
+#include <sqlite3.h>
 
 namespace basDatabase {
 namespace {
@@ -91,6 +93,17 @@ bool OpenConnection(const QString &path, QString *reason)
     openIdentity = FileIdentity::Of(openPath);
     fieldCache.clear();
     return true;
+}
+
+bool HasChangesSinceOpen()
+{
+    if (!IsOpen())
+        return false;
+    const QVariant handle = Connection().driver()->handle();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return false;
+    sqlite3 *raw = *static_cast<sqlite3 *const *>(handle.constData());
+    return raw && sqlite3_total_changes(raw) > 0;
 }
 
 void CloseConnection()

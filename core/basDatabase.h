@@ -29,6 +29,9 @@ bool OpenFileWasMovedOrDeleted();
 // is upgraded after a checked backup. *reason says why it failed.
 bool OpenConnection(const QString &path, QString *reason = nullptr);
 void CloseConnection();
+// True when something was written through the shared connection since it was opened
+// (a backup is due when the file is closed).
+bool HasChangesSinceOpen();
 
 // A query on the shared connection, prepared and bound; throws TmError on failure.
 QSqlQuery Execute(const QString &sql, const QVariantList &binds = {});

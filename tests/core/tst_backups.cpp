@@ -97,7 +97,9 @@ private Q_SLOTS:
         QCOMPARE(Backups::Latest(db.path()), made);
 
         QVERIFY(basDatabase::OpenConnection(db.path()));
+        QVERIFY(!basDatabase::HasChangesSinceOpen());
         TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Carter"}});
+        QVERIFY(basDatabase::HasChangesSinceOpen());
         basDatabase::CloseConnection();
         QTest::qWait(2); // copies are named to the millisecond
         QVERIFY2(Backups::Restore(made, db.path(), &error), qPrintable(error));
