@@ -2,12 +2,16 @@
 #include "PrivateFiles.h"
 #include "Schema.h"
 #include "SingleInstance.h"
+#include "ScriptedPrompts.h"
 #include "basDatabase.h"
+#include "basErrorHandler.h"
+#include "basRegistry.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSettings>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
@@ -184,6 +188,19 @@ private Q_SLOTS:
         const QString folder = dir.filePath(QStringLiteral("a/b"));
         QVERIFY(PrivateFiles::MakePrivateFolder(folder));
         QCOMPARE(modeOf(folder), 0700);
+    }
+
+    void logAndSettingsAreOwnerOnly()
+    {
+        QTemporaryDir dir;
+        ScriptedPrompts prompts;
+        basErrorHandler::setLogFilePathForTesting(dir.filePath(QStringLiteral("error.log")));
+        basErrorHandler::ReportError(QStringLiteral("test"), 1, QStringLiteral("Ames, Ann"));
+        basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"), dir.filePath("pantry.tmdb"));
+        const QString settings = QSettings(QSettings::NativeFormat, QSettings::UserScope, "TendMark", "Settings").fileName();
+        QCOMPARE(modeOf(dir.filePath(QStringLiteral("error.log"))), 0600);
+        QCOMPARE(modeOf(settings), 0600);
+        QCOMPARE(modeOf(QFileInfo(settings).absolutePath()), 0700);
     }
 
     void interruptedCreationLeavesNothingAndIsClearedByTheNext()
