@@ -157,7 +157,20 @@ QStringList triggersFor(QSqlDatabase db, const QString &table)
     return statements;
 }
 
+QString refusal(const QString &operation)
+{
+    return QStringLiteral("CREATE TRIGGER AuditLogRefuses%1 BEFORE %2 ON AuditLog BEGIN "
+                          "SELECT RAISE(ABORT, 'The audit log cannot be changed.'); END")
+        .arg(operation.left(1) + operation.mid(1).toLower(), operation);
+}
+
 } // namespace
+
+bool StartAfresh(QSqlDatabase db, QString *error)
+{
+    return exec(db, QStringLiteral("DROP TRIGGER AuditLogRefusesDelete"), error) && exec(db, QStringLiteral("DELETE FROM AuditLog"), error)
+           && exec(db, refusal(QStringLiteral("DELETE")), error);
+}
 
 QStringList AuditedTables()
 {
@@ -193,12 +206,7 @@ bool Install(QSqlDatabase db, QString *error)
         || !exec(db, QStringLiteral("CREATE INDEX AuditLogByClient ON AuditLog (ClientID) WHERE ClientID IS NOT NULL"), error))
         return false;
     for (const char *operation : {"UPDATE", "DELETE"})
-        if (!exec(db,
-                  QStringLiteral("CREATE TRIGGER AuditLogRefuses%1 BEFORE %2 ON AuditLog BEGIN "
-                                 "SELECT RAISE(ABORT, 'The audit log cannot be changed.'); END")
-                      .arg(QString::fromLatin1(operation).left(1) + QString::fromLatin1(operation).mid(1).toLower(),
-                           QLatin1String(operation)),
-                  error))
+        if (!exec(db, refusal(QLatin1String(operation)), error))
             return false;
     for (const QString &table : AuditedTables())
         for (const QString &statement : triggersFor(db, table))

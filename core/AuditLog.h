@@ -24,6 +24,8 @@ QString OperatingSystemUser();
 
 // Creates the AuditLog table and its triggers in an open database.
 bool Install(QSqlDatabase db, QString *error);
+// Empties the log of a file still being made, whose rows record only its making.
+bool StartAfresh(QSqlDatabase db, QString *error);
 
 struct Entry
 {

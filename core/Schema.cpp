@@ -316,7 +316,8 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error,
         } else {
             PrivateFiles::MakePrivate(building);
             ok = exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error) && ApplyNewSchema(db, error)
-                 && (!fill || fill(db, error)) && PrepareForWriting(db, error);
+                 && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && exec(db, QStringLiteral("VACUUM"), error)))
+                 && PrepareForWriting(db, error);
             db.close();
         }
     }

@@ -74,6 +74,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString db = dir.filePath("pantry.tmdb");
         QCOMPARE(cli({"demo", db, "--clients", "30"}).exitCode, 0);
+        QCOMPARE(cli({"audit", db}).out, QString()); // a new file's log starts empty
         QCOMPARE(cli({"new", dir.filePath("empty.tmdb")}).exitCode, 0);
         QCOMPARE(cli({"backup", db}).exitCode, 0);
         QCOMPARE(cli({"backup", db, dir.filePath("stick/copies")}).exitCode, 0);
