@@ -32,7 +32,7 @@ bool FinishInterruptedSave(const QString &path, bool *recovered, QString *error)
         return false;
     }
     sqlite3 *db = nullptr;
-    int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    int rc = sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
     if (rc == SQLITE_OK) {
         sqlite3_busy_timeout(db, 5000);
         // Reading the schema replays or rolls back whatever the crash left.
