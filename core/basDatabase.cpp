@@ -25,6 +25,7 @@ namespace {
 
 const QString kConnection = QStringLiteral("tendmark");
 QHash<QString, QList<FieldInfo>> fieldCache;
+QHash<QString, QSqlQuery> preparedChanges;
 
 QString openPath;
 FileIdentity openIdentity;
@@ -109,6 +110,7 @@ bool HasChangesSinceOpen()
 void CloseConnection()
 {
     fieldCache.clear();
+    preparedChanges.clear();
     openPath.clear();
     if (!QSqlDatabase::contains(kConnection))
         return;
@@ -130,12 +132,19 @@ QSqlQuery Execute(const QString &sql, const QVariantList &binds)
         gone.setPlainWords(FaultText::ForDatabaseError(14, openPath, true));
         throw gone;
     }
-    QSqlQuery q(Connection());
-    q.setForwardOnly(true);
-    if (!q.prepare(sql))
-        throw sqlError(q.lastError());
-    for (const QVariant &v : binds)
-        q.addBindValue(v);
+    // Changes reuse their prepared statement: preparing one compiles the audit
+    // triggers into it, which would cost more than the save itself.
+    const bool reusable = verb == QLatin1String("INSERT") || verb == QLatin1String("UPDATE") || verb == QLatin1String("DELETE");
+    QSqlQuery q = reusable ? preparedChanges.value(sql, QSqlQuery(Connection())) : QSqlQuery(Connection());
+    if (q.lastQuery() != sql) {
+        q.setForwardOnly(true);
+        if (!q.prepare(sql))
+            throw sqlError(q.lastError());
+        if (reusable)
+            preparedChanges.insert(sql, q);
+    }
+    for (int i = 0; i < binds.size(); ++i)
+        q.bindValue(i, binds.at(i));
     if (!q.exec())
         throw sqlError(q.lastError());
     return q;
