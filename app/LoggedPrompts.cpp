@@ -6,7 +6,8 @@
 void LoggedPrompts::write(const QString &kind, const QString &title, const QString &text, int icon, int buttons)
 {
     QFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text))
+    // Questions name clients: the log is the user's alone.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         return;
     QTextStream out(&file);
     // Tab-separated: kind, title, icon, buttons, text (line breaks written as \n).

@@ -1,4 +1,6 @@
 #include "DemoData.h"
+#include "PrivateFiles.h"
+#include "cli/Console.h"
 #include "Schema.h"
 
 #include <QCommandLineParser>
@@ -30,6 +32,9 @@ const char *const kUsage =
     "  new FILE                          create a database with the standard contents\n"
     "  demo FILE --clients N [--seed S]  create a database filled with made-up households\n"
     "  check FILE                        check a database's integrity, references and version\n"
+    "  backup FILE [DIR]                 write a checked copy of a database (default: its backups folder)\n"
+    "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
+    "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
     "\n"
     "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
@@ -83,26 +88,8 @@ int commandDemo(const QStringList &args)
     QString error;
     QElapsedTimer timer;
     timer.start();
-    if (!Schema::CreateDatabase(file, p.isSet(QStringLiteral("force")), &error)) {
-        err() << "tendmark-cli demo: " << error << '\n';
-        return 1;
-    }
-    bool ok = false;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("demo"));
-        db.setDatabaseName(file);
-        ok = db.open();
-        if (ok) {
-            QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
-            ok = DemoData::Generate(db, options, &error);
-        } else {
-            error = QStringLiteral("The new database could not be opened.");
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("demo"));
-    if (!ok) {
-        QFile::remove(file);
+    const auto generate = [&options](QSqlDatabase db, QString *e) { return DemoData::Generate(db, options, e); };
+    if (!Schema::CreateDatabase(file, p.isSet(QStringLiteral("force")), &error, generate)) {
         err() << "tendmark-cli demo: " << error << '\n';
         return 1;
     }
@@ -126,6 +113,8 @@ int commandCheck(const QStringList &args)
     const QStringList problems = Schema::CheckFile(file);
     if (problems.isEmpty()) {
         out() << file << ": ok (database version " << Schema::InspectFile(file).version << ")\n";
+        if (PrivateFiles::IsReadableByOthers(file))
+            out() << file << ": other users of this computer can read it\n";
         return 0;
     }
     for (const QString &problem : problems)
@@ -137,6 +126,7 @@ int commandCheck(const QStringList &args)
 
 int main(int argc, char *argv[])
 {
+    PrivateFiles::RestrictNewFiles();
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tendmark-cli"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TENDMARK_VERSION));
@@ -153,6 +143,12 @@ int main(int argc, char *argv[])
         return commandDemo(args);
     if (command == QLatin1String("check"))
         return commandCheck(args);
+    if (command == QLatin1String("backup"))
+        return commandBackup(args);
+    if (command == QLatin1String("restore"))
+        return commandRestore(args);
+    if (command == QLatin1String("audit"))
+        return commandAudit(args);
     err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
     return 2;
 }

@@ -1,5 +1,8 @@
 #include "AppIcons.h"
+#ifdef TENDMARK_TEST_HOOKS
 #include "LoggedPrompts.h"
+#endif
+#include "PrivateFiles.h"
 #include "Prompt.h"
 #include "SingleInstance.h"
 #include "WidgetPrompts.h"
@@ -26,9 +29,13 @@ int Main(QApplication &app)
     QString fileToOpen = files.isEmpty() ? QString() : files.constFirst();
 
     WidgetPrompts prompts;
+#ifdef TENDMARK_TEST_HOOKS
     const QString promptLog = qEnvironmentVariable("TENDMARK_PROMPT_LOG");
     LoggedPrompts logged(promptLog);
     Prompt::setHandler(promptLog.isEmpty() ? static_cast<Prompt::Handler *>(&prompts) : &logged);
+#else
+    Prompt::setHandler(&prompts);
+#endif
 
     SingleInstance instance(QStringLiteral("TendMark-") + basRegistry::GetUserName());
     if (instance.anotherIsRunning(files)) {
@@ -59,6 +66,7 @@ int Main(QApplication &app)
 
 int main(int argc, char *argv[])
 {
+    PrivateFiles::RestrictNewFiles();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("TendMark"));
     QApplication::setOrganizationName(QStringLiteral("TendMark"));

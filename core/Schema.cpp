@@ -1,11 +1,17 @@
 #include "Schema.h"
 
+#include "AuditLog.h"
+#include "FileHealth.h"
+#include "PrivateFiles.h"
 #include "Transaction.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QHash>
+#include <QUrl>
 #include <QUuid>
 
 namespace Schema {
@@ -20,7 +26,9 @@ QString resourceText(const QString &name)
 }
 
 // Each step brings the database from version (index + 1) to (index + 2).
-const QStringList upgradeSteps = {};
+const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
+    AuditLog::Install,
+};
 
 bool exec(QSqlDatabase db, const QString &sql, QString *error)
 {
@@ -40,8 +48,16 @@ public:
         : m_name(QStringLiteral("tendmark-inspect-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
-        db.setDatabaseName(path);
-        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        // Immutable: reads the file alone and leaves no -wal or -shm beside it. A file
+        // another program has open in write-ahead mode is read through its log instead.
+        if (QFileInfo::exists(path + QStringLiteral("-wal"))) {
+            db.setDatabaseName(path);
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        } else {
+            db.setDatabaseName(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toString(QUrl::FullyEncoded)
+                               + QStringLiteral("?immutable=1"));
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+        }
         m_ok = db.open();
     }
     ~ReadOnlyConnection()
@@ -69,7 +85,97 @@ bool pragmaInt(QSqlDatabase db, const QString &pragma, int *value)
     return true;
 }
 
+FileCheck damaged(const QString &path, FileCheck check, const QStringList &problems)
+{
+    check.state = FileState::Damaged;
+    check.reason = QStringLiteral("The file '%1' is damaged: %2").arg(path, problems.value(0));
+    check.problems = problems;
+    return check;
+}
+
+// A file's tables, columns, indexes and triggers, as "table X", "column X.Y", ...
+QStringList schemaItems(QSqlDatabase db)
+{
+    QStringList items;
+    QSqlQuery q(db);
+    q.exec(QStringLiteral("SELECT type, name FROM sqlite_master WHERE name NOT LIKE 'sqlite_%' ORDER BY rowid"));
+    QStringList tables;
+    while (q.next()) {
+        items << q.value(0).toString() + QLatin1Char(' ') + q.value(1).toString();
+        if (q.value(0).toString() == QLatin1String("table"))
+            tables << q.value(1).toString();
+    }
+    for (const QString &table : tables) {
+        QSqlQuery c(db);
+        c.prepare(QStringLiteral("SELECT name FROM pragma_table_info(?)"));
+        c.addBindValue(table);
+        c.exec();
+        while (c.next())
+            items << QStringLiteral("column ") + table + QLatin1Char('.') + c.value(0).toString();
+    }
+    return items;
+}
+
+// What a database of the version holds, built once in memory from the program's own schema.
+QStringList referenceItems(int version)
+{
+    static QHash<int, QStringList> cache;
+    if (cache.contains(version))
+        return cache.value(version);
+    const QString name = QStringLiteral("tendmark-reference-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    QStringList items;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(QStringLiteral(":memory:"));
+        QString error;
+        if (db.open() && RunScript(db, resourceText(QStringLiteral("schema-v1.sql")), &error)) {
+            bool ok = true;
+            for (int v = 1; ok && v < version && v - 1 < upgradeSteps.size(); ++v)
+                ok = upgradeSteps.at(v - 1)(db, &error);
+            if (ok)
+                items = schemaItems(db);
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    cache.insert(version, items);
+    return items;
+}
+
+QString describeMissing(const QString &item)
+{
+    const QString kind = item.section(QLatin1Char(' '), 0, 0);
+    const QString name = item.section(QLatin1Char(' '), 1);
+    if (kind == QLatin1String("table"))
+        return QStringLiteral("The table %1 is missing.").arg(name);
+    if (kind == QLatin1String("column"))
+        return QStringLiteral("The column %1 of the table %2 is missing.").arg(name.section(QLatin1Char('.'), 1), name.section(QLatin1Char('.'), 0, 0));
+    return QStringLiteral("The %1 %2 is missing.").arg(kind, name);
+}
+
 } // namespace
+
+QStringList MissingSchemaItems(QSqlDatabase db, int version)
+{
+    const QStringList present = schemaItems(db);
+    QStringList missing;
+    for (const QString &item : referenceItems(version))
+        if (!present.contains(item, Qt::CaseInsensitive))
+            missing << describeMissing(item);
+    return missing;
+}
+
+bool PrepareForWriting(QSqlDatabase db, QString *error)
+{
+    QSqlQuery q(db);
+    if (!q.exec(QStringLiteral("PRAGMA journal_mode = WAL")) || !q.next()
+        || q.value(0).toString().compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0) {
+        if (error)
+            *error = QStringLiteral("The file cannot keep a write-ahead log (%1).").arg(q.lastError().text());
+        return false;
+    }
+    return exec(db, QStringLiteral("PRAGMA synchronous = FULL"), error) && exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error);
+}
 
 bool RunScript(QSqlDatabase db, const QString &script, QString *error)
 {
@@ -111,6 +217,10 @@ FileCheck InspectFile(const QString &path)
         check.reason = QStringLiteral("The file '%1' is not a TendMark database.").arg(path);
         return check;
     }
+    QString recoveryError;
+    if (!FileHealth::FinishInterruptedSave(path, &check.recovered, &recoveryError))
+        return damaged(path, check, {recoveryError});
+    check.notPrivate = PrivateFiles::IsReadableByOthers(path);
     ReadOnlyConnection conn(path);
     int appId = 0;
     int version = 0;
@@ -181,37 +291,40 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
     return true;
 }
 
-bool CreateDatabase(const QString &path, bool overwrite, QString *error)
+bool CreateDatabase(const QString &path, bool overwrite, QString *error,
+                    const std::function<bool(QSqlDatabase, QString *)> &fill)
 {
-    if (QFileInfo::exists(path)) {
-        if (!overwrite) {
-            if (error)
-                *error = QStringLiteral("The file '%1' already exists.").arg(path);
-            return false;
-        }
-        if (!QFile::remove(path)) {
-            if (error)
-                *error = QStringLiteral("The file '%1' cannot be replaced.").arg(path);
-            return false;
-        }
+    if (QFileInfo::exists(path) && !overwrite) {
+        if (error)
+            *error = QStringLiteral("The file '%1' already exists.").arg(path);
+        return false;
     }
+    AuditLog::RegisterUserFunction();
+    // A fixed name beside the target, so that a run killed half-way is cleared by the next.
+    const QFileInfo target(path);
+    const QString building = target.absoluteDir().filePath(QStringLiteral(".%1.creating").arg(target.fileName()));
+    for (const QString &suffix : {QString(), QStringLiteral("-journal"), QStringLiteral("-wal"), QStringLiteral("-shm")})
+        QFile::remove(building + suffix);
     const QString name = QStringLiteral("tendmark-create-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     bool ok = false;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        db.setDatabaseName(path);
+        db.setDatabaseName(building);
         if (!db.open()) {
             if (error)
                 *error = db.lastError().text();
         } else {
-            exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), nullptr);
-            ok = ApplyNewSchema(db, error);
+            PrivateFiles::MakePrivate(building);
+            ok = exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error) && ApplyNewSchema(db, error)
+                 && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && exec(db, QStringLiteral("VACUUM"), error)))
+                 && PrepareForWriting(db, error);
             db.close();
         }
     }
     QSqlDatabase::removeDatabase(name);
+    ok = ok && PrivateFiles::MoveIntoPlace(building, path, error);
     if (!ok)
-        QFile::remove(path);
+        QFile::remove(building);
     return ok;
 }
 
@@ -222,7 +335,7 @@ bool Upgrade(QSqlDatabase db, int fromVersion, QString *error)
     Transaction transaction(db);   // inactive when the caller already holds one
     for (int v = fromVersion; v < CurrentVersion; ++v) {
         const int step = v - 1;
-        if (step < 0 || step >= upgradeSteps.size() || !RunScript(db, resourceText(upgradeSteps.at(step)), error)) {
+        if (step < 0 || step >= upgradeSteps.size() || !upgradeSteps.at(step)(db, error)) {
             if (error && error->isEmpty())
                 *error = QStringLiteral("No upgrade from database version %1.").arg(v);
             return false;
@@ -233,11 +346,36 @@ bool Upgrade(QSqlDatabase db, int fromVersion, QString *error)
     return !transaction.active() || transaction.commit();
 }
 
+FileCheck ExamineForOpening(const QString &path)
+{
+    FileCheck check = InspectFile(path);
+    if (check.state != FileState::Ok && check.state != FileState::ReadOnly)
+        return check;
+    ReadOnlyConnection conn(path);
+    QSqlQuery q(conn.db());
+    QStringList problems;
+    if (!q.exec(QStringLiteral("PRAGMA quick_check"))) {
+        problems << q.lastError().text();
+    } else {
+        while (q.next())
+            if (q.value(0).toString() != QLatin1String("ok"))
+                problems << q.value(0).toString();
+    }
+    if (!problems.isEmpty())
+        return damaged(path, check, problems);
+    check.problems = MissingSchemaItems(conn.db(), check.version);
+    if (!check.problems.isEmpty()) {
+        check.state = FileState::Incomplete;
+        check.reason = QStringLiteral("The file '%1' is incomplete: %2").arg(path, check.problems.constFirst());
+    }
+    return check;
+}
+
 QStringList CheckFile(const QString &path)
 {
     const FileCheck check = InspectFile(path);
     if (check.state != FileState::Ok && check.state != FileState::ReadOnly)
-        return {check.reason};
+        return check.problems.size() > 1 ? check.problems : QStringList{check.reason};
     QStringList problems;
     ReadOnlyConnection conn(path);
     QSqlQuery q(conn.db());
@@ -257,6 +395,7 @@ QStringList CheckFile(const QString &path)
             problems << QStringLiteral("Table %1, row %2 refers to a missing row of %3.")
                             .arg(q.value(0).toString(), q.value(1).toString(), q.value(2).toString());
     }
+    problems << MissingSchemaItems(conn.db(), check.version);
     if (check.version < CurrentVersion)
         problems << QStringLiteral("The database is version %1; this program uses version %2 and upgrades it when the file is opened.")
                         .arg(check.version)

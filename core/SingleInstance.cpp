@@ -1,9 +1,28 @@
 #include "SingleInstance.h"
 
-#include <QDataStream>
-#include <QLocalSocket>
+#include "PrivateFiles.h"
 
-SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(parent), m_name(name)
+#include <QDataStream>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalSocket>
+#include <QStandardPaths>
+
+QString SingleInstance::SocketPath(const QString &name)
+{
+#ifdef Q_OS_UNIX
+    // Qt makes sure this folder is the user's own and 0700, creating /tmp/runtime-USER when needed.
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (folder.isEmpty() || !PrivateFiles::OwnedByMe(folder) || PrivateFiles::IsReadableByOthers(folder))
+        folder = QDir::home().filePath(QStringLiteral(".tendmark-run"));
+    PrivateFiles::MakePrivateFolder(folder);
+    return QDir(folder).filePath(name);
+#else
+    return name;
+#endif
+}
+
+SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(parent), m_name(SocketPath(name))
 {
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *socket = m_server.nextPendingConnection()) {
@@ -24,6 +43,10 @@ SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(p
 
 bool SingleInstance::anotherIsRunning(const QStringList &arguments)
 {
+#ifdef Q_OS_UNIX
+    if (!QFileInfo::exists(m_name) || !PrivateFiles::OwnedByMe(m_name))
+        return false; // never hand the command line to a socket someone else made
+#endif
     QLocalSocket socket;
     socket.connectToServer(m_name);
     if (!socket.waitForConnected(500))
@@ -42,7 +65,7 @@ bool SingleInstance::listen()
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     if (m_server.listen(m_name))
         return true;
-    // A stale socket left by a copy that crashed.
+    // A stale socket left by a copy that crashed, or one squatted by someone else.
     QLocalServer::removeServer(m_name);
     return m_server.listen(m_name);
 }

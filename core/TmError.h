@@ -16,8 +16,12 @@ public:
     int number() const { return m_number; }
     const QString &description() const { return m_description; }
     int line() const { return m_line; }
+    // For a fault of the world outside (disk full, file moved...): what to tell the user instead of the details.
+    const QString &plainWords() const { return m_plainWords; }
+    void setPlainWords(const QString &words) { m_plainWords = words; }
 
 private:
+    QString m_plainWords;
     int m_number;
     QString m_description;
     int m_line;

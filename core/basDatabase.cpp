@@ -1,5 +1,9 @@
 #include "basDatabase.h"
 
+#include "AuditLog.h"
+#include "Backups.h"
+#include "FaultText.h"
+#include "PrivateFiles.h"
 #include "Money.h"
 #include "Recordset.h"
 #include "Schema.h"
@@ -12,20 +16,28 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSqlDriver>
 #include <QSqlError>
+#include <sqlite3.h>
 
 namespace basDatabase {
 namespace {
 
 const QString kConnection = QStringLiteral("tendmark");
-QString openPath;
 QHash<QString, QList<FieldInfo>> fieldCache;
+QHash<QString, QSqlQuery> preparedChanges;
+
+QString openPath;
+FileIdentity openIdentity;
 
 TmError sqlError(const QSqlError &e)
 {
     bool ok = false;
     const int native = e.nativeErrorCode().toInt(&ok);
-    return TmError(ok ? native : -1, e.text());
+    TmError error(ok ? native : -1, e.text());
+    if (ok)
+        error.setPlainWords(FaultText::ForDatabaseError(native, openPath, OpenFileWasMovedOrDeleted()));
+    return error;
 }
 
 const QString kMatchColumns = QStringLiteral(
@@ -45,38 +57,32 @@ bool IsOpen() { return QSqlDatabase::contains(kConnection) && Connection().isOpe
 
 QString DatabasePath() { return IsOpen() ? openPath : QString(); }
 
+bool OpenFileWasMovedOrDeleted() { return IsOpen() && !(FileIdentity::Of(openPath) == openIdentity); }
+
 bool OpenConnection(const QString &path, QString *reason)
 {
-    const Schema::FileCheck check = Schema::InspectFile(path);
+    const Schema::FileCheck check = Schema::ExamineForOpening(path);
     if (check.state != Schema::FileState::Ok) {
         if (reason)
             *reason = check.reason;
         return false;
     }
     CloseConnection();
-    if (check.version < Schema::CurrentVersion) {
-        const QString backup = path + QStringLiteral(".v%1.bak").arg(check.version);
-        QFile::remove(backup);
-        if (!QFile::copy(path, backup)) {
-            if (reason)
-                *reason = QStringLiteral("A backup copy could not be written before upgrading '%1'.").arg(path);
-            return false;
-        }
-    }
     QString error;
+    if (check.version < Schema::CurrentVersion && !Backups::BackupNow(path, {}, nullptr, &error)) {
+        if (reason)
+            *reason = QStringLiteral("'%1' was not upgraded because no backup could be made first. %2").arg(path, error);
+        return false;
+    }
+    AuditLog::RegisterUserFunction();
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
         db.setDatabaseName(path);
         db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-        if (!db.open()) {
+        if (!db.open())
             error = db.lastError().text();
-        } else {
-            QSqlQuery q(db);
-            if (!q.exec(QStringLiteral("PRAGMA foreign_keys = ON")))
-                error = q.lastError().text();
-            else if (!Schema::Upgrade(db, check.version, &error) && error.isEmpty())
-                error = QStringLiteral("The database could not be upgraded.");
-        }
+        else if (Schema::PrepareForWriting(db, &error) && !Schema::Upgrade(db, check.version, &error) && error.isEmpty())
+            error = QStringLiteral("The database could not be upgraded.");
     }
     if (!error.isEmpty()) {
         CloseConnection();
@@ -85,13 +91,26 @@ bool OpenConnection(const QString &path, QString *reason)
         return false;
     }
     openPath = QFileInfo(path).absoluteFilePath();
+    openIdentity = FileIdentity::Of(openPath);
     fieldCache.clear();
     return true;
+}
+
+bool HasChangesSinceOpen()
+{
+    if (!IsOpen())
+        return false;
+    const QVariant handle = Connection().driver()->handle();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return false;
+    sqlite3 *raw = *static_cast<sqlite3 *const *>(handle.constData());
+    return raw && sqlite3_total_changes(raw) > 0;
 }
 
 void CloseConnection()
 {
     fieldCache.clear();
+    preparedChanges.clear();
     openPath.clear();
     if (!QSqlDatabase::contains(kConnection))
         return;
@@ -106,12 +125,26 @@ QSqlQuery Execute(const QString &sql, const QVariantList &binds)
 {
     if (!IsOpen())
         throw TmError(-1, QStringLiteral("No database is open."));
-    QSqlQuery q(Connection());
-    q.setForwardOnly(true);
-    if (!q.prepare(sql))
-        throw sqlError(q.lastError());
-    for (const QVariant &v : binds)
-        q.addBindValue(v);
+    const QString verb = sql.trimmed().section(QLatin1Char(' '), 0, 0).toUpper();
+    if (verb != QLatin1String("SELECT") && verb != QLatin1String("PRAGMA") && OpenFileWasMovedOrDeleted()) {
+        // SQLite would go on writing to the file where it was: the change would be lost.
+        TmError gone(14, QStringLiteral("The database file %1 is no longer there.").arg(openPath));
+        gone.setPlainWords(FaultText::ForDatabaseError(14, openPath, true));
+        throw gone;
+    }
+    // Changes reuse their prepared statement: preparing one compiles the audit
+    // triggers into it, which would cost more than the save itself.
+    const bool reusable = verb == QLatin1String("INSERT") || verb == QLatin1String("UPDATE") || verb == QLatin1String("DELETE");
+    QSqlQuery q = reusable ? preparedChanges.value(sql, QSqlQuery(Connection())) : QSqlQuery(Connection());
+    if (q.lastQuery() != sql) {
+        q.setForwardOnly(true);
+        if (!q.prepare(sql))
+            throw sqlError(q.lastError());
+        if (reusable)
+            preparedChanges.insert(sql, q);
+    }
+    for (int i = 0; i < binds.size(); ++i)
+        q.bindValue(i, binds.at(i));
     if (!q.exec())
         throw sqlError(q.lastError());
     return q;

@@ -19,12 +19,18 @@ namespace basDatabase {
 QSqlDatabase Connection();
 bool IsOpen();
 QString DatabasePath();
+// True when the open file is no longer where it was opened (deleted, moved or replaced).
+bool OpenFileWasMovedOrDeleted();
 
 // Opens the shared connection on a TendMark database file, replacing any earlier
-// one. A file that is not a TendMark database is refused and left unchanged; an
-// older one is upgraded (after a backup copy beside it). *reason says why it failed.
+// one. A save cut short by a crash is finished first; a file that is not a TendMark
+// database, or is damaged or incomplete, is refused and left unchanged; an older one
+// is upgraded after a checked backup. *reason says why it failed.
 bool OpenConnection(const QString &path, QString *reason = nullptr);
 void CloseConnection();
+// True when something was written through the shared connection since it was opened
+// (a backup is due when the file is closed).
+bool HasChangesSinceOpen();
 
 // A query on the shared connection, prepared and bound; throws TmError on failure.
 QSqlQuery Execute(const QString &sql, const QVariantList &binds = {});

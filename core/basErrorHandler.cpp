@@ -1,5 +1,6 @@
 #include "basErrorHandler.h"
 
+#include "PrivateFiles.h"
 #include "Prompt.h"
 
 #include <QCoreApplication>
@@ -87,8 +88,10 @@ void ReportError(const QString &procedure, int number, const QString &descriptio
 {
     if (writeLog) {
         QFile log(LogFilePath());
-        if (log.open(QIODevice::Append))
+        if (log.open(QIODevice::Append, QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
             log.write(LogRecord(procedure, number, description, line).toUtf8());
+            PrivateFiles::MakePrivate(log.fileName());
+        }
     }
     Prompt::message(QStringLiteral("Application Error"), MessageText(procedure, number, description, line, extraText),
                     Prompt::Icon::Information, Prompt::Ok);
@@ -96,7 +99,15 @@ void ReportError(const QString &procedure, int number, const QString &descriptio
 
 void ReportError(const QString &procedure, const TmError &error)
 {
-    ReportError(procedure, error.number(), error.description(), error.line());
+    if (error.plainWords().isEmpty()) {
+        ReportError(procedure, error.number(), error.description(), error.line());
+        return;
+    }
+    // A fault of the disk or the file, not of the program: the log keeps the details, the user reads what to do.
+    QFile log(LogFilePath());
+    if (log.open(QIODevice::Append, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+        log.write(LogRecord(procedure, error.number(), error.description(), error.line()).toUtf8());
+    Prompt::message(QStringLiteral("TendMark"), error.plainWords(), Prompt::Icon::Exclamation, Prompt::Ok);
 }
 
 void ReportError(const QString &procedure, const std::exception &error)

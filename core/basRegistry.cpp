@@ -1,6 +1,9 @@
 #include "basRegistry.h"
 
+#include "PrivateFiles.h"
+
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace basRegistry {
@@ -53,6 +56,10 @@ void SetString(const QString &key, const QString &valueName, const QString &valu
     s.beginGroup(groupFor(key));
     s.remove(kMarker);
     s.setValue(valueName, value);
+    s.sync();
+    // The settings name the pantry's files: the user's alone.
+    PrivateFiles::MakePrivate(QFileInfo(s.fileName()).absolutePath());
+    PrivateFiles::MakePrivate(s.fileName());
 }
 
 QStringList EnumValues(const QString &key)

@@ -1,0 +1,260 @@
+#include "FileHealth.h"
+#include "PrivateFiles.h"
+#include "Schema.h"
+#include "SingleInstance.h"
+#include "ScriptedPrompts.h"
+#include "basDatabase.h"
+#include "basErrorHandler.h"
+#include "basRegistry.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QByteArray hashOf(const QString &path)
+{
+    QFile f(path);
+    f.open(QIODevice::ReadOnly);
+    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+}
+
+int modeOf(const QString &path)
+{
+    struct stat st {};
+    ::stat(QFile::encodeName(path).constData(), &st);
+    return int(st.st_mode & 0777);
+}
+
+// Runs statements on the file through a connection of its own.
+void alter(const QString &path, const QStringList &statements)
+{
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("alter"));
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        for (const QString &s : statements)
+            QVERIFY2(QSqlQuery(db).exec(s), qPrintable(s));
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("alter"));
+}
+
+// Overwrites some pages of the records (the second half of the file) with noise, as a failing disk would.
+void scribble(const QString &path)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::ReadWrite));
+    for (qint64 page = f.size() / 4096 / 2; page * 4096 < f.size(); page += 8) {
+        f.seek(page * 4096);
+        f.write(QByteArray(64, '\xA5'));
+    }
+}
+
+QString newFile(const QTemporaryDir &dir, const QString &name)
+{
+    const QString path = dir.filePath(name);
+    QString error;
+    if (!Schema::CreateDatabase(path, false, &error))
+        qFatal("%s", qPrintable(error));
+    basDatabase::OpenConnection(path, &error);
+    basDatabase::Execute(QStringLiteral("BEGIN"));
+    for (int i = 0; i < 300; ++i)
+        basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName, FirstName, Comments) VALUES (?, 'Ann', ?)"),
+                             {QStringLiteral("Row%1").arg(i), QString(300, QLatin1Char('c'))});
+    basDatabase::Execute(QStringLiteral("COMMIT"));
+    basDatabase::CloseConnection();
+    return path;
+}
+
+} // namespace
+
+class TestFileSafety : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { ::umask(022); } // as most desktops set it: the program must not rely on it
+
+    void fileStatesOnOpening_data()
+    {
+        QTest::addColumn<QStringList>("damage");
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("named"); // what the check must name
+        QTest::newRow("healthy") << QStringList{} << int(Schema::FileState::Ok) << QString();
+        QTest::newRow("missing table") << QStringList{"DROP TABLE Volunteer"} << int(Schema::FileState::Incomplete)
+                                       << "The table Volunteer is missing.";
+        QTest::newRow("missing column") << QStringList{"ALTER TABLE Client RENAME COLUMN Comments TO Remarks"}
+                                        << int(Schema::FileState::Incomplete) << "The column Comments of the table Client is missing.";
+        QTest::newRow("missing index") << QStringList{"DROP INDEX ClientBySSN"} << int(Schema::FileState::Incomplete)
+                                       << "The index ClientBySSN is missing.";
+        QTest::newRow("missing audit trigger") << QStringList{"DROP TRIGGER AuditClientDelete"}
+                                               << int(Schema::FileState::Incomplete) << "The trigger AuditClientDelete is missing.";
+        QTest::newRow("newer") << QStringList{"PRAGMA user_version = 99"} << int(Schema::FileState::Newer) << QString();
+        QTest::newRow("foreign") << QStringList{"PRAGMA application_id = 7"} << int(Schema::FileState::Foreign) << QString();
+    }
+
+    void fileStatesOnOpening()
+    {
+        QFETCH(QStringList, damage);
+        QFETCH(int, state);
+        QFETCH(QString, named);
+        QTemporaryDir dir;
+        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        alter(path, damage);
+        const QByteArray before = hashOf(path);
+        const Schema::FileCheck check = Schema::ExamineForOpening(path);
+        QCOMPARE(int(check.state), state);
+        QString reason;
+        QCOMPARE(basDatabase::OpenConnection(path, &reason), state == int(Schema::FileState::Ok));
+        basDatabase::CloseConnection();
+        if (state == int(Schema::FileState::Ok))
+            return;
+        QCOMPARE(hashOf(path), before); // refused files are left as they were
+        QVERIFY(!reason.isEmpty());
+        if (!named.isEmpty()) {
+            QVERIFY2(check.problems.contains(named), qPrintable(check.problems.join('|')));
+            QVERIFY(Schema::CheckFile(path).contains(named));
+        }
+    }
+
+    void damagedFileIsRefusedAndItsReadableRowsCanBeCopied()
+    {
+        QTemporaryDir dir;
+        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        scribble(path);
+        const QByteArray before = hashOf(path);
+        QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Damaged);
+        QVERIFY(!Schema::CheckFile(path).isEmpty());
+        QVERIFY(!basDatabase::OpenConnection(path));
+        QCOMPARE(hashOf(path), before);
+
+        const QString rescued = dir.filePath(QStringLiteral("rescued.tmdb"));
+        FileHealth::CopyReport report;
+        QString error;
+        QVERIFY2(FileHealth::CopyReadable(path, rescued, &report, &error), qPrintable(error));
+        QCOMPARE(Schema::CheckFile(rescued), QStringList());
+        qInfo("copied %d rows, lost %d; tables lost: %s", report.rowsCopied, report.rowsLost, qPrintable(report.lostTables.join(", ")));
+        QVERIFY(report.rowsCopied > 100);
+        QVERIFY(report.rowsLost > 0);
+        QVERIFY(basDatabase::OpenConnection(rescued));
+        const int clients = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM Client")).toInt();
+        basDatabase::CloseConnection();
+        QVERIFY(clients > 0 && clients < 300);
+        QCOMPARE(modeOf(rescued), 0600);
+        QVERIFY(!FileHealth::CopyReadable(path, rescued, &report, &error)); // never over an existing file
+    }
+
+    void checkOfAHealthyFileChangesNothing()
+    {
+        QTemporaryDir dir;
+        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        const QByteArray before = hashOf(path);
+        const QDateTime modified = QFileInfo(path).lastModified();
+        QCOMPARE(Schema::CheckFile(path), QStringList());
+        QVERIFY(!Schema::ExamineForOpening(path).recovered);
+        QCOMPARE(hashOf(path), before);
+        QCOMPARE(QFileInfo(path).lastModified(), modified);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"pantry.tmdb"});
+    }
+
+    void filesAreOwnerOnly()
+    {
+        QTemporaryDir dir;
+        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        QCOMPARE(modeOf(path), 0600);
+        QVERIFY(basDatabase::OpenConnection(path));
+        basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName) VALUES ('Wal')"));
+        QCOMPARE(modeOf(path + QStringLiteral("-wal")), 0600);
+        QCOMPARE(modeOf(path + QStringLiteral("-shm")), 0600);
+        basDatabase::CloseConnection();
+
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        QVERIFY(PrivateFiles::IsReadableByOthers(path));
+        QVERIFY(Schema::ExamineForOpening(path).notPrivate);
+        QVERIFY(PrivateFiles::MakePrivate(path));
+        QVERIFY(!Schema::ExamineForOpening(path).notPrivate);
+        QCOMPARE(modeOf(path), 0600);
+
+        const QString folder = dir.filePath(QStringLiteral("a/b"));
+        QVERIFY(PrivateFiles::MakePrivateFolder(folder));
+        QCOMPARE(modeOf(folder), 0700);
+    }
+
+    void logAndSettingsAreOwnerOnly()
+    {
+        QTemporaryDir dir;
+        ScriptedPrompts prompts;
+        basErrorHandler::setLogFilePathForTesting(dir.filePath(QStringLiteral("error.log")));
+        basErrorHandler::ReportError(QStringLiteral("test"), 1, QStringLiteral("Ames, Ann"));
+        basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"), dir.filePath("pantry.tmdb"));
+        const QString settings = QSettings(QSettings::NativeFormat, QSettings::UserScope, "TendMark", "Settings").fileName();
+        QCOMPARE(modeOf(dir.filePath(QStringLiteral("error.log"))), 0600);
+        QCOMPARE(modeOf(settings), 0600);
+        QCOMPARE(modeOf(QFileInfo(settings).absolutePath()), 0700);
+    }
+
+    void interruptedCreationLeavesNothingAndIsClearedByTheNext()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("new.tmdb"));
+        QString error;
+        const auto fail = [](QSqlDatabase, QString *e) {
+            *e = QStringLiteral("stopped half-way");
+            return false;
+        };
+        QVERIFY(!Schema::CreateDatabase(path, false, &error, fail));
+        QCOMPARE(error, QStringLiteral("stopped half-way"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        // What a killed run leaves: the half-made file under its building name.
+        QFile stale(dir.filePath(QStringLiteral(".new.tmdb.creating")));
+        QVERIFY(stale.open(QIODevice::WriteOnly));
+        stale.write("half");
+        stale.close();
+        QVERIFY(Schema::CreateDatabase(path, false, &error));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"new.tmdb"});
+    }
+
+    void socketIsPrivateAndForeignSocketsGetNothing()
+    {
+        const QString path = SingleInstance::SocketPath(QStringLiteral("TendMark-test"));
+        QCOMPARE(modeOf(QFileInfo(path).absolutePath()), 0700);
+        QVERIFY(PrivateFiles::OwnedByMe(QFileInfo(path).absolutePath()));
+        SingleInstance first(QStringLiteral("TendMark-test"));
+        QVERIFY(!first.anotherIsRunning({}));
+        QVERIFY(first.listen());
+        QVERIFY((modeOf(path) & 077) == 0);
+        QStringList received;
+        connect(&first, &SingleInstance::activated, this, [&](const QStringList &a) { received = a; });
+        SingleInstance second(QStringLiteral("TendMark-test"));
+        bool running = false;
+        QThread *t = QThread::create([&] { running = second.anotherIsRunning({"pantry.tmdb"}); });
+        t->start();
+        QTRY_COMPARE(received, QStringList{"pantry.tmdb"});
+        t->wait();
+        delete t;
+        QVERIFY(running);
+
+        // A socket of that name made by another user receives nothing.
+        if (::geteuid() != 0)
+            return;
+        QVERIFY(::chown(QFile::encodeName(path).constData(), 65534, 65534) == 0);
+        received.clear();
+        SingleInstance third(QStringLiteral("TendMark-test"));
+        QVERIFY(!third.anotherIsRunning({"secret.tmdb"}));
+        QTest::qWait(200);
+        QCOMPARE(received, QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFileSafety)
+#include "tst_filesafety.moc"
