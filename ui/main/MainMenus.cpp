@@ -24,9 +24,9 @@ enum class Bar { None, Tool, View };
 struct Button
 {
     Button() = default;
-    Button(Bar bar, const char *caption, const char *themeIcon, QStyle::StandardPixmap icon, const char *tip = "",
-           bool separatorBefore = false)
-        : bar(bar), caption(caption), themeIcon(themeIcon), icon(icon), tip(tip), separatorBefore(separatorBefore)
+    Button(Bar onBar, const char *text, const char *iconName, QStyle::StandardPixmap fallbackIcon, const char *toolTip = "",
+           bool separated = false)
+        : bar(onBar), caption(text), themeIcon(iconName), icon(fallbackIcon), tip(toolTip), separatorBefore(separated)
     {
     }
     Bar bar = Bar::None;
@@ -40,14 +40,14 @@ struct Button
 // One row: a menu (no action), a separator (no name), a command, or a bar's show/hide switch.
 struct Entry
 {
-    Entry(const QString &parent, const QString &name = {}, const QString &caption = {}) : parent(parent), name(name), caption(caption) {}
-    Entry(const QString &parent, const QString &name, const QString &caption, const QKeySequence &shortcut,
-          std::function<void()> run, const Button &button = {})
-        : parent(parent), name(name), caption(caption), shortcut(shortcut), run(std::move(run)), button(button)
+    Entry(const QString &menu, const QString &objectName = {}, const QString &text = {}) : parent(menu), name(objectName), caption(text) {}
+    Entry(const QString &menu, const QString &objectName, const QString &text, const QKeySequence &keys,
+          std::function<void()> action, const Button &asButton = {})
+        : parent(menu), name(objectName), caption(text), shortcut(keys), run(std::move(action)), button(asButton)
     {
     }
-    Entry(const QString &parent, const QString &name, const QString &caption, QWidget *shows)
-        : parent(parent), name(name), caption(caption), shows(shows)
+    Entry(const QString &menu, const QString &objectName, const QString &text, QWidget *bar)
+        : parent(menu), name(objectName), caption(text), shows(bar)
     {
     }
     QString parent;   // the menu it belongs to; empty: the menu bar
