@@ -118,6 +118,13 @@ void tst_tablegrid::showsTheTableWithANewRecordRow()
     QVERIFY(e.txt());
     QCOMPARE(e.txt()->text(), e.text(0, 2));
     QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(0, 2)));
+    // It stays over its cell when the window, and so the description column, widens.
+    QWidget *frame = e.form->parentWidget();
+    const int narrow = e.txt()->width();
+    frame->resize(frame->width() + 120, frame->height());
+    QApplication::processEvents();
+    QCOMPARE(e.txt()->width(), narrow + 120);
+    QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(0, 2)));
     e.enter(e.newRow(), 2);
     QVERIFY(!e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"))->isEnabled());
 
