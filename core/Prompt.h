@@ -1,9 +1,10 @@
 #pragma once
 
+#include "Query.h"
+
 #include <QFont>
 #include <QString>
 #include <QStringList>
-#include <QVariantList>
 #include <optional>
 
 // The one seam for every modal interaction. The program installs a handler that
@@ -39,9 +40,7 @@ struct PickRequest
 {
     QString caption;
     QString label;
-    QString sql;
-    QVariantList binds;
-    QString countSql;        // optional: the same number of rows, counted faster
+    Query query;
 };
 
 class Handler

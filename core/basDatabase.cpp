@@ -353,8 +353,7 @@ bool MatchAddress(const QString &clientId, const QString &address, const QString
         sql += QStringLiteral("lower(Address) = ? AND lower(City) = ? AND State = ? ORDER BY ClientID");
         binds << address.toLower() << city.toLower() << state;
         if (hasRows(sql, binds)) {
-            result.sql = sql;
-            result.binds = binds;
+            result.query = {sql, binds, {}};
             found = true;
         }
     });
@@ -374,8 +373,7 @@ bool MatchSSN(const QString &clientId, const QString &ssn, Prompt::PickRequest &
         sql += QStringLiteral("SocialSecurityNumber = ? ORDER BY ClientID");
         binds << ssn;
         if (hasRows(sql, binds)) {
-            result.sql = sql;
-            result.binds = binds;
+            result.query = {sql, binds, {}};
             found = true;
         }
     });

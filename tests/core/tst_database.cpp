@@ -121,15 +121,15 @@ private Q_SLOTS:
                                                          {"State", "TX"}, {"SocialSecurityNumber", "987654321"}});
         Prompt::PickRequest r;
         QVERIFY(basDatabase::MatchAddress("", "12 O'NEIL ST", "austin", "TX", r));
-        QCOMPARE(TestDatabase::scalar("SELECT COUNT(*) FROM (" + r.sql + ")", r.binds).toInt(), 2);
+        QCOMPARE(TestDatabase::scalar("SELECT COUNT(*) FROM (" + r.query.sql + ")", r.query.binds).toInt(), 2);
         QVERIFY(basDatabase::MatchAddress(QString::number(a), "12 O'Neil St", "Austin", "TX", r));
-        QCOMPARE(TestDatabase::scalar("SELECT ClientID FROM (" + r.sql + ")", r.binds).toLongLong(), b);
+        QCOMPARE(TestDatabase::scalar("SELECT ClientID FROM (" + r.query.sql + ")", r.query.binds).toLongLong(), b);
         QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "Austin", "tx", r)); // the state keeps its case
         QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "", "TX", r));
         QVERIFY(!basDatabase::MatchAddress(QString::number(b), "1 Other Rd", "Austin", "TX", r));
 
         QVERIFY(basDatabase::MatchSSN("", "123456789", r));
-        QCOMPARE(TestDatabase::scalar("SELECT LastName FROM (" + r.sql + ")", r.binds).toString(), QStringLiteral("O'Brien"));
+        QCOMPARE(TestDatabase::scalar("SELECT LastName FROM (" + r.query.sql + ")", r.query.binds).toString(), QStringLiteral("O'Brien"));
         QVERIFY(!basDatabase::MatchSSN(QString::number(a), "123456789", r));
         QVERIFY(basDatabase::MatchSSN(QString::number(b), "123456789", r));
     }

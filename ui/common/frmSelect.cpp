@@ -168,7 +168,7 @@ std::optional<QString> frmSelect::pick(const Prompt::PickRequest &request, QWidg
     frmSelect form(parent);
     form.setFormCaption(request.caption);
     form.setFormLabel(request.label);
-    form.setRecordset({request.sql, request.binds, request.countSql});
+    form.setRecordset(request.query);
     form.exec();
     if (!form.OKClicked())
         return std::nullopt;

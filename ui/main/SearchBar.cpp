@@ -125,9 +125,7 @@ void SearchBar::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind
         request.caption = kind == MdiChild::Kind::Volunteer ? QStringLiteral("Select Volunteer") : QStringLiteral("Select Client");
         request.label = QString::number(outcome.count) + QStringLiteral(" entries were found that match the specified criteria. ")
                         + QStringLiteral("\r\n") + QStringLiteral("Select an entry from the list, then click 'OK'.");
-        request.sql = query.sql;
-        request.binds = query.binds;
-        request.countSql = query.countSql;
+        request.query = query;
         const std::optional<QString> chosen = Prompt::pick(request);
         if (!chosen)
             return;

@@ -1,5 +1,6 @@
 #include "frmTableGrid.h"
 
+#include "CellEditorDelegate.h"
 #include "DataBinding.h"
 #include "GridModel.h"
 #include "LookupTables.h"
@@ -17,7 +18,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardItemModel>
@@ -62,8 +62,14 @@ frmTableGrid::frmTableGrid(Workspace *main, const LookupTables::LookupTable &tab
                 widest = c;
         m_grid->horizontalHeader()->setSectionResizeMode(widest, QHeaderView::Stretch);
         m_statusBar->clearMessage();
-        if (m_tableName == kZipCodeTable)
-            basTendmark::PopulateDataCombo(m_cboEditBox, QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
+        if (m_tableName == kZipCodeTable) {
+            const Query states = LookupTables::choices(QStringLiteral("States"), QStringLiteral("StateID"), QStringLiteral("StateCode"));
+            QSqlQuery q = basDatabase::Execute(states.sql, states.binds);
+            QStringList codes;
+            while (q.next())
+                codes << q.value(1).toString();
+            m_delegate->setChoices(kZipStateColumn, codes);
+        }
         PopulateGrid();
     });
 }
@@ -88,17 +94,10 @@ void frmTableGrid::buildControls(const QString &columnHeaders)
     m_grid->horizontalHeader()->setHighlightSections(false);
     m_grid->horizontalHeader()->setDefaultAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
     m_grid->installEventFilter(this);
+    m_delegate = new CellEditorDelegate(m_grid);
+    m_delegate->setKeyHandler([this](QWidget *, int key) { return editBoxKey(key); });
+    m_grid->setItemDelegate(m_delegate);
     layout->addWidget(m_grid, 1);
-
-    m_txtEditBox = new QLineEdit(m_grid->viewport());
-    m_txtEditBox->setObjectName(QStringLiteral("txtEditBox"));
-    m_txtEditBox->setFrame(false);
-    m_txtEditBox->hide();
-    m_txtEditBox->installEventFilter(this);
-    m_cboEditBox = new QComboBox(m_grid->viewport());
-    m_cboEditBox->setObjectName(QStringLiteral("cboEditBox"));
-    m_cboEditBox->hide();
-    m_cboEditBox->installEventFilter(this);
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
@@ -126,21 +125,14 @@ void frmTableGrid::buildControls(const QString &columnHeaders)
         if (!activeEditBox() && index.isValid())
             grdData_EnterCell(index.row(), index.column());
     });
-    connect(m_txtEditBox, &QLineEdit::textEdited, this, [this](const QString &text) {
-        setCellText(m_editRow, m_editColumn, text);
-        setDataChanged(true);
-    });
-    connect(m_cboEditBox, &QComboBox::currentIndexChanged, this, [this](int index) {
-        if (m_inCellChange || index < 0)
+    // A choice from a list counts at once; typed text once it passes validation.
+    connect(m_delegate, &CellEditorDelegate::edited, this, [this](const QModelIndex &cell) {
+        if (m_inCellChange)
             return;
-        setCellText(m_editRow, m_editColumn, m_cboEditBox->currentText());
-        markRow(m_editRow);
+        if (m_delegate->hasChoices(cell.column()))
+            markRow(cell.row());
         setDataChanged(true);
     });
-    for (QHeaderView *header : {m_grid->horizontalHeader(), m_grid->verticalHeader()})
-        connect(header, &QHeaderView::sectionResized, this, &frmTableGrid::placeEditBox);
-    for (QScrollBar *bar : {m_grid->horizontalScrollBar(), m_grid->verticalScrollBar()})
-        connect(bar, &QScrollBar::valueChanged, this, &frmTableGrid::placeEditBox);
 }
 
 // ---- the grid ----
@@ -264,48 +256,30 @@ void frmTableGrid::grdData_EnterCell(int row, int column)
     if (column < kFirstEditColumn)
         return;
     m_inCellChange = true;
-    const QString text = cellText(row, column);
-    QWidget *box = nullptr;
-    if (m_tableName == kZipCodeTable && column == kZipStateColumn) {
-        m_cboEditBox->setCurrentIndex(m_cboEditBox->findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive));
-        box = m_cboEditBox;
-    } else {
-        m_txtEditBox->setAlignment(Qt::Alignment(m_model->item(row, column)->textAlignment()) & Qt::AlignHorizontal_Mask);
-        m_txtEditBox->setText(text);
-        m_txtEditBox->selectAll();
-        box = m_txtEditBox;
+    m_grid->openPersistentEditor(m_model->index(row, column));
+    if (QWidget *box = activeEditBox()) {
+        box->setProperty("Tag", cellText(row, column));
+        if (auto *text = qobject_cast<QLineEdit *>(box))
+            text->selectAll();
+        box->setFocus();
     }
-    box->setProperty("Tag", text);
-    placeEditBox();
-    box->show();
-    box->raise();
-    box->setFocus();
     m_inCellChange = false;
 }
 
 QWidget *frmTableGrid::activeEditBox() const
 {
-    if (m_txtEditBox->isVisibleTo(m_grid))
-        return m_txtEditBox;
-    if (m_cboEditBox->isVisibleTo(m_grid))
-        return m_cboEditBox;
-    return nullptr;
-}
-
-void frmTableGrid::placeEditBox()
-{
     if (m_editRow < 0 || m_editColumn < kFirstEditColumn)
-        return;
-    const QRect cell = m_grid->visualRect(m_model->index(m_editRow, m_editColumn));
-    m_txtEditBox->setGeometry(cell);
-    m_cboEditBox->setGeometry(cell);
+        return nullptr;
+    return m_grid->indexWidget(m_model->index(m_editRow, m_editColumn));
 }
 
 void frmTableGrid::hideEditBox()
 {
-    const bool hadFocus = activeEditBox() && activeEditBox()->hasFocus();
-    m_txtEditBox->hide();
-    m_cboEditBox->hide();
+    QWidget *box = activeEditBox();
+    if (!box)
+        return;
+    const bool hadFocus = box->hasFocus();
+    m_grid->closePersistentEditor(m_model->index(m_editRow, m_editColumn));
     if (hadFocus)
         m_grid->setFocus();
 }
@@ -377,7 +351,7 @@ bool frmTableGrid::editBoxKey(int key)
     }
     case Qt::Key_Up:
     case Qt::Key_Down: {
-        if (activeEditBox() == m_cboEditBox)
+        if (qobject_cast<QComboBox *>(activeEditBox()))
             return false;
         const int row = m_editRow + (key == Qt::Key_Up ? -1 : 1);
         if (row >= 0 && row < m_model->rowCount())
@@ -394,8 +368,6 @@ bool frmTableGrid::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::KeyPress)
         return MdiChild::eventFilter(watched, event);
     auto *key = static_cast<QKeyEvent *>(event);
-    if (watched == m_txtEditBox || watched == m_cboEditBox)
-        return (key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) ? false : editBoxKey(key->key());
     if (watched == m_grid && !activeEditBox()) {
         const QModelIndex current = m_grid->currentIndex();
         if (!current.isValid() || current.column() < kFirstEditColumn)

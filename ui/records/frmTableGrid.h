@@ -5,8 +5,7 @@
 
 #include <QStringList>
 
-class QComboBox;
-class QLineEdit;
+class CellEditorDelegate;
 class QModelIndex;
 class QPushButton;
 class QStandardItemModel;
@@ -16,8 +15,8 @@ class QWidget;
 class Recordset;
 
 // Edits one small lookup table in place, several rows at a time. Column 0 marks
-// the new-record row ("*"), column 1 is the key, the rest are edited through a
-// text box (or, for the zip codes' state, a drop-down) laid over the cell.
+// the new-record row ("*"), column 1 is the key, the rest are edited in place
+// (the zip codes' state from a drop-down).
 // Changed rows are marked and written together by Save.
 class frmTableGrid : public MdiChild
 {
@@ -54,7 +53,6 @@ private:
     void grdData_SelChange(int row);
     void grdData_EnterCell(int row, int column);
     QWidget *activeEditBox() const;
-    void placeEditBox();
     void hideEditBox();
     bool EditBox_Validate();
     bool validateCell(int row, int column, const QString &text);
@@ -76,8 +74,7 @@ private:
     QStringList m_captions;       // their headings, for messages
     QTableView *m_grid = nullptr;
     QStandardItemModel *m_model = nullptr;
-    QLineEdit *m_txtEditBox = nullptr;
-    QComboBox *m_cboEditBox = nullptr;
+    CellEditorDelegate *m_delegate = nullptr;
     QPushButton *m_cmdSave = nullptr;
     QPushButton *m_cmdDelete = nullptr;
     QPushButton *m_cmdCancel = nullptr;

@@ -133,7 +133,7 @@ void TestFrmSelect::realPromptShowsThePicker()
     Prompt::PickRequest request;
     request.caption = QStringLiteral("Select Client");
     request.label = QStringLiteral("Pick one.");
-    request.sql = m_query;
+    request.query.sql = m_query;
     const std::optional<QString> chosen = Prompt::pick(request);
     Prompt::setHandler(nullptr);
     QCOMPARE(seenCaption, QStringLiteral("Select Client"));

@@ -223,6 +223,11 @@ void TestSearch::severalMatchesOpenThePicker()
     QCOMPARE(request.caption, QStringLiteral("Select Client"));
     QCOMPARE(request.label, QStringLiteral("2 entries were found that match the specified criteria. \r\n"
                                            "Select an entry from the list, then click 'OK'."));
+    // The picker lists the search's own rows, counted the same way.
+    const SearchQueries::Query searched = SearchQueries::client(QStringLiteral("Last Name"), QStringLiteral("smith"));
+    QCOMPARE(request.query.sql, searched.sql);
+    QCOMPARE(request.query.binds, searched.binds);
+    QCOMPARE(request.query.countSql, searched.countSql);
     QCOMPARE(spy.size(), 1);
     QCOMPARE(spy.first().at(1).toString(), QString::number(m_smithers));
 

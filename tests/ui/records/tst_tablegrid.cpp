@@ -29,8 +29,6 @@ private:
         frmTableGrid *form = nullptr;
         QTableView *grid = nullptr;
         QAbstractItemModel *model = nullptr;
-        QLineEdit *txt = nullptr;
-        QComboBox *cbo = nullptr;
 
         QString text(int row, int column) const { return model->index(row, column).data().toString(); }
         int rowOf(const QString &description) const
@@ -40,16 +38,26 @@ private:
                     return row;
             return -1;
         }
+        // The cell editor open now, if any.
+        template <class Box> Box *openBox(const char *name) const
+        {
+            for (Box *box : form->findChildren<Box *>(QString::fromLatin1(name)))
+                if (box->isVisible())
+                    return box;
+            return nullptr;
+        }
+        QLineEdit *txt() const { return openBox<QLineEdit>("txtEditBox"); }
+        QComboBox *cbo() const { return openBox<QComboBox>("cboEditBox"); }
         int newRow() const { return model->rowCount() - 1; }
         void enter(int row, int column) const { grid->setCurrentIndex(model->index(row, column)); }
         // Types into a cell as the user does: the cell's text is selected on entering.
         void type(int row, int column, const QString &value) const
         {
             enter(row, column);
-            QTest::keyClick(txt, Qt::Key_Backspace);
-            QTest::keyClicks(txt, value);
+            QTest::keyClick(txt(), Qt::Key_Backspace);
+            QTest::keyClicks(txt(), value);
         }
-        void key(Qt::Key k) const { QTest::keyClick(cbo->isVisible() ? static_cast<QWidget *>(cbo) : txt, k); }
+        void key(Qt::Key k) const { QTest::keyClick(cbo() ? static_cast<QWidget *>(cbo()) : txt(), k); }
         void click(const char *name) const { form->findChild<QPushButton *>(QString::fromLatin1(name))->click(); }
         QString status() const { return form->findChild<QStatusBar *>(QStringLiteral("sbrStatusBar"))->currentMessage(); }
     };
@@ -63,8 +71,6 @@ private:
             return e;
         e.grid = e.form->findChild<QTableView *>(QStringLiteral("grdData"));
         e.model = e.grid->model();
-        e.txt = e.form->findChild<QLineEdit *>(QStringLiteral("txtEditBox"));
-        e.cbo = e.form->findChild<QComboBox *>(QStringLiteral("cboEditBox"));
         return e;
     }
 
@@ -106,12 +112,19 @@ void tst_tablegrid::showsTheTableWithANewRecordRow()
 
     // The key column is not edited; the description is, in place.
     e.enter(0, 1);
-    QVERIFY(!e.txt->isVisible());
+    QVERIFY(!e.txt());
     QVERIFY(e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"))->isEnabled());
     e.enter(0, 2);
-    QVERIFY(e.txt->isVisible());
-    QCOMPARE(e.txt->text(), e.text(0, 2));
-    QCOMPARE(e.txt->geometry(), e.grid->visualRect(e.model->index(0, 2)));
+    QVERIFY(e.txt());
+    QCOMPARE(e.txt()->text(), e.text(0, 2));
+    QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(0, 2)));
+    // It stays over its cell when the window, and so the description column, widens.
+    QWidget *frame = e.form->parentWidget();
+    const int narrow = e.txt()->width();
+    frame->resize(frame->width() + 120, frame->height());
+    QApplication::processEvents();
+    QCOMPARE(e.txt()->width(), narrow + 120);
+    QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(0, 2)));
     e.enter(e.newRow(), 2);
     QVERIFY(!e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"))->isEnabled());
 
@@ -211,8 +224,8 @@ void tst_tablegrid::halfFilledNewRowWritesNothing()
     e.type(e.newRow(), 2, QStringLiteral("78702"));
     e.key(Qt::Key_Tab);
     QCOMPARE(e.grid->currentIndex().column(), 3);
-    QCOMPARE(e.txt->geometry(), e.grid->visualRect(e.model->index(e.newRow(), 3)));
-    QTest::keyClicks(e.txt, QStringLiteral("Austin"));
+    QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(e.newRow(), 3)));
+    QTest::keyClicks(e.txt(), QStringLiteral("Austin"));
     e.click("cmdSave");
 
     QCOMPARE(s.prompts.last(), (Prompt::Message{"Required Fields Missing", "Fields cannot be empty on new record.",
@@ -234,13 +247,13 @@ void tst_tablegrid::tabAndEscapeInTheEditBox()
     QVERIFY(e.form->DataChanged());
     e.key(Qt::Key_Tab);
     QCOMPARE(e.grid->currentIndex(), e.model->index(0, 2));
-    QVERIFY(e.txt->isVisible());
+    QVERIFY(e.txt());
 
     // Escape puts back the text the cell had when it was entered, and does not close the window.
     e.type(1, 2, QStringLiteral("Oops"));
     e.key(Qt::Key_Escape);
     QCOMPARE(e.text(1, 2), firstDescription("EducationLevel", "EducationLevelDescription", 1));
-    QVERIFY(!e.txt->isVisible());
+    QVERIFY(!e.txt());
     QVERIFY(e.form->isVisible());
     QCOMPARE(e.text(0, 2), QStringLiteral("Changed"));
     QVERIFY(s.prompts.messages().isEmpty());
@@ -253,13 +266,13 @@ void tst_tablegrid::editedCellsAreValidated()
     e.type(0, 2, QString());
     e.key(Qt::Key_Tab);
     QCOMPARE(s.prompts.last(), (Prompt::Message{"Required Field", "Field cannot be empty.", Prompt::Icon::Exclamation, Prompt::Ok}));
-    QVERIFY(e.txt->isVisible());
+    QVERIFY(e.txt());
 
-    QTest::keyClicks(e.txt, QString(51, QLatin1Char('h')));
+    QTest::keyClicks(e.txt(), QString(51, QLatin1Char('h')));
     e.key(Qt::Key_Return);
     QCOMPARE(s.prompts.last().title, QStringLiteral("Data Entry Error"));
     QCOMPARE(s.prompts.last().text, QStringLiteral("Housing cannot exceed 50 characters."));
-    QVERIFY(e.txt->isVisible());
+    QVERIFY(e.txt());
 
     // Moving to another row with the refused value stays on it; Save refuses it again.
     e.enter(1, 2);
@@ -330,23 +343,23 @@ void tst_tablegrid::zipCodeStateIsChosenFromTheListAndZipIsAlwaysDeletable()
     const int row = e.rowOf(QStringLiteral("73301"));
     QCOMPARE(e.text(row, 3), QStringLiteral("Austin"));
     e.enter(row, 4);
-    QVERIFY(e.cbo->isVisible());
-    QVERIFY(!e.txt->isVisible());
-    QCOMPARE(e.cbo->currentText(), QStringLiteral("OK"));
-    e.cbo->setCurrentIndex(e.cbo->findText(QStringLiteral("TX")));
+    QVERIFY(e.cbo());
+    QVERIFY(!e.txt());
+    QCOMPARE(e.cbo()->currentText(), QStringLiteral("OK"));
+    e.cbo()->setCurrentIndex(e.cbo()->findText(QStringLiteral("TX")));
     QCOMPARE(e.text(row, 4), QStringLiteral("TX"));
     e.key(Qt::Key_Return);
-    QVERIFY(!e.cbo->isVisible());
+    QVERIFY(!e.cbo());
     e.click("cmdSave");
     QCOMPARE(TestDatabase::scalar("SELECT State FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("TX"));
 
     // A complete new zip code row, state from the list.
     e.type(e.newRow(), 2, QStringLiteral("73344"));
     e.key(Qt::Key_Tab);
-    QTest::keyClicks(e.txt, QStringLiteral("Austin"));
+    QTest::keyClicks(e.txt(), QStringLiteral("Austin"));
     e.key(Qt::Key_Tab);
-    QVERIFY(e.cbo->isVisible());
-    e.cbo->setCurrentIndex(e.cbo->findText(QStringLiteral("TX")));
+    QVERIFY(e.cbo());
+    e.cbo()->setCurrentIndex(e.cbo()->findText(QStringLiteral("TX")));
     e.click("cmdSave");
     QCOMPARE(TestDatabase::count("ZipCode", "ZipCode = '73344' AND City = 'Austin' AND State = 'TX'"), 1);
 
