@@ -117,5 +117,7 @@ void frmAuditLog::refill()
         }
     }
     m_grid->resizeColumnsToContents();
+    for (const int values : {5, 6}) // long rows stay readable; the tooltip holds the whole change
+        m_grid->setColumnWidth(values, qMin(m_grid->columnWidth(values), 320));
     m_count->setText(QStringLiteral("%1 changes").arg(entries.size()));
 }
