@@ -1,5 +1,6 @@
 #include "AuditLog.h"
 
+#include "Schema.h"
 #include "SqlText.h"
 #include "basRegistry.h"
 
@@ -69,16 +70,6 @@ int registerOnConnection(sqlite3 *db, const char **, const sqlite3_api_routines 
 QString quoted(QString text)
 {
     return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
-}
-
-bool exec(QSqlDatabase db, const QString &sql, QString *error)
-{
-    QSqlQuery q(db);
-    if (q.exec(sql))
-        return true;
-    if (error)
-        *error = q.lastError().text();
-    return false;
 }
 
 const char *const kTable = R"(CREATE TABLE AuditLog (
@@ -168,8 +159,8 @@ QString refusal(const QString &operation)
 
 bool StartAfresh(QSqlDatabase db, QString *error)
 {
-    return exec(db, QStringLiteral("DROP TRIGGER AuditLogRefusesDelete"), error) && exec(db, QStringLiteral("DELETE FROM AuditLog"), error)
-           && exec(db, refusal(QStringLiteral("DELETE")), error);
+    return Schema::Exec(db, QStringLiteral("DROP TRIGGER AuditLogRefusesDelete"), error) && Schema::Exec(db, QStringLiteral("DELETE FROM AuditLog"), error)
+           && Schema::Exec(db, refusal(QStringLiteral("DELETE")), error);
 }
 
 QStringList AuditedTables()
@@ -202,15 +193,15 @@ bool Install(QSqlDatabase db, QString *error)
     if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0)
         if (sqlite3 *raw = *static_cast<sqlite3 *const *>(handle.constData()))
             registerOnConnection(raw, nullptr, nullptr);
-    if (!exec(db, QString::fromLatin1(kTable), error)
-        || !exec(db, QStringLiteral("CREATE INDEX AuditLogByClient ON AuditLog (ClientID) WHERE ClientID IS NOT NULL"), error))
+    if (!Schema::Exec(db, QString::fromLatin1(kTable), error)
+        || !Schema::Exec(db, QStringLiteral("CREATE INDEX AuditLogByClient ON AuditLog (ClientID) WHERE ClientID IS NOT NULL"), error))
         return false;
     for (const char *operation : {"UPDATE", "DELETE"})
-        if (!exec(db, refusal(QLatin1String(operation)), error))
+        if (!Schema::Exec(db, refusal(QLatin1String(operation)), error))
             return false;
     for (const QString &table : AuditedTables())
         for (const QString &statement : triggersFor(db, table))
-            if (!exec(db, statement, error))
+            if (!Schema::Exec(db, statement, error))
                 return false;
     return true;
 }

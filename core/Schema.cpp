@@ -30,15 +30,6 @@ const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install,
 };
 
-bool exec(QSqlDatabase db, const QString &sql, QString *error)
-{
-    QSqlQuery q(db);
-    if (q.exec(sql))
-        return true;
-    if (error)
-        *error = q.lastError().text();
-    return false;
-}
 
 // A private read-only connection for looking at a file.
 class ReadOnlyConnection
@@ -155,6 +146,16 @@ QString describeMissing(const QString &item)
 
 } // namespace
 
+bool Exec(QSqlDatabase db, const QString &sql, QString *error)
+{
+    QSqlQuery q(db);
+    if (q.exec(sql))
+        return true;
+    if (error)
+        *error = q.lastError().text();
+    return false;
+}
+
 QStringList MissingSchemaItems(QSqlDatabase db, int version)
 {
     const QStringList present = schemaItems(db);
@@ -174,7 +175,7 @@ bool PrepareForWriting(QSqlDatabase db, QString *error)
             *error = QStringLiteral("The file cannot keep a write-ahead log (%1).").arg(q.lastError().text());
         return false;
     }
-    return exec(db, QStringLiteral("PRAGMA synchronous = FULL"), error) && exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error);
+    return Exec(db, QStringLiteral("PRAGMA synchronous = FULL"), error) && Exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error);
 }
 
 bool RunScript(QSqlDatabase db, const QString &script, QString *error)
@@ -190,7 +191,7 @@ bool RunScript(QSqlDatabase db, const QString &script, QString *error)
             s.chop(1);
         if (s.isEmpty())
             continue;
-        if (!exec(db, s, error))
+        if (!Exec(db, s, error))
             return false;
     }
     return true;
@@ -279,8 +280,8 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
     }
     const bool ok = RunScript(db, schema, error) && RunScript(db, data, error)
                     && (CurrentVersion == 1 || Upgrade(db, 1, error))
-                    && exec(db, QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId), error)
-                    && exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
+                    && Exec(db, QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId), error)
+                    && Exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
     if (!ok)
         return false;
     if (!transaction.commit()) {
@@ -315,8 +316,8 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error,
                 *error = db.lastError().text();
         } else {
             PrivateFiles::MakePrivate(building);
-            ok = exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error) && ApplyNewSchema(db, error)
-                 && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && exec(db, QStringLiteral("VACUUM"), error)))
+            ok = Exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error) && ApplyNewSchema(db, error)
+                 && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && Exec(db, QStringLiteral("VACUUM"), error)))
                  && PrepareForWriting(db, error);
             db.close();
         }
@@ -341,7 +342,7 @@ bool Upgrade(QSqlDatabase db, int fromVersion, QString *error)
             return false;
         }
     }
-    if (!exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error))
+    if (!Exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error))
         return false;
     return !transaction.active() || transaction.commit();
 }

@@ -62,5 +62,7 @@ QStringList CheckFile(const QString &path);
 
 // Runs the statements of a script, stopping at the first failure.
 bool RunScript(QSqlDatabase db, const QString &script, QString *error);
+// Runs one statement; on failure *error holds the database's reason.
+bool Exec(QSqlDatabase db, const QString &sql, QString *error);
 
 } // namespace Schema

@@ -1,3 +1,5 @@
+#include "CliRun.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QProcess>
@@ -7,26 +9,6 @@
 #include <QTest>
 
 namespace {
-
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Run cli(const QStringList &arguments)
-{
-    QProcess p;
-    p.start(QStringLiteral(TENDMARK_CLI), arguments);
-    Run r;
-    if (!p.waitForFinished(120000))
-        return r;
-    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = QString::fromUtf8(p.readAllStandardOutput());
-    r.err = QString::fromUtf8(p.readAllStandardError());
-    return r;
-}
 
 QByteArray hashOf(const QString &path)
 {
@@ -64,7 +46,7 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString fresh = dir.filePath("pantry.tmdb");
-        Run r = cli({"new", fresh});
+        CliRun r = cli({"new", fresh});
         QCOMPARE(r.exitCode, 0);
         QCOMPARE(count(fresh, "SELECT COUNT(*) FROM States"), 56);
         QCOMPARE(count(fresh, "SELECT COUNT(*) FROM Client"), 0);
@@ -93,7 +75,7 @@ private Q_SLOTS:
             f.write("beans, rice, flour\n");
         }
         const QByteArray before = hashOf(notes);
-        const Run r = cli({"check", notes});
+        const CliRun r = cli({"check", notes});
         QCOMPARE(r.exitCode, 1);
         QVERIFY(r.err.contains("not a TendMark database"));
         QCOMPARE(hashOf(notes), before);
@@ -103,7 +85,7 @@ private Q_SLOTS:
     void usageAndHelp()
     {
         QCOMPARE(cli({}).exitCode, 2);
-        Run r = cli({"--help"});
+        CliRun r = cli({"--help"});
         QCOMPARE(r.exitCode, 0);
         QVERIFY(r.out.contains("demo FILE --clients N"));
         for (const char *command : {"new", "demo", "check"}) {

@@ -1,5 +1,7 @@
 #include "AuditLog.h"
 
+#include "CliRun.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,26 +13,6 @@
 #include <sys/stat.h>
 
 namespace {
-
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Run cli(const QStringList &arguments)
-{
-    QProcess p;
-    p.start(QStringLiteral(TENDMARK_CLI), arguments);
-    Run r;
-    if (!p.waitForFinished(120000))
-        return r;
-    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = QString::fromUtf8(p.readAllStandardOutput());
-    r.err = QString::fromUtf8(p.readAllStandardError());
-    return r;
-}
 
 int modeOf(const QString &path)
 {
@@ -99,7 +81,7 @@ private Q_SLOTS:
         p.kill();
         QVERIFY(p.waitForFinished());
         QVERIFY(!QFileInfo::exists(db));
-        const Run again = cli({"demo", db, "--clients", "10"});
+        const CliRun again = cli({"demo", db, "--clients", "10"});
         QCOMPARE(again.exitCode, 0);
         QCOMPARE(files(dir.path()), QStringList{"demo.tmdb"});
     }
@@ -115,11 +97,11 @@ private Q_SLOTS:
         for (const char *suffix : {"", "-wal"})
             QVERIFY(QFile::copy(db + suffix, crashed + suffix));
         QVERIFY(QFileInfo(crashed + "-wal").size() > 0);
-        const Run check = cli({"check", crashed});
+        const CliRun check = cli({"check", crashed});
         QCOMPARE(check.exitCode, 0);
         QVERIFY(!QFileInfo::exists(crashed + "-wal"));
         QVERIFY(!QFileInfo::exists(crashed + "-shm"));
-        const Run audit = cli({"audit", crashed});
+        const CliRun audit = cli({"audit", crashed});
         QVERIFY(audit.out.contains("insert Client 1"));
         QVERIFY(audit.out.contains("\"LastName\":\"Saved\""));
     }
@@ -130,7 +112,7 @@ private Q_SLOTS:
         const QString db = dir.filePath("pantry.tmdb");
         QCOMPARE(cli({"new", db}).exitCode, 0);
         sql(db, {"DROP TABLE LabelDetails", "ALTER TABLE Volunteer RENAME COLUMN Comments TO Notes"});
-        const Run check = cli({"check", db});
+        const CliRun check = cli({"check", db});
         QCOMPARE(check.exitCode, 1);
         QVERIFY(check.err.contains("The table LabelDetails is missing."));
         QVERIFY(check.err.contains("The column Comments of the table Volunteer is missing."));
@@ -142,13 +124,13 @@ private Q_SLOTS:
         const QString db = dir.filePath("pantry.tmdb");
         QCOMPARE(cli({"new", db}).exitCode, 0);
         sql(db, {"INSERT INTO Client (ClientID, LastName, FirstName) VALUES (7, 'Ames', 'Ann')"});
-        const Run backup = cli({"backup", db});
+        const CliRun backup = cli({"backup", db});
         QCOMPARE(backup.exitCode, 0);
         const QString copy = backup.out.section(' ', 3).trimmed();
         QVERIFY2(QFileInfo::exists(copy), qPrintable(backup.out));
         sql(db, {"DELETE FROM Client"});
 
-        const Run audit = cli({"audit", db, "--client", "7"});
+        const CliRun audit = cli({"audit", db, "--client", "7"});
         QCOMPARE(audit.exitCode, 0);
         const QStringList lines = audit.out.split('\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 2);
