@@ -1,6 +1,9 @@
 #include "DatabaseSession.h"
 
+#include "Backups.h"
 #include "DemoDatabase.h"
+#include "FileHealth.h"
+#include "PrivateFiles.h"
 #include "Prompt.h"
 #include "Schema.h"
 #include "basDatabase.h"
@@ -8,18 +11,56 @@
 #include "basRegistry.h"
 #include "frmMessage.h"
 
+#include <QDir>
+#include <QEvent>
+#include <QFile>
 #include <QFileInfo>
+#include <QWidget>
 
 namespace {
 
 const QString kDatabaseFilter = QStringLiteral("Database Files (*.%1)").arg(QLatin1String(Schema::FileSuffix));
 constexpr int kRecentFilesKept = 6;
 
+QString shown(const QString &path) { return QDir::toNativeSeparators(path); }
+
+// Closes the shared connection; a file changed since it was opened is backed up first.
+void closeConnection()
+{
+    const bool changed = basDatabase::HasChangesSinceOpen();
+    const QString path = basDatabase::DatabasePath();
+    basDatabase::CloseConnection();
+    QString made;
+    QString error;
+    if (changed && !path.isEmpty() && !Backups::BackupNow(path, {}, &made, &error))
+        basErrorHandler::ReportError(QStringLiteral("DatabaseSession.close"), -2147467259, error);
+}
+
 } // namespace
 
 DatabaseSession::DatabaseSession(QWidget *frame, std::function<bool()> closeWindows)
     : QObject(frame), m_frame(frame), m_closeWindows(std::move(closeWindows))
 {
+    frame->installEventFilter(this);
+}
+
+bool DatabaseSession::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_frame && event->type() == QEvent::WindowActivate)
+        warnIfMovedOrDeleted();
+    return QObject::eventFilter(watched, event);
+}
+
+void DatabaseSession::warnIfMovedOrDeleted()
+{
+    if (m_path.isEmpty() || m_movedReported || !basDatabase::OpenFileWasMovedOrDeleted())
+        return;
+    m_movedReported = true;
+    Prompt::message(QStringLiteral("Database Moved"),
+                    QStringLiteral("%1 was moved, renamed or deleted while it was open. Changes you save now may be lost; "
+                                   "close the database and open the file where it is now.")
+                        .arg(shown(m_path)),
+                    Prompt::Icon::Exclamation, Prompt::Ok);
 }
 
 void DatabaseSession::startUp(const QString &fileToOpen)
@@ -53,6 +94,7 @@ QStringList DatabaseSession::recentFiles() const
 void DatabaseSession::setPath(const QString &path)
 {
     m_path = path;
+    m_movedReported = false;
     if (!path.isEmpty()) {
         QStringList recent = recentFiles();
         recent.removeAll(path);
@@ -69,11 +111,19 @@ bool DatabaseSession::open(const QString &path, bool reportFailure)
     if (!m_closeWindows())
         return false;
     const QString absolute = QFileInfo(path).absoluteFilePath();
+    closeConnection();
+    if (!examine(absolute, reportFailure)) {
+        if (!basDatabase::IsOpen())
+            setPath({});
+        return false;
+    }
     QString reason;
     const bool ok = basDatabase::OpenConnection(absolute, &reason);
     if (!ok)
         basDatabase::CloseConnection();
     setPath(ok ? absolute : QString());
+    if (ok)
+        backupOnOpen();
     if (!ok && reportFailure) {
         Prompt::message(QStringLiteral("Database Open Error"),
                         QStringLiteral("The selected database file may not be a valid TendMark database.\r\n"
@@ -84,14 +134,120 @@ bool DatabaseSession::open(const QString &path, bool reportFailure)
     return ok;
 }
 
+bool DatabaseSession::examine(const QString &path, bool reportFailure)
+{
+    const Schema::FileCheck check = Schema::ExamineForOpening(path);
+    if (check.state == Schema::FileState::Damaged || check.state == Schema::FileState::Incomplete) {
+        offerRescue(path, check.reason);
+        return false;
+    }
+    if (check.state != Schema::FileState::Ok)
+        return true; // opening fails and says why
+    if (check.notPrivate
+        && Prompt::message(QStringLiteral("Private File"),
+                           QStringLiteral("Other users of this computer can read %1, which holds your clients' personal "
+                                          "details.\r\nDo you want to make it readable by you only?")
+                               .arg(shown(path)),
+                           Prompt::Icon::Question, Prompt::Yes | Prompt::No)
+               == Prompt::Yes
+        && !PrivateFiles::MakePrivate(path) && reportFailure)
+        Prompt::message(QStringLiteral("Private File"), QStringLiteral("The permissions of %1 could not be changed.").arg(shown(path)),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+    return true;
+}
+
+void DatabaseSession::offerRescue(const QString &path, const QString &what)
+{
+    const QString latest = Backups::Latest(path);
+    QString text = QStringLiteral("%1 cannot be used as it is: %2\r\nTendMark will not change this file.\r\n\r\n").arg(shown(path), what);
+    Prompt::Buttons buttons = Prompt::No | Prompt::Cancel;
+    if (!latest.isEmpty()) {
+        text += QStringLiteral("Press Yes to open a copy of the latest backup (%1).\r\n").arg(QFileInfo(latest).lastModified().toString(
+            QStringLiteral("yyyy-MM-dd hh:mm")));
+        buttons |= Prompt::Yes;
+    }
+    text += QStringLiteral("Press No to copy what can still be read into a new file.");
+    const int answer = Prompt::message(QStringLiteral("Damaged Database"), text, Prompt::Icon::Critical, buttons);
+    if (answer == Prompt::Cancel)
+        return;
+    const QString target = Prompt::saveFileName(answer == Prompt::Yes ? QStringLiteral("Open Latest Backup") : QStringLiteral("Copy Readable Data"),
+                                                kDatabaseFilter, QLatin1String(Schema::FileSuffix),
+                                                QFileInfo(path).completeBaseName() + QStringLiteral(" (rescued).") + QLatin1String(Schema::FileSuffix),
+                                                QFileInfo(path).absolutePath());
+    if (target.isEmpty())
+        return;
+    if (QFileInfo(target).absoluteFilePath() == QFileInfo(path).absoluteFilePath() || QFileInfo::exists(target)) {
+        Prompt::message(QStringLiteral("Damaged Database"), QStringLiteral("Please choose a file that does not exist yet."),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        return;
+    }
+    QString error;
+    bool ok = false;
+    QString done;
+    if (answer == Prompt::Yes) {
+        ok = QFile::copy(latest, target) && PrivateFiles::MakePrivate(target);
+        if (!ok)
+            error = QStringLiteral("The backup could not be copied to %1.").arg(shown(target));
+    } else {
+        FileHealth::CopyReport report;
+        ok = FileHealth::CopyReadable(path, target, &report, &error);
+        done = QStringLiteral("%1 rows were copied to %2; %3 could not be read.").arg(report.rowsCopied).arg(shown(target)).arg(report.rowsLost);
+    }
+    if (!ok) {
+        Prompt::message(QStringLiteral("Damaged Database"), error, Prompt::Icon::Exclamation, Prompt::Ok);
+        return;
+    }
+    if (!done.isEmpty())
+        Prompt::message(QStringLiteral("Damaged Database"), done, Prompt::Icon::Information, Prompt::Ok);
+    open(target, true);
+}
+
+void DatabaseSession::backupOnOpen()
+{
+    QString made;
+    QString error;
+    if (!Backups::BackupOnOpen(m_path, &made, &error))
+        basErrorHandler::ReportError(QStringLiteral("DatabaseSession.open"), -2147467259, error);
+}
+
+void DatabaseSession::backupNow()
+{
+    if (!requireDatabase())
+        return;
+    QString made;
+    QString error;
+    if (Backups::BackupNow(basDatabase::DatabasePath(), {}, &made, &error))
+        Prompt::message(QStringLiteral("Backup Now"), QStringLiteral("A checked copy of the database was saved as %1.").arg(shown(made)),
+                        Prompt::Icon::Information, Prompt::Ok);
+    else
+        Prompt::message(QStringLiteral("Backup Now"), QStringLiteral("No backup was made.\r\n") + error, Prompt::Icon::Exclamation,
+                        Prompt::Ok);
+}
+
+bool DatabaseSession::restore(const QString &backup)
+{
+    const QString path = m_path;
+    if (path.isEmpty() || !close())
+        return false;
+    QString error;
+    const bool ok = Backups::Restore(backup, path, &error);
+    if (!ok)
+        Prompt::message(QStringLiteral("Restore From Backup"), QStringLiteral("The backup was not restored; the database is as it was.\r\n") + error,
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+    open(path, true);
+    return ok;
+}
+
 bool DatabaseSession::close()
 {
     if (!m_closeWindows())
         return false;
-    basDatabase::CloseConnection();
+    closeConnection();
     setPath({});
     return true;
 }
+
+void DatabaseSession::closeAtExit() { closeConnection(); }
 
 void DatabaseSession::createNew()
 {

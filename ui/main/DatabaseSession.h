@@ -23,6 +23,8 @@ public:
     // reportFailure: tell the user when the file does not open (else quiet).
     bool open(const QString &path, bool reportFailure);
     bool close();
+    // Closes the file when the program ends, keeping it as the one reopened next time.
+    void closeAtExit();
     void createNew();
     void openChosen();
     void openDemo();
@@ -32,6 +34,11 @@ public:
     void GetSettings();
     void SaveSettings();
 
+    // File, Backup Now...: a checked copy of the open file, and where it went.
+    void backupNow();
+    // Puts a backup in place of the open file (backing that up first) and reopens it.
+    bool restore(const QString &backup);
+
     // True when a database is open; otherwise says so and returns false.
     static bool requireDatabase();
 
@@ -39,10 +46,20 @@ Q_SIGNALS:
     // A file was opened (its path) or closed (empty).
     void pathChanged(const QString &path);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void setPath(const QString &path);
+    // Inspects the file before it is opened; false when it must not be opened as it is.
+    bool examine(const QString &path, bool reportFailure);
+    // A damaged or incomplete file: offers the latest backup or a copy of what can be read.
+    void offerRescue(const QString &path, const QString &what);
+    void backupOnOpen();
+    void warnIfMovedOrDeleted();
 
     QWidget *m_frame;
     std::function<bool()> m_closeWindows;
     QString m_path;
+    bool m_movedReported = false;
 };

@@ -4,7 +4,9 @@
 #include "DatabaseSession.h"
 #include "LookupTables.h"
 #include "WindowArrangement.h"
+#include "frmAuditLog.h"
 #include "frmMain.h"
+#include "frmRestoreBackup.h"
 
 #include <QAction>
 #include <QHash>
@@ -70,6 +72,12 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
          {Bar::Tool, "Open", "document-open", QStyle::SP_DialogOpenButton, "Open a database file"}},
         {"mnuFile", "mnuFileClose", "&Close", {}, [&s] { s.close(); }},
         {"mnuFile"},
+        {"mnuFile", "mnuFileBackupNow", "&Backup Now...", {}, [&s] { s.backupNow(); }},
+        {"mnuFile", "mnuFileRestore", "&Restore From Backup...", {}, [&s, &m] {
+             if (DatabaseSession::requireDatabase())
+                 (new frmRestoreBackup(s, &m))->open();
+         }},
+        {"mnuFile"},
         {"mnuFile", "mnuFileSave", "&Save", K::Save, on(&frmMain::mnuFileSave_Click),
          {Bar::Tool, "Save", "document-save", QStyle::SP_DialogSaveButton, "Save the current record"}},
         {"mnuFile", "mnuFileDelete", "&Delete", {}, on(&frmMain::mnuFileDelete_Click),
@@ -131,6 +139,16 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
         e.push_back({"mnuToolsTables", QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption), {},
                      [&m, i] { m.openLookupTable(i); }});
     }
+    e.push_back({"mnuTools", "mnuToolsAuditLog", "&Audit Log", {}, [&m] {
+                     if (!DatabaseSession::requireDatabase())
+                         return;
+                     auto *window = m.findChildWindow<frmAuditLog>();
+                     if (!window) {
+                         window = new frmAuditLog(&m);
+                         m.addChild(window);
+                     }
+                     m.activateChild(window);
+                 }});
     e.push_back({"mnuTools"});
     e.push_back({"mnuTools", "mnuToolsOptions", "&Options...", {}, on(&frmMain::mnuToolsOptions_Click)});
     e.push_back({"", "mnuWindow", "&Window"});

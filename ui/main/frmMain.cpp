@@ -488,6 +488,6 @@ void frmMain::closeEvent(QCloseEvent *event)
     }
     m_session->SaveSettings();
     saveWindowGeometry();
-    basDatabase::CloseConnection();
+    m_session->closeAtExit();
     event->accept();
 }

@@ -1,0 +1,188 @@
+#include "Backups.h"
+#include "Desk.h"
+#include "Schema.h"
+#include "basDatabase.h"
+#include "frmAuditLog.h"
+#include "frmRestoreBackup.h"
+
+#include <QApplication>
+#include <QCryptographicHash>
+#include <QFile>
+#include <QLineEdit>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTableWidget>
+#include <QTest>
+
+namespace {
+
+QByteArray hashOf(const QString &path)
+{
+    QFile f(path);
+    f.open(QIODevice::ReadOnly);
+    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+}
+
+int clientsNamed(const QString &lastName)
+{
+    return TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = ?"), {lastName});
+}
+
+// A database of 300 clients, opened once in the window (which backs it up) and closed again.
+QString pantryWithBackup(Desk &d, const QString &name)
+{
+    const QString path = d.db.folder() + QLatin1Char('/') + name;
+    QString error;
+    if (!Schema::CreateDatabase(path, false, &error) || !d.main.openDatabaseFile(path, true))
+        qFatal("%s", qPrintable(error));
+    basDatabase::Execute(QStringLiteral("BEGIN"));
+    for (int i = 0; i < 300; ++i)
+        TestDatabase::insert(QStringLiteral("Client"), {{"LastName", QStringLiteral("Row%1").arg(i)}, {"Comments", QString(300, 'c')}});
+    basDatabase::Execute(QStringLiteral("COMMIT"));
+    d.main.closeDatabase();
+    return path;
+}
+
+void scribble(const QString &path)
+{
+    QFile f(path);
+    f.open(QIODevice::ReadWrite);
+    for (qint64 page = f.size() / 4096 / 2; page * 4096 < f.size(); page += 8) {
+        f.seek(page * 4096);
+        f.write(QByteArray(64, '\xA5'));
+    }
+}
+
+void dropVolunteerTable(const QString &path)
+{
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("alter"));
+        db.setDatabaseName(path);
+        db.open();
+        QSqlQuery(db).exec(QStringLiteral("DROP TABLE Volunteer"));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("alter"));
+}
+
+} // namespace
+
+class tst_safetywindows : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void backupAuditAndRestoreBringBackADeletedClient()
+    {
+        Desk d;
+        const qint64 id = TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Keeper"}, {"FirstName", "Ann"}});
+        const int before = int(Backups::List(d.db.path()).size());
+        d.main.findChild<QAction *>(QStringLiteral("mnuFileBackupNow"))->trigger();
+        QCOMPARE(d.prompts.last().title, QStringLiteral("Backup Now"));
+        const QString made = Backups::Latest(d.db.path());
+        QVERIFY2(d.prompts.last().text.contains(QDir::toNativeSeparators(made)), qPrintable(d.prompts.last().text));
+        QCOMPARE(int(Backups::List(d.db.path()).size()), before + 1);
+
+        basDatabase::Execute(QStringLiteral("DELETE FROM Client WHERE ClientID = ?"), {id});
+        QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
+
+        auto *audit = d.open<frmAuditLog>("mnuToolsAuditLog");
+        QVERIFY(audit);
+        QLineEdit *client = audit->findChild<QLineEdit *>(QStringLiteral("txtClientID"));
+        client->setText(QString::number(id));
+        audit->refill();
+        const QTableWidget *grid = audit->grid();
+        QCOMPARE(grid->rowCount(), 2); // its insert and its delete, nobody else's
+        QCOMPARE(grid->item(1, 4)->text(), QStringLiteral("delete"));
+        QVERIFY(grid->item(1, 5)->text().contains(QStringLiteral("Keeper")));
+        QCOMPARE(grid->editTriggers(), QAbstractItemView::NoEditTriggers);
+        client->setText(QString::number(id + 1));
+        audit->refill();
+        QCOMPARE(grid->rowCount(), 0);
+
+        d.main.findChild<QAction *>(QStringLiteral("mnuFileRestore"))->trigger();
+        auto *restore = d.main.findChild<frmRestoreBackup *>();
+        QVERIFY(restore);
+        QCOMPARE(restore->grid()->rowCount(), before + 1);
+        QCOMPARE(restore->grid()->currentRow(), 0); // the newest first
+        d.prompts.answer(Prompt::No);
+        QVERIFY(!restore->restoreSelected());
+        QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
+        d.prompts.answer(Prompt::Yes);
+        QVERIFY(restore->restoreSelected());
+        QCOMPARE(d.main.databasePath(), d.db.path());
+        QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 1);
+        QVERIFY(Backups::List(d.db.path()).size() > before + 1); // the file as it was is kept too
+        QVERIFY(!d.main.findChildWindow<frmAuditLog>());
+    }
+
+    void damagedOrIncompleteFileIsLeftAloneAndRescued_data()
+    {
+        QTest::addColumn<bool>("damaged");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<int>("clientsAfter"); // -1: nothing opened
+        QTest::newRow("damaged, open the latest backup") << true << int(Prompt::Yes) << 300;
+        QTest::newRow("damaged, copy what can be read") << true << int(Prompt::No) << -2;
+        QTest::newRow("incomplete, cancel") << false << int(Prompt::Cancel) << -1;
+    }
+
+    void damagedOrIncompleteFileIsLeftAloneAndRescued()
+    {
+        QFETCH(bool, damaged);
+        QFETCH(int, answer);
+        QFETCH(int, clientsAfter);
+        Desk d;
+        const QString path = pantryWithBackup(d, QStringLiteral("pantry.tmdb"));
+        damaged ? scribble(path) : dropVolunteerTable(path);
+        const QByteArray before = hashOf(path);
+        const QString rescued = d.db.folder() + QStringLiteral("/rescued.tmdb");
+        d.prompts.clear();
+        d.prompts.answer(answer);
+        d.prompts.answerFile(rescued);
+
+        QVERIFY(!d.main.openDatabaseFile(path, true));
+        const Prompt::Message told = d.prompts.messages().value(0);
+        QCOMPARE(told.title, QStringLiteral("Damaged Database"));
+        QCOMPARE(told.icon, Prompt::Icon::Critical);
+        QCOMPARE(told.buttons, Prompt::Yes | Prompt::No | Prompt::Cancel);
+        QVERIFY2(told.text.contains(QStringLiteral("will not change this file")) && told.text.contains(QStringLiteral("latest backup")),
+                 qPrintable(told.text));
+        QCOMPARE(hashOf(path), before);
+        if (clientsAfter == -1) {
+            QVERIFY(d.main.databasePath().isEmpty());
+            QVERIFY(!QFile::exists(rescued));
+            return;
+        }
+        QCOMPARE(d.main.databasePath(), rescued);
+        const int clients = TestDatabase::count(QStringLiteral("Client"));
+        if (clientsAfter > 0)
+            QCOMPARE(clients, clientsAfter);
+        else
+            QVERIFY2(clients > 0 && clients < 300 && d.prompts.titles().count(QStringLiteral("Damaged Database")) == 2,
+                     qPrintable(d.prompts.titles().join('|')));
+    }
+
+    void sharedAndMovedFilesAreReported()
+    {
+        Desk d;
+        const QString path = pantryWithBackup(d, QStringLiteral("shared.tmdb"));
+        for (const int answer : {int(Prompt::No), int(Prompt::Yes)}) {
+            QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+            d.prompts.clear();
+            d.prompts.answer(answer);
+            QVERIFY(d.main.openDatabaseFile(path, true));
+            QCOMPARE(d.prompts.titles(), QStringList{"Private File"});
+            QCOMPARE(bool(QFile::permissions(path) & QFile::ReadOther), answer == Prompt::No);
+        }
+
+        QVERIFY(QFile::rename(path, path + QStringLiteral(".moved")));
+        d.prompts.clear();
+        for (int i = 0; i < 2; ++i) {
+            QEvent activate(QEvent::WindowActivate);
+            QApplication::sendEvent(&d.main, &activate);
+        }
+        QCOMPARE(d.prompts.titles(), QStringList{"Database Moved"}); // once, not at every activation
+    }
+};
+
+QTEST_MAIN(tst_safetywindows)
+#include "tst_safetywindows.moc"

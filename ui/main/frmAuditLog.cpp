@@ -1,0 +1,123 @@
+#include "frmAuditLog.h"
+
+#include "AuditLog.h"
+#include "Prompt.h"
+#include "basDatabase.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QIntValidator>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+template<typename T>
+T *named(T *widget, const char *name)
+{
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
+} // namespace
+
+frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
+    : MdiChild(workspace, parent),
+      m_client(named(new QLineEdit, "txtClientID")),
+      m_table(named(new QComboBox, "cboTable")),
+      m_user(named(new QLineEdit, "txtUser")),
+      m_useSince(named(new QCheckBox(QStringLiteral("Since")), "chkSince")),
+      m_since(named(new QDateEdit(QDate::currentDate().addMonths(-1)), "dtpSince")),
+      m_grid(named(new QTableWidget, "grdAuditLog")),
+      m_count(named(new QLabel, "lblCount"))
+{
+    setObjectName(QStringLiteral("frmAuditLog"));
+    setWindowTitle(QStringLiteral("Audit Log"));
+    m_client->setValidator(new QIntValidator(1, 2147483647, m_client));
+    m_client->setPlaceholderText(QStringLiteral("every client"));
+    m_user->setPlaceholderText(QStringLiteral("every user"));
+    m_table->addItem(QStringLiteral("(All)"));
+    m_table->addItems(AuditLog::AuditedTables());
+    m_since->setCalendarPopup(true);
+    m_since->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    m_since->setEnabled(false);
+
+    auto *filters = new QHBoxLayout;
+    const auto add = [filters](const QString &caption, QWidget *w) {
+        if (!caption.isEmpty())
+            filters->addWidget(new QLabel(caption));
+        filters->addWidget(w);
+    };
+    add(QStringLiteral("Client ID:"), m_client);
+    add(QStringLiteral("Table:"), m_table);
+    add(QStringLiteral("User:"), m_user);
+    add({}, m_useSince);
+    add({}, m_since);
+    auto *refresh = named(new QPushButton(QStringLiteral("&Refresh")), "cmdRefresh");
+    filters->addWidget(refresh);
+    filters->addStretch();
+
+    const QStringList headers = {QStringLiteral("Time"), QStringLiteral("User"), QStringLiteral("Table"), QStringLiteral("Key"),
+                                 QStringLiteral("Change"), QStringLiteral("Old Values"), QStringLiteral("New Values")};
+    m_grid->setColumnCount(int(headers.size()));
+    m_grid->setHorizontalHeaderLabels(headers);
+    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_grid->verticalHeader()->hide();
+    m_grid->horizontalHeader()->setStretchLastSection(true);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(filters);
+    layout->addWidget(m_grid);
+    layout->addWidget(m_count);
+    resize(900, 420);
+
+    connect(refresh, &QPushButton::clicked, this, &frmAuditLog::refill);
+    connect(m_client, &QLineEdit::editingFinished, this, &frmAuditLog::refill);
+    connect(m_user, &QLineEdit::editingFinished, this, &frmAuditLog::refill);
+    connect(m_table, &QComboBox::currentIndexChanged, this, &frmAuditLog::refill);
+    connect(m_useSince, &QCheckBox::toggled, this, [this](bool on) {
+        m_since->setEnabled(on);
+        refill();
+    });
+    connect(m_since, &QDateEdit::dateChanged, this, &frmAuditLog::refill);
+    refill();
+}
+
+void frmAuditLog::refill()
+{
+    AuditLog::Filter filter;
+    filter.clientId = m_client->text().toLongLong();
+    filter.table = m_table->currentIndex() > 0 ? m_table->currentText() : QString();
+    filter.user = m_user->text().trimmed();
+    if (m_useSince->isChecked())
+        filter.since = m_since->date();
+    QList<AuditLog::Entry> entries;
+    QString error;
+    if (!AuditLog::Read(basDatabase::Connection(), filter, &entries, &error)) {
+        Prompt::message(QStringLiteral("Audit Log"), QStringLiteral("The audit log could not be read.\r\n") + error,
+                        Prompt::Icon::Exclamation, Prompt::Ok);
+        return;
+    }
+    m_grid->setRowCount(int(entries.size()));
+    for (int row = 0; row < int(entries.size()); ++row) {
+        const AuditLog::Entry &e = entries[row];
+        const QStringList cells = {e.time, e.user, e.table, QString::number(e.key), e.operation, e.oldValues, e.newValues};
+        for (int column = 0; column < int(cells.size()); ++column) {
+            auto *item = new QTableWidgetItem(cells[column]);
+            item->setToolTip(AuditLog::Describe(e));
+            m_grid->setItem(row, column, item);
+        }
+    }
+    m_grid->resizeColumnsToContents();
+    for (const int values : {5, 6}) // long rows stay readable; the tooltip holds the whole change
+        m_grid->setColumnWidth(values, qMin(m_grid->columnWidth(values), 320));
+    m_count->setText(QStringLiteral("%1 changes").arg(entries.size()));
+}
