@@ -10,7 +10,7 @@
 class LoggedPrompts : public Prompt::Handler
 {
 public:
-    explicit LoggedPrompts(const QString &path) : m_path(path) {}
+    explicit LoggedPrompts(const QString &path) : m_path(path) { }
 
     int message(const Prompt::Message &m) override;
     QString fileName(const Prompt::FileRequest &r) override;

@@ -25,18 +25,17 @@ QTextStream &err()
     return s;
 }
 
-const char *const kUsage =
-    "Usage: tendmark-cli COMMAND [options]\n"
-    "\n"
-    "Commands:\n"
-    "  new FILE                          create a database with the standard contents\n"
-    "  demo FILE --clients N [--seed S]  create a database filled with made-up households\n"
-    "  check FILE                        check a database's integrity, references and version\n"
-    "  backup FILE [DIR]                 write a checked copy of a database (default: its backups folder)\n"
-    "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
-    "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
-    "\n"
-    "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
+const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
+                           "\n"
+                           "Commands:\n"
+                           "  new FILE                          create a database with the standard contents\n"
+                           "  demo FILE --clients N [--seed S]  create a database filled with made-up households\n"
+                           "  check FILE                        check a database's integrity, references and version\n"
+                           "  backup FILE [DIR]                 write a checked copy of a database (default: its backups folder)\n"
+                           "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
+                           "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
+                           "\n"
+                           "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
 int commandNew(const QStringList &args)
 {
@@ -65,7 +64,8 @@ int commandDemo(const QStringList &args)
     QCommandLineParser p;
     p.setApplicationDescription(QStringLiteral("Creates a TendMark database filled with made-up, repeatable demo data."));
     p.addHelpOption();
-    p.addOption({QStringLiteral("clients"), QStringLiteral("How many households (default 500)."), QStringLiteral("N"), QStringLiteral("500")});
+    p.addOption(
+        {QStringLiteral("clients"), QStringLiteral("How many households (default 500)."), QStringLiteral("N"), QStringLiteral("500")});
     p.addOption({QStringLiteral("seed"), QStringLiteral("Seed of the data (default 1): the same seed gives the same data."),
                  QStringLiteral("S"), QStringLiteral("1")});
     p.addOption({QStringLiteral("force"), QStringLiteral("Replace FILE when it exists.")});
@@ -122,7 +122,7 @@ int commandCheck(const QStringList &args)
     return 1;
 }
 
-} // namespace
+}   // namespace
 
 int main(int argc, char *argv[])
 {

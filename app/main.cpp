@@ -39,8 +39,8 @@ int Main(QApplication &app)
 
     SingleInstance instance(QStringLiteral("TendMark-") + basRegistry::GetUserName());
     if (instance.anotherIsRunning(files)) {
-        Prompt::message(QStringLiteral("TendMark"), QStringLiteral("An instance of TendMark is already open."),
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(QStringLiteral("TendMark"), QStringLiteral("An instance of TendMark is already open."), Prompt::Icon::Exclamation,
+                        Prompt::Ok);
         return 0;
     }
     instance.listen();
@@ -62,7 +62,7 @@ int Main(QApplication &app)
     return result;
 }
 
-} // namespace
+}   // namespace
 
 int main(int argc, char *argv[])
 {

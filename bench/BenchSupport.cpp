@@ -69,4 +69,4 @@ double PeakRssMb()
     return -1;
 }
 
-} // namespace Bench
+}   // namespace Bench

@@ -16,4 +16,4 @@ double MedianMs(int runs, const std::function<void()> &body);
 void Print(const char *name, double value, const char *unit);
 double PeakRssMb();
 
-} // namespace Bench
+}   // namespace Bench

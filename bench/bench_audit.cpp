@@ -33,15 +33,15 @@ double medianSaveMs(const QString &path, Triggers triggers)
         basDatabase::Execute(QStringLiteral("UPDATE Client SET Address = ?, City = ?, HomePhone = ?, Comments = ? WHERE ClientID = 1"),
                              {QStringLiteral("%1 Main St").arg(n), QStringLiteral("Dayton"), QStringLiteral("555-%1").arg(n),
                               QStringLiteral("visit %1").arg(n)});
-        basDatabase::Execute(QStringLiteral("INSERT INTO FoodService (ClientID, FoodServiceDate, NumberOfBags) VALUES (1, '2026-11-23', ?)"),
-                             {n % 5});
+        basDatabase::Execute(
+            QStringLiteral("INSERT INTO FoodService (ClientID, FoodServiceDate, NumberOfBags) VALUES (1, '2026-11-23', ?)"), {n % 5});
         t.commit();
     });
     basDatabase::CloseConnection();
     return ms;
 }
 
-} // namespace
+}   // namespace
 
 int main(int argc, char *argv[])
 {

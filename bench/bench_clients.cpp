@@ -15,8 +15,7 @@
 
 namespace {
 
-template<typename F>
-double timeMs(F &&body)
+template<typename F> double timeMs(F &&body)
 {
     QElapsedTimer timer;
     timer.start();
@@ -24,7 +23,7 @@ double timeMs(F &&body)
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
-} // namespace
+}   // namespace
 
 int main(int argc, char **argv)
 {
@@ -43,17 +42,17 @@ int main(int argc, char **argv)
 
     frmClientGrid *list = nullptr;
     Bench::Print("client_list_open", timeMs([&] {
-               main.findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
-               list = main.findChildWindow<frmClientGrid>();
-               list->grab();   // the first screen, painted
-           }),
-           "ms");
+                     main.findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
+                     list = main.findChildWindow<frmClientGrid>();
+                     list->grab();   // the first screen, painted
+                 }),
+                 "ms");
     auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
     Bench::Print("client_list_scroll_end", timeMs([&] {
-               grid->scrollToBottom();
-               grid->viewport()->grab();
-           }),
-           "ms");
+                     grid->scrollToBottom();
+                     grid->viewport()->grab();
+                 }),
+                 "ms");
     double worstStep = 0;
     for (int i = 0; i < 40; ++i) {
         const int value = grid->verticalScrollBar()->maximum() * i / 40;
@@ -77,10 +76,10 @@ int main(int argc, char **argv)
         });
     Bench::Print("details_move_next", total / kMoves, "ms");
     Bench::Print("details_move_last", timeMs([&] {
-               last->click();
-               details->grab();
-           }),
-           "ms");
+                     last->click();
+                     details->grab();
+                 }),
+                 "ms");
     Bench::Print("peak_rss", Bench::PeakRssMb(), "MB");
     main.mdiArea()->closeAllSubWindows();
     basDatabase::CloseConnection();

@@ -20,18 +20,32 @@ int main(int argc, char *argv[])
     if (built >= 0)
         Bench::Print("demo_generate", built, "s");
 
-    Bench::Print("open_database", Bench::MedianMs(5, [&] {
-        basDatabase::CloseConnection();
-        if (!basDatabase::OpenConnection(path))
-            qFatal("cannot open %s", qPrintable(path));
-    }), "ms");
+    Bench::Print("open_database",
+                 Bench::MedianMs(5,
+                                 [&] {
+                                     basDatabase::CloseConnection();
+                                     if (!basDatabase::OpenConnection(path))
+                                         qFatal("cannot open %s", qPrintable(path));
+                                 }),
+                 "ms");
 
     Recordset rs;
-    Bench::Print("recordset_open_clients_by_name", Bench::MedianMs(5, [&] {
-        rs.open(QStringLiteral("Client"), QStringLiteral("ClientID"), QStringLiteral("SELECT * FROM Client ORDER BY LastName"));
-    }), "ms");
+    Bench::Print("recordset_open_clients_by_name",
+                 Bench::MedianMs(5,
+                                 [&] {
+                                     rs.open(QStringLiteral("Client"), QStringLiteral("ClientID"),
+                                             QStringLiteral("SELECT * FROM Client ORDER BY LastName"));
+                                 }),
+                 "ms");
     Bench::Print("recordset_count", rs.recordCount(), "rows");
-    Bench::Print("recordset_move_last", Bench::MedianMs(21, [&] { rs.moveFirst(); rs.moveLast(); }) / 2, "ms");
+    Bench::Print("recordset_move_last",
+                 Bench::MedianMs(21,
+                                 [&] {
+                                     rs.moveFirst();
+                                     rs.moveLast();
+                                 })
+                     / 2,
+                 "ms");
     rs.moveFirst();
     Bench::Print("recordset_move_next", Bench::MedianMs(101, [&] { rs.moveNext(); }), "ms");
     QRandomGenerator random(7);

@@ -14,7 +14,7 @@ double searchMs(const QString &field, const QString &text)
     return Bench::MedianMs(15, [&] { SearchQueries::run(SearchQueries::client(field, text)); });
 }
 
-} // namespace
+}   // namespace
 
 int main(int argc, char *argv[])
 {

@@ -46,9 +46,9 @@ void changesFunction(sqlite3_context *context, int argc, sqlite3_value **argv)
         sqlite3_value *before = argv[i + 1];
         sqlite3_value *after = argv[i + 2];
         const bool same = sqlite3_value_type(before) == sqlite3_value_type(after)
-                          && (sqlite3_value_type(before) == SQLITE_NULL
-                              || (sqlite3_value_bytes(before) == sqlite3_value_bytes(after)
-                                  && std::memcmp(sqlite3_value_blob(before), sqlite3_value_blob(after), size_t(sqlite3_value_bytes(before))) == 0));
+            && (sqlite3_value_type(before) == SQLITE_NULL
+                || (sqlite3_value_bytes(before) == sqlite3_value_bytes(after)
+                    && std::memcmp(sqlite3_value_blob(before), sqlite3_value_blob(after), size_t(sqlite3_value_bytes(before))) == 0));
         if (!same)
             changed.insert(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(argv[i]))),
                            jsonOf(side == 0 ? before : after));
@@ -59,10 +59,8 @@ void changesFunction(sqlite3_context *context, int argc, sqlite3_value **argv)
 
 int registerOnConnection(sqlite3 *db, const char **, const sqlite3_api_routines *)
 {
-    sqlite3_create_function(db, "tendmark_os_user", 0, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, userFunction, nullptr,
-                            nullptr);
-    sqlite3_create_function(db, "tendmark_changes", -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, changesFunction, nullptr,
-                            nullptr);
+    sqlite3_create_function(db, "tendmark_os_user", 0, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, userFunction, nullptr, nullptr);
+    sqlite3_create_function(db, "tendmark_changes", -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, changesFunction, nullptr, nullptr);
     return SQLITE_OK;
 }
 
@@ -97,7 +95,7 @@ QString valuesObject(const QStringList &columns, const QString &row, bool change
     for (const QString &c : columns)
         triples << QStringLiteral("%1, OLD.%2, NEW.%2").arg(quoted(c), SqlText::id(c));
     return QStringLiteral("tendmark_changes(%1, ").arg(row == QLatin1String("OLD") ? 0 : 1) + triples.join(QStringLiteral(", "))
-           + QLatin1Char(')');
+        + QLatin1Char(')');
 }
 
 QStringList triggersFor(QSqlDatabase db, const QString &table)
@@ -134,16 +132,16 @@ QStringList triggersFor(QSqlDatabase db, const QString &table)
     QStringList statements;
     for (const Kind &k : kinds) {
         const QString row = QLatin1String(k.row);
-        const QString name = QStringLiteral("Audit%1%2").arg(table, QString::fromLatin1(k.operation).toUpper().left(1)
-                                                                        + QString::fromLatin1(k.operation).mid(1));
+        const QString name = QStringLiteral("Audit%1%2")
+                                 .arg(table, QString::fromLatin1(k.operation).toUpper().left(1) + QString::fromLatin1(k.operation).mid(1));
         statements << QStringLiteral("CREATE TRIGGER %1 AFTER %2 ON %3 FOR EACH ROW%4 BEGIN "
                                      "INSERT INTO AuditLog (ChangedAt, UserName, TableName, RecordKey, ClientID, Operation, "
                                      "OldValues, NewValues) VALUES (strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime'), "
                                      "tendmark_os_user(), %5, %6, %7, '%8', %9, %10); END")
-                          .arg(SqlText::id(name), QString::fromLatin1(k.operation).toUpper(), SqlText::id(table), k.when,
-                               quoted(table), key.isEmpty() ? QStringLiteral("NULL") : row + QLatin1Char('.') + SqlText::id(key),
-                               hasClient ? row + QStringLiteral(".ClientID") : QStringLiteral("NULL"),
-                               QLatin1String(k.operation), k.oldValues, k.newValues);
+                          .arg(SqlText::id(name), QString::fromLatin1(k.operation).toUpper(), SqlText::id(table), k.when, quoted(table),
+                               key.isEmpty() ? QStringLiteral("NULL") : row + QLatin1Char('.') + SqlText::id(key),
+                               hasClient ? row + QStringLiteral(".ClientID") : QStringLiteral("NULL"), QLatin1String(k.operation),
+                               k.oldValues, k.newValues);
     }
     return statements;
 }
@@ -155,26 +153,43 @@ QString refusal(const QString &operation)
         .arg(operation.left(1) + operation.mid(1).toLower(), operation);
 }
 
-} // namespace
+}   // namespace
 
 bool StartAfresh(QSqlDatabase db, QString *error)
 {
-    return Schema::Exec(db, QStringLiteral("DROP TRIGGER AuditLogRefusesDelete"), error) && Schema::Exec(db, QStringLiteral("DELETE FROM AuditLog"), error)
-           && Schema::Exec(db, refusal(QStringLiteral("DELETE")), error);
+    return Schema::Exec(db, QStringLiteral("DROP TRIGGER AuditLogRefusesDelete"), error)
+        && Schema::Exec(db, QStringLiteral("DELETE FROM AuditLog"), error) && Schema::Exec(db, refusal(QStringLiteral("DELETE")), error);
 }
 
 QStringList AuditedTables()
 {
-    return {QStringLiteral("Client"),           QStringLiteral("Family"),        QStringLiteral("FoodService"),
-            QStringLiteral("Payments"),         QStringLiteral("Income"),        QStringLiteral("Expenses"),
-            QStringLiteral("Volunteer"),        QStringLiteral("States"),        QStringLiteral("Gender"),
-            QStringLiteral("ZipCode"),          QStringLiteral("EducationLevel"), QStringLiteral("EthnicOrigin"),
-            QStringLiteral("ExpenseCategories"), QStringLiteral("FoodServiceTypes"), QStringLiteral("Housing"),
-            QStringLiteral("IncomeSources"),    QStringLiteral("MaritalStatus"), QStringLiteral("OtherAssistance"),
-            QStringLiteral("PaymentTypes"),     QStringLiteral("Relationships"), QStringLiteral("ReligiousPreference")};
+    return {QStringLiteral("Client"),
+            QStringLiteral("Family"),
+            QStringLiteral("FoodService"),
+            QStringLiteral("Payments"),
+            QStringLiteral("Income"),
+            QStringLiteral("Expenses"),
+            QStringLiteral("Volunteer"),
+            QStringLiteral("States"),
+            QStringLiteral("Gender"),
+            QStringLiteral("ZipCode"),
+            QStringLiteral("EducationLevel"),
+            QStringLiteral("EthnicOrigin"),
+            QStringLiteral("ExpenseCategories"),
+            QStringLiteral("FoodServiceTypes"),
+            QStringLiteral("Housing"),
+            QStringLiteral("IncomeSources"),
+            QStringLiteral("MaritalStatus"),
+            QStringLiteral("OtherAssistance"),
+            QStringLiteral("PaymentTypes"),
+            QStringLiteral("Relationships"),
+            QStringLiteral("ReligiousPreference")};
 }
 
-QString OperatingSystemUser() { return basRegistry::GetUserName(); }
+QString OperatingSystemUser()
+{
+    return basRegistry::GetUserName();
+}
 
 void RegisterUserFunction()
 {
@@ -258,4 +273,4 @@ QString Describe(const Entry &e)
     return line;
 }
 
-} // namespace AuditLog
+}   // namespace AuditLog

@@ -34,17 +34,17 @@ struct Entry
     QString user;
     QString table;
     qlonglong key = 0;
-    QString operation; // insert, update or delete
+    QString operation;   // insert, update or delete
     QString oldValues;
     QString newValues;
 };
 
 struct Filter
 {
-    qlonglong clientId = 0; // 0: every client
-    QDate since;            // invalid: from the start
-    QString table;          // empty: every table
-    QString user;           // empty: every user
+    qlonglong clientId = 0;   // 0: every client
+    QDate since;   // invalid: from the start
+    QString table;   // empty: every table
+    QString user;   // empty: every user
 };
 
 // The entries matching the filter, oldest first. Returns false with *error set.
@@ -52,4 +52,4 @@ bool Read(QSqlDatabase db, const Filter &filter, QList<Entry> *entries, QString 
 // One line of text: time, user, operation, table and key, then the values.
 QString Describe(const Entry &entry);
 
-} // namespace AuditLog
+}   // namespace AuditLog

@@ -20,12 +20,14 @@ namespace {
 
 const QString kStamp = QStringLiteral("yyyyMMdd-HHmmss-zzz");
 
-QString prefix(const QString &database) { return QFileInfo(database).completeBaseName() + QLatin1Char('-'); }
+QString prefix(const QString &database)
+{
+    return QFileInfo(database).completeBaseName() + QLatin1Char('-');
+}
 
 // Runs body on a private connection to path: to a copy, read-only and immutable;
 // to the database, read-write, so that closing it leaves no -wal or -shm behind.
-template<typename F>
-bool withConnection(const QString &path, bool immutable, F &&body)
+template<typename F> bool withConnection(const QString &path, bool immutable, F &&body)
 {
     const QString name = QStringLiteral("tendmark-backup-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     bool ok = false;
@@ -52,7 +54,7 @@ QDateTime takenFrom(const QString &fileName, const QString &database)
     return QDateTime::fromString(stamp, kStamp);
 }
 
-} // namespace
+}   // namespace
 
 QString Folder(const QString &database)
 {
@@ -95,7 +97,7 @@ QList<Info> List(const QString &database, const QString &folder)
     QList<Info> list;
     const QString pattern = prefix(database) + QStringLiteral("*.") + QLatin1String(Schema::FileSuffix);
     for (const QFileInfo &f : dir.entryInfoList({pattern}, QDir::Files, QDir::Name | QDir::Reversed)) {
-        Info info{f.absoluteFilePath(), takenFrom(f.fileName(), database), f.size(), -1};
+        Info info {f.absoluteFilePath(), takenFrom(f.fileName(), database), f.size(), -1};
         if (!info.taken.isValid())
             continue;
         withConnection(info.path, true, [&](QSqlDatabase db) {
@@ -126,7 +128,8 @@ bool BackupNow(const QString &database, const QString &folderIn, QString *made, 
     if (!FileHealth::FinishInterruptedSave(database, &recovered, error))
         return false;
     const QDateTime now = QDateTime::currentDateTime();
-    const QString target = QDir(folder).filePath(prefix(database) + now.toString(kStamp) + QLatin1Char('.') + QLatin1String(Schema::FileSuffix));
+    const QString target
+        = QDir(folder).filePath(prefix(database) + now.toString(kStamp) + QLatin1Char('.') + QLatin1String(Schema::FileSuffix));
     const QString building = target + QStringLiteral(".part");
     QFile::remove(building);
     QString sqlError;
@@ -201,4 +204,4 @@ bool Restore(const QString &backup, const QString &database, QString *error)
     return true;
 }
 
-} // namespace Backups
+}   // namespace Backups

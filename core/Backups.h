@@ -16,7 +16,7 @@ struct Info
     QString path;
     QDateTime taken;
     qint64 size = 0;
-    int clients = -1; // -1 when the copy cannot be read
+    int clients = -1;   // -1 when the copy cannot be read
 };
 
 QString Folder(const QString &database);
@@ -40,4 +40,4 @@ QList<QDateTime> ToDelete(QList<QDateTime> taken, const QDateTime &now, int keep
 // not be open in the program.
 bool Restore(const QString &backup, const QString &database, QString *error);
 
-} // namespace Backups
+}   // namespace Backups

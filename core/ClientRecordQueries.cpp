@@ -28,28 +28,29 @@ QString columns(Kind kind, Form form)
     const bool full = form == Form::Full;
     switch (kind) {
     case Kind::FamilyMember:
-        return QStringLiteral("Family.FamilyMemberID, Relationships.RelationshipDescription, ") + SqlText::fullName(QStringLiteral("Family"))
-               + QStringLiteral(" AS FullName, ") + SqlText::yearsSince(QStringLiteral("Family.BirthDate")) + QStringLiteral(" AS Age")
-               + (full ? QStringLiteral(", Family.Gender, ") + SqlText::ssn(QStringLiteral("Family.SocialSecurityNumber"))
-                             + QStringLiteral(" AS SocialSecurityNumber")
-                       : QString());
+        return QStringLiteral("Family.FamilyMemberID, Relationships.RelationshipDescription, ")
+            + SqlText::fullName(QStringLiteral("Family")) + QStringLiteral(" AS FullName, ")
+            + SqlText::yearsSince(QStringLiteral("Family.BirthDate")) + QStringLiteral(" AS Age")
+            + (full ? QStringLiteral(", Family.Gender, ") + SqlText::ssn(QStringLiteral("Family.SocialSecurityNumber"))
+                       + QStringLiteral(" AS SocialSecurityNumber")
+                    : QString());
     case Kind::FoodService:
         return QStringLiteral("FoodService.FoodServiceID, ") + SqlText::date(QStringLiteral("FoodService.FoodServiceDate"))
-               + QStringLiteral(" AS FoodServiceDate, FoodServiceTypes.FoodServiceTypeDescription, FoodService.NumberOfBags")
-               + (full ? QStringLiteral(", FoodService.Comments") : QString());
+            + QStringLiteral(" AS FoodServiceDate, FoodServiceTypes.FoodServiceTypeDescription, FoodService.NumberOfBags")
+            + (full ? QStringLiteral(", FoodService.Comments") : QString());
     case Kind::Payment:
         return QStringLiteral("Payments.PaymentID, ") + SqlText::date(QStringLiteral("Payments.PaymentDate"))
-               + QStringLiteral(" AS PaymentDate, PaymentTypes.PaymentTypeDescription, ") + SqlText::currency(QStringLiteral("Payments.AmountPaid"))
-               + QStringLiteral(" AS AmountPaid")
-               + (full ? QStringLiteral(", ") + SqlText::currency(QStringLiteral("Payments.AmountRequested"))
-                             + QStringLiteral(" AS AmountRequested, Payments.Comments")
-                       : QString());
+            + QStringLiteral(" AS PaymentDate, PaymentTypes.PaymentTypeDescription, ")
+            + SqlText::currency(QStringLiteral("Payments.AmountPaid")) + QStringLiteral(" AS AmountPaid")
+            + (full ? QStringLiteral(", ") + SqlText::currency(QStringLiteral("Payments.AmountRequested"))
+                       + QStringLiteral(" AS AmountRequested, Payments.Comments")
+                    : QString());
     case Kind::Income:
-        return QStringLiteral("Income.IncomeItemID, IncomeSources.IncomeSourceDescription, ") + SqlText::currency(QStringLiteral("Income.Amount"))
-               + QStringLiteral(" AS Amount");
+        return QStringLiteral("Income.IncomeItemID, IncomeSources.IncomeSourceDescription, ")
+            + SqlText::currency(QStringLiteral("Income.Amount")) + QStringLiteral(" AS Amount");
     case Kind::Expenses:
         return QStringLiteral("Expenses.ExpenseItemID, ExpenseCategories.ExpenseCategoryDescription, ")
-               + SqlText::currency(QStringLiteral("Expenses.Amount")) + QStringLiteral(" AS Amount");
+            + SqlText::currency(QStringLiteral("Expenses.Amount")) + QStringLiteral(" AS Amount");
     }
     return {};
 }
@@ -62,8 +63,9 @@ QString rest(Kind kind)
         return QStringLiteral("FROM Family LEFT JOIN Relationships ON Family.RelationshipID=Relationships.RelationshipID "
                               "WHERE Family.ClientID = ? ORDER BY Family.FamilyMemberID");
     case Kind::FoodService:
-        return QStringLiteral("FROM FoodService LEFT JOIN FoodServiceTypes ON FoodService.FoodServiceTypeID=FoodServiceTypes.FoodServiceTypeID "
-                              "WHERE FoodService.ClientID = ? ORDER BY FoodService.FoodServiceDate, FoodService.FoodServiceID");
+        return QStringLiteral(
+            "FROM FoodService LEFT JOIN FoodServiceTypes ON FoodService.FoodServiceTypeID=FoodServiceTypes.FoodServiceTypeID "
+            "WHERE FoodService.ClientID = ? ORDER BY FoodService.FoodServiceDate, FoodService.FoodServiceID");
     case Kind::Payment:
         // The payments name their type in PaymentsTypeID.
         return QStringLiteral("FROM Payments LEFT JOIN PaymentTypes ON Payments.PaymentsTypeID=PaymentTypes.PaymentTypeID "
@@ -78,11 +80,11 @@ QString rest(Kind kind)
     return {};
 }
 
-} // namespace
+}   // namespace
 
 Query rowsOf(Kind kind, qint64 clientId, Form form)
 {
     return {QStringLiteral("SELECT ") + columns(kind, form) + QLatin1Char(' ') + rest(kind), {clientId}, {}};
 }
 
-} // namespace ClientRecordQueries
+}   // namespace ClientRecordQueries

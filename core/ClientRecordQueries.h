@@ -23,4 +23,4 @@ Source source(Kind kind);
 // The rows of one client; the first column is the row's key.
 Query rowsOf(Kind kind, qint64 clientId, Form form = Form::Full);
 
-} // namespace ClientRecordQueries
+}   // namespace ClientRecordQueries

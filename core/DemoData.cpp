@@ -20,9 +20,9 @@ bool Generator::loadLookup(const char *table, const char *column, Lookup *lookup
     }
     QSqlQuery query(m_db);
     query.setForwardOnly(true);
-    const QString sql = QStringLiteral("SELECT %1, %2 FROM %3 ORDER BY %1")
-                            .arg(SqlText::id(QLatin1String(t->keyColumn)), SqlText::id(QLatin1String(t->descriptionColumn)),
-                                 SqlText::id(t->name()));
+    const QString sql
+        = QStringLiteral("SELECT %1, %2 FROM %3 ORDER BY %1")
+              .arg(SqlText::id(QLatin1String(t->keyColumn)), SqlText::id(QLatin1String(t->descriptionColumn)), SqlText::id(t->name()));
     if (!query.exec(sql))
         return fail(QStringLiteral("Could not read %1").arg(t->name()), query);
     while (query.next()) {
@@ -35,7 +35,6 @@ bool Generator::loadLookup(const char *table, const char *column, Lookup *lookup
     }
     return true;
 }
-
 
 bool Generator::insertHousehold()
 {
@@ -78,25 +77,52 @@ bool Generator::insertHousehold()
     if (percent(10)) {
         const QString formerStreet = street();
         const int formerZip = between(0, int(m_zips.size()) - 1);
-        former = formerStreet + QLatin1Char('\n') + m_cities.at(formerZip) + QStringLiteral(", OH ")
-            + m_zips.at(formerZip);
+        former = formerStreet + QLatin1Char('\n') + m_cities.at(formerZip) + QStringLiteral(", OH ") + m_zips.at(formerZip);
     }
     const QVariant diet = percent(8) ? QVariant(memo(m_diets, 25)) : null;
     const QVariant medical = percent(12) ? QVariant(memo(m_medical, 30)) : null;
-    const QVariant relatives = permille(5) ? QVariant(QStringLiteral("Looking for a brother, last heard of in Columbus."))
-                                           : null;
+    const QVariant relatives = permille(5) ? QVariant(QStringLiteral("Looking for a brother, last heard of in Columbus.")) : null;
     const bool femaContacted = percent(2);
     const bool femaEligible = femaContacted && percent(50);
-    const QVariant femaComments = femaContacted ? QVariant(QStringLiteral("Storm damage to the house; applied for assistance."))
-                                                : null;
+    const QVariant femaComments = femaContacted ? QVariant(QStringLiteral("Storm damage to the house; applied for assistance.")) : null;
     const QVariant comments = percent(15) ? QVariant(memo(m_comments, 30)) : null;
 
     if (!exec(m_client,
-              {head.last, head.first, middle.isEmpty() ? null : QVariant(middle), ssnValue, dln, address,
-               m_cities.at(zip), m_state, m_zips.at(zip), home, work, mobile, birth, QString(head.gender), maritalId,
-               ethnicId, educationId, housingId, religionId, assistanceId, employer, employerAddress, employerCity,
-               employerState, employerZip, years, months, former, diet, medical, relatives, int(femaContacted),
-               int(femaEligible), femaComments, comments},
+              {head.last,
+               head.first,
+               middle.isEmpty() ? null : QVariant(middle),
+               ssnValue,
+               dln,
+               address,
+               m_cities.at(zip),
+               m_state,
+               m_zips.at(zip),
+               home,
+               work,
+               mobile,
+               birth,
+               QString(head.gender),
+               maritalId,
+               ethnicId,
+               educationId,
+               housingId,
+               religionId,
+               assistanceId,
+               employer,
+               employerAddress,
+               employerCity,
+               employerState,
+               employerZip,
+               years,
+               months,
+               former,
+               diet,
+               medical,
+               relatives,
+               int(femaContacted),
+               int(femaEligible),
+               femaComments,
+               comments},
               "Client"))
         return false;
     const qint64 clientId = m_client.lastInsertId().toLongLong();
@@ -107,10 +133,8 @@ bool Generator::insertHousehold()
         roll -= familyWeights[members];
         ++members;
     }
-    return insertFamily(clientId, head, married, members)
-        && insertVisits(clientId, members + 1)
-        && (!percent(25) || insertPayments(clientId))
-        && insertIncomeAndExpenses(clientId, employed);
+    return insertFamily(clientId, head, married, members) && insertVisits(clientId, members + 1)
+        && (!percent(25) || insertPayments(clientId)) && insertIncomeAndExpenses(clientId, employed);
 }
 
 bool Generator::insertVolunteer()
@@ -133,9 +157,8 @@ bool Generator::insertVolunteer()
     const int party = percent(70) ? 1 : between(2, 4);
     const QVariant comments = percent(30) ? QVariant(pick(m_volunteerComments)) : null;
     return exec(m_volunteer,
-                {p.last, p.first, middle.isEmpty() ? null : QVariant(middle), address, m_cities.at(zip), m_state,
-                 m_zips.at(zip), home, work, mobile, mail, affiliation, contact.first + QLatin1Char(' ') + contact.last,
-                 contactPhone, party, comments},
+                {p.last, p.first, middle.isEmpty() ? null : QVariant(middle), address, m_cities.at(zip), m_state, m_zips.at(zip), home,
+                 work, mobile, mail, affiliation, contact.first + QLatin1Char(' ') + contact.last, contactPhone, party, comments},
                 "Volunteer");
 }
 
@@ -144,8 +167,7 @@ bool Generator::run()
     if (!loadLookup("Client", "MaritalStatusID", &m_marital) || !loadLookup("Client", "EthnicOriginID", &m_ethnic)
         || !loadLookup("Client", "EducationLevelID", &m_education) || !loadLookup("Client", "HousingID", &m_housing)
         || !loadLookup("Client", "ReligiousPreferenceID", &m_religion) || !loadLookup("Client", "OtherAssistanceID", &m_assistance)
-        || !loadLookup("Family", "RelationshipID", &m_relationships)
-        || !loadLookup("FoodService", "FoodServiceTypeID", &m_serviceTypes)
+        || !loadLookup("Family", "RelationshipID", &m_relationships) || !loadLookup("FoodService", "FoodServiceTypeID", &m_serviceTypes)
         || !loadLookup("Payments", "PaymentsTypeID", &m_paymentTypes) || !loadLookup("Income", "IncomeSourceID", &m_incomeSources)
         || !loadLookup("Expenses", "ExpenseCategoryID", &m_expenseCategories))
         return false;
@@ -173,31 +195,35 @@ bool Generator::run()
     if (m_options.clients >= existingClients && !dropIndexes())
         return false;
 
-    if (!prepare(m_client, QStringLiteral(
-            "INSERT INTO Client (LastName, FirstName, MiddleInitial, SocialSecurityNumber, DriversLicenseNumber, "
-            "Address, City, State, ZipCode, HomePhone, WorkPhone, MobilePhone, BirthDate, Gender, MaritalStatusID, "
-            "EthnicOriginID, EducationLevelID, HousingID, ReligiousPreferenceID, OtherAssistanceID, EmployerName, "
-            "EmployerAddress, EmployerCity, EmployerState, EmployerZip, EmployerDurationYears, "
-            "EmployerDurationMonths, FormerAddress, DietaryRequirements, MedicalProblems, RelativesSearchingFor, "
-            "FEMAContacted, FEMAEligible, FEMAComments, Comments) "
-            "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
-            "?, ?, ?, ?)"))
-        || !prepare(m_family, QStringLiteral(
-            "INSERT INTO Family (ClientID, RelationshipID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, "
-            "DriversLicenseNumber, BirthDate, Gender, EthnicOriginID, EducationLevelID, WorkPhone, MobilePhone, "
-            "EmployerName, EmployerCity, EmployerState, EmployerZip, Comments) "
-            "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"))
-        || !prepare(m_visit, QStringLiteral("INSERT INTO FoodService (ClientID, FoodServiceDate, FoodServiceTypeID, "
-                                            "NumberOfBags, Comments) VALUES (?, ?, ?, ?, ?)"))
-        || !prepare(m_payment, QStringLiteral("INSERT INTO Payments (ClientID, PaymentDate, PaymentsTypeID, "
-                                              "AmountRequested, AmountPaid, Comments) VALUES (?, ?, ?, ?, ?, ?)"))
+    if (!prepare(m_client,
+                 QStringLiteral("INSERT INTO Client (LastName, FirstName, MiddleInitial, SocialSecurityNumber, DriversLicenseNumber, "
+                                "Address, City, State, ZipCode, HomePhone, WorkPhone, MobilePhone, BirthDate, Gender, MaritalStatusID, "
+                                "EthnicOriginID, EducationLevelID, HousingID, ReligiousPreferenceID, OtherAssistanceID, EmployerName, "
+                                "EmployerAddress, EmployerCity, EmployerState, EmployerZip, EmployerDurationYears, "
+                                "EmployerDurationMonths, FormerAddress, DietaryRequirements, MedicalProblems, RelativesSearchingFor, "
+                                "FEMAContacted, FEMAEligible, FEMAComments, Comments) "
+                                "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
+                                "?, ?, ?, ?)"))
+        || !prepare(
+            m_family,
+            QStringLiteral("INSERT INTO Family (ClientID, RelationshipID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, "
+                           "DriversLicenseNumber, BirthDate, Gender, EthnicOriginID, EducationLevelID, WorkPhone, MobilePhone, "
+                           "EmployerName, EmployerCity, EmployerState, EmployerZip, Comments) "
+                           "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"))
+        || !prepare(m_visit,
+                    QStringLiteral("INSERT INTO FoodService (ClientID, FoodServiceDate, FoodServiceTypeID, "
+                                   "NumberOfBags, Comments) VALUES (?, ?, ?, ?, ?)"))
+        || !prepare(m_payment,
+                    QStringLiteral("INSERT INTO Payments (ClientID, PaymentDate, PaymentsTypeID, "
+                                   "AmountRequested, AmountPaid, Comments) VALUES (?, ?, ?, ?, ?, ?)"))
         || !prepare(m_income, QStringLiteral("INSERT INTO Income (ClientID, IncomeSourceID, Amount) VALUES (?, ?, ?)"))
-        || !prepare(m_expense, QStringLiteral("INSERT INTO Expenses (ClientID, ExpenseCategoryID, Amount) "
-                                              "VALUES (?, ?, ?)"))
-        || !prepare(m_volunteer, QStringLiteral(
-            "INSERT INTO Volunteer (LastName, FirstName, MiddleInitial, Address, City, State, ZipCode, HomePhone, "
-            "WorkPhone, MobilePhone, EMailAddress, Affiliation, EmergencyContact, EmergencyContactPhone, "
-            "NumberInParty, Comments) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")))
+        || !prepare(m_expense,
+                    QStringLiteral("INSERT INTO Expenses (ClientID, ExpenseCategoryID, Amount) "
+                                   "VALUES (?, ?, ?)"))
+        || !prepare(m_volunteer,
+                    QStringLiteral("INSERT INTO Volunteer (LastName, FirstName, MiddleInitial, Address, City, State, ZipCode, HomePhone, "
+                                   "WorkPhone, MobilePhone, EMailAddress, Affiliation, EmergencyContact, EmergencyContactPhone, "
+                                   "NumberInParty, Comments) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")))
         return false;
 
     if (!insertZips() || !updateOrganization())
@@ -248,8 +274,7 @@ bool Generator::createIndexes()
     return true;
 }
 
-
-} // namespace detail
+}   // namespace detail
 
 using detail::Generator;
 
@@ -299,5 +324,4 @@ bool Generate(QSqlDatabase db, const Options &options, QString *error)
     return true;
 }
 
-
-} // namespace DemoData
+}   // namespace DemoData

@@ -12,7 +12,7 @@ struct Options
     int clients = 500;
     quint32 seed = 1;
     QDate today = QDate::currentDate();   // no visit or payment is dated after this
-    int volunteers = -1;                  // -1: about clients/50, at least 5
+    int volunteers = -1;   // -1: about clients/50, at least 5
 };
 
 // Fills an open database that already holds the standard contents (lookup
@@ -20,4 +20,4 @@ struct Options
 // sets *error and returns false. The same seed and today give the same data.
 bool Generate(QSqlDatabase db, const Options &options, QString *error);
 
-} // namespace DemoData
+}   // namespace DemoData

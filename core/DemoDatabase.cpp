@@ -59,4 +59,4 @@ bool Ensure(QString *error)
     return ok;
 }
 
-} // namespace DemoDatabase
+}   // namespace DemoDatabase

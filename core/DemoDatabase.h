@@ -9,4 +9,4 @@ QString Path();
 // Creates the file when it does not exist yet; false with *error when that fails.
 bool Ensure(QString *error);
 
-} // namespace DemoDatabase
+}   // namespace DemoDatabase

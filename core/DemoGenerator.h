@@ -17,10 +17,15 @@
 namespace DemoData::detail {
 
 // The number of items of a fixed list.
-template <typename T, std::size_t N>
-constexpr int count(const T (&)[N]) { return int(N); }
+template<typename T, std::size_t N> constexpr int count(const T (&)[N])
+{
+    return int(N);
+}
 
-inline QString iso(const QDate &date) { return date.toString(Qt::ISODate); }
+inline QString iso(const QDate &date)
+{
+    return date.toString(Qt::ISODate);
+}
 
 struct Lookup
 {
@@ -123,8 +128,8 @@ private:
     Lookup m_marital, m_ethnic, m_education, m_housing, m_religion, m_assistance;
     Lookup m_relationships, m_serviceTypes, m_paymentTypes, m_incomeSources, m_expenseCategories;
 
-    QSqlQuery m_client{m_db}, m_family{m_db}, m_visit{m_db}, m_payment{m_db};
-    QSqlQuery m_income{m_db}, m_expense{m_db}, m_volunteer{m_db};
+    QSqlQuery m_client {m_db}, m_family {m_db}, m_visit {m_db}, m_payment {m_db};
+    QSqlQuery m_income {m_db}, m_expense {m_db}, m_volunteer {m_db};
 };
 
-} // namespace DemoData::detail
+}   // namespace DemoData::detail

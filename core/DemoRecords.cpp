@@ -48,8 +48,9 @@ bool Generator::insertFamily(qint64 clientId, const Person &head, bool married, 
                 p = person({}, g, between(5, 80));
             }
             // Only the first slot holds a spouse or partner; a lookup fallback must not add a second.
-            if (hasSpouse && (relationship == m_relationships.find(QStringLiteral("Spouse"))
-                              || relationship == m_relationships.find(QStringLiteral("Partner"))))
+            if (hasSpouse
+                && (relationship == m_relationships.find(QStringLiteral("Spouse"))
+                    || relationship == m_relationships.find(QStringLiteral("Partner"))))
                 relationship = idOr(m_relationships, "Other relative");
         }
         const bool adult = p.age >= 18;
@@ -72,9 +73,8 @@ bool Generator::insertFamily(qint64 clientId, const Person &head, bool married, 
         }
         const QVariant comments = child && permille(30) ? QVariant(QStringLiteral("Attends Head Start.")) : null;
         if (!exec(m_family,
-                  {clientId, relationship, p.last, p.first, middle.isEmpty() ? null : QVariant(middle), ssnValue, dln,
-                   birth, QString(p.gender), ethnic, education, work, mobile, employer, employerCity, employerState,
-                   employerZip, comments},
+                  {clientId, relationship, p.last, p.first, middle.isEmpty() ? null : QVariant(middle), ssnValue, dln, birth,
+                   QString(p.gender), ethnic, education, work, mobile, employer, employerCity, employerState, employerZip, comments},
                   "Family"))
             return false;
     }
@@ -162,15 +162,24 @@ bool Generator::insertPayments(qint64 clientId)
 bool Generator::insertIncomeAndExpenses(qint64 clientId, bool employed)
 {
     // Monthly amounts in whole dollars, by the kind of income or bill.
-    struct Range { const char *description; int lo, hi; };
+    struct Range
+    {
+        const char *description;
+        int lo, hi;
+    };
     static const Range incomeRanges[] = {
-        {"Employment", 800, 3200}, {"Social Security", 900, 2200}, {"SSI / Disability", 600, 950},
-        {"Unemployment", 400, 1800}, {"Child support", 100, 600}, {"Pension", 200, 1500},
-        {"SNAP", 100, 900}, {"TANF", 200, 600},
+        {"Employment", 800, 3200},
+        {"Social Security", 900, 2200},
+        {"SSI / Disability", 600, 950},
+        {"Unemployment", 400, 1800},
+        {"Child support", 100, 600},
+        {"Pension", 200, 1500},
+        {"SNAP", 100, 900},
+        {"TANF", 200, 600},
     };
     static const Range expenseRanges[] = {
-        {"Rent or mortgage", 550, 1600}, {"Utilities", 80, 350}, {"Food", 200, 800}, {"Transportation", 50, 400},
-        {"Medical", 20, 300}, {"Child care", 200, 1000}, {"Insurance", 50, 250},
+        {"Rent or mortgage", 550, 1600}, {"Utilities", 80, 350}, {"Food", 200, 800}, {"Transportation", 50, 400}, {"Medical", 20, 300},
+        {"Child care", 200, 1000},       {"Insurance", 50, 250},
     };
     auto amount = [this](const Lookup &lookup, int id, const Range *ranges, int n) {
         const QString description = lookup.descriptions.at(lookup.ids.indexOf(id));
@@ -202,12 +211,10 @@ bool Generator::insertIncomeAndExpenses(qint64 clientId, bool employed)
     }
     const int expenses = between(0, 4);
     for (int id : distinct(m_expenseCategories, expenses)) {
-        if (!exec(m_expense, {clientId, id, amount(m_expenseCategories, id, expenseRanges, count(expenseRanges))},
-                  "Expenses"))
+        if (!exec(m_expense, {clientId, id, amount(m_expenseCategories, id, expenseRanges, count(expenseRanges))}, "Expenses"))
             return false;
     }
     return true;
 }
 
-
-} // namespace DemoData::detail
+}   // namespace DemoData::detail

@@ -12,4 +12,4 @@ namespace FaultText {
 // no longer where it was opened.
 QString ForDatabaseError(int sqliteCode, const QString &databasePath, bool fileGone);
 
-} // namespace FaultText
+}   // namespace FaultText

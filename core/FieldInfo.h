@@ -11,8 +11,8 @@ struct FieldInfo
     QString table;
     QString name;
     Type type = Type::Unknown;
-    int size = 0;           // defined size of a Text column; 0 otherwise
-    bool required = false;  // NOT NULL
+    int size = 0;   // defined size of a Text column; 0 otherwise
+    bool required = false;   // NOT NULL
     bool isKey = false;
 
     bool isValid() const { return type != Type::Unknown; }

@@ -17,9 +17,12 @@
 namespace FileHealth {
 namespace {
 
-qint64 sizeOf(const QString &path) { return QFileInfo(path).size(); }
+qint64 sizeOf(const QString &path)
+{
+    return QFileInfo(path).size();
+}
 
-} // namespace
+}   // namespace
 
 bool FinishInterruptedSave(const QString &path, bool *recovered, QString *error)
 {
@@ -60,7 +63,7 @@ bool CopyReadable(const QString &damaged, const QString &newFile, CopyReport *re
         while (tables.next())
             names << tables.value(0).toString();
         for (const QString &table : names) {
-            QSqlQuery(target).exec(QStringLiteral("DELETE FROM \"%1\"").arg(table)); // the standard rows give way to the file's
+            QSqlQuery(target).exec(QStringLiteral("DELETE FROM \"%1\"").arg(table));   // the standard rows give way to the file's
             qlonglong after = -1;
             int failures = 0;
             int copied = 0;
@@ -126,4 +129,4 @@ bool CopyReadable(const QString &damaged, const QString &newFile, CopyReport *re
     return ok;
 }
 
-} // namespace FileHealth
+}   // namespace FileHealth

@@ -17,7 +17,7 @@ struct CopyReport
 {
     int rowsCopied = 0;
     int rowsLost = 0;
-    QStringList lostTables; // tables of which nothing could be read
+    QStringList lostTables;   // tables of which nothing could be read
 };
 
 // Copies what can still be read of a damaged database, table by table and row by
@@ -25,4 +25,4 @@ struct CopyReport
 // cannot be read, or that refer to a row that was lost, are left out and counted.
 bool CopyReadable(const QString &damaged, const QString &newFile, CopyReport *report, QString *error);
 
-} // namespace FileHealth
+}   // namespace FileHealth

@@ -22,10 +22,10 @@ struct LookupTable
     const char *table;
     const char *keyColumn;
     const char *descriptionColumn;
-    const char *caption;       // the lookup editor's title
-    const char *menuName;      // the Tools > Tables command
+    const char *caption;   // the lookup editor's title
+    const char *menuName;   // the Tools > Tables command
     const char *menuCaption;   // the caption with its access key
-    const char *columnSpec;    // the lookup editor's column layout
+    const char *columnSpec;   // the lookup editor's column layout
     // The columns that refer to an item; zip codes are copied into the records as text, so nothing refers to them.
     QList<Reference> references;
 
@@ -49,4 +49,4 @@ Query choices(const QString &table, const QString &keyColumn, const QString &dis
 // True when any record refers to the item with that key; throws TmError when the database cannot say.
 bool inUse(const LookupTable &table, qint64 key);
 
-} // namespace LookupTables
+}   // namespace LookupTables

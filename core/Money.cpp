@@ -50,10 +50,7 @@ std::optional<qint64> parse(const QString &text)
 QString plain(qint64 cents)
 {
     const qint64 a = cents < 0 ? -cents : cents;
-    return QStringLiteral("%1%2.%3")
-        .arg(cents < 0 ? QStringLiteral("-") : QString())
-        .arg(a / 100)
-        .arg(a % 100, 2, 10, QLatin1Char('0'));
+    return QStringLiteral("%1%2.%3").arg(cents < 0 ? QStringLiteral("-") : QString()).arg(a / 100).arg(a % 100, 2, 10, QLatin1Char('0'));
 }
 
 QString format(qint64 cents)
@@ -76,4 +73,4 @@ qint64 wholeUnitsHalfEven(qint64 cents)
     return cents < 0 ? -whole : whole;
 }
 
-} // namespace Money
+}   // namespace Money

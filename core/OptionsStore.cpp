@@ -33,7 +33,7 @@ void updateSingleRow(const QString &table, const QStringList &columns, const QVa
                          values);
 }
 
-} // namespace
+}   // namespace
 
 const QList<FlagColumn> &flagColumns()
 {
@@ -54,9 +54,9 @@ const QList<FlagColumn> &flagColumns()
 const QList<OrganizationColumn> &organizationColumns()
 {
     static const QList<OrganizationColumn> columns = {
-        {"OrganizationName", &Organization::name},   {"OrganizationAddress", &Organization::address},
-        {"OrganizationCity", &Organization::city},   {"OrganizationState", &Organization::state},
-        {"OrganizationZip", &Organization::zip},     {"OrganizationPhone", &Organization::phone},
+        {"OrganizationName", &Organization::name}, {"OrganizationAddress", &Organization::address},
+        {"OrganizationCity", &Organization::city}, {"OrganizationState", &Organization::state},
+        {"OrganizationZip", &Organization::zip},   {"OrganizationPhone", &Organization::phone},
         {"OrganizationLogo", &Organization::logo},
     };
     return columns;
@@ -108,4 +108,4 @@ void save(const Organization &organization, const DatabaseOptions &options)
         throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(transaction.error()));
 }
 
-} // namespace OptionsStore
+}   // namespace OptionsStore

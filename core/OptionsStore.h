@@ -64,4 +64,4 @@ Organization readOrganization();
 // Writes both rows in one transaction, adding a missing row; throws TmError and then writes nothing.
 void save(const Organization &organization, const DatabaseOptions &options);
 
-} // namespace OptionsStore
+}   // namespace OptionsStore

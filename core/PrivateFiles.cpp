@@ -14,11 +14,15 @@ namespace PrivateFiles {
 
 #ifdef Q_OS_UNIX
 
-void RestrictNewFiles() { ::umask(077); }
+void RestrictNewFiles()
+{
+    ::umask(077);
+}
 
 bool IsReadableByOthers(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     if (::stat(QFile::encodeName(path).constData(), &st) != 0)
         return false;
     return (st.st_mode & (S_IRWXG | S_IRWXO)) != 0;
@@ -26,7 +30,8 @@ bool IsReadableByOthers(const QString &path)
 
 bool MakePrivate(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     const QByteArray name = QFile::encodeName(path);
     if (::stat(name.constData(), &st) != 0)
         return false;
@@ -35,7 +40,8 @@ bool MakePrivate(const QString &path)
 
 bool OwnedByMe(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     return ::lstat(QFile::encodeName(path).constData(), &st) == 0 && st.st_uid == ::getuid();
 }
 
@@ -48,11 +54,12 @@ bool MoveIntoPlace(const QString &finished, const QString &target, QString *erro
     return false;
 }
 
-} // namespace PrivateFiles
+}   // namespace PrivateFiles
 
 FileIdentity FileIdentity::Of(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     if (::stat(QFile::encodeName(path).constData(), &st) != 0)
         return {};
     return {true, quint64(st.st_dev), quint64(st.st_ino)};
@@ -62,10 +69,19 @@ namespace PrivateFiles {
 
 #else
 
-void RestrictNewFiles() {}
-bool IsReadableByOthers(const QString &) { return false; }
-bool MakePrivate(const QString &path) { return QFileInfo::exists(path); }
-bool OwnedByMe(const QString &path) { return QFileInfo::exists(path); }
+void RestrictNewFiles() { }
+bool IsReadableByOthers(const QString &)
+{
+    return false;
+}
+bool MakePrivate(const QString &path)
+{
+    return QFileInfo::exists(path);
+}
+bool OwnedByMe(const QString &path)
+{
+    return QFileInfo::exists(path);
+}
 
 bool MoveIntoPlace(const QString &finished, const QString &target, QString *error)
 {
@@ -88,7 +104,7 @@ bool MakePrivateFolder(const QString &path)
     return QDir().mkpath(path) && MakePrivate(path);
 }
 
-} // namespace PrivateFiles
+}   // namespace PrivateFiles
 
 #ifndef Q_OS_UNIX
 FileIdentity FileIdentity::Of(const QString &path)

@@ -22,7 +22,7 @@ bool OwnedByMe(const QString &path);
 // Puts a finished file in place of target in one step (replacing any file there).
 bool MoveIntoPlace(const QString &finished, const QString &target, QString *error);
 
-} // namespace PrivateFiles
+}   // namespace PrivateFiles
 
 // Which file a path names: a file moved, deleted or replaced by another gets another identity.
 struct FileIdentity

@@ -26,10 +26,16 @@ public:
 QuietHandler quiet;
 Handler *current = &quiet;
 
-} // namespace
+}   // namespace
 
-void setHandler(Handler *h) { current = h ? h : &quiet; }
-Handler *handler() { return current; }
+void setHandler(Handler *h)
+{
+    current = h ? h : &quiet;
+}
+Handler *handler()
+{
+    return current;
+}
 
 int message(const QString &title, const QString &text, Icon icon, Buttons buttons)
 {
@@ -45,8 +51,8 @@ QString openFileName(const QString &title, const QString &filter, const QString 
     return current->fileName(r);
 }
 
-QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix,
-                     const QString &defaultName, const QString &directory)
+QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix, const QString &defaultName,
+                     const QString &directory)
 {
     FileRequest r;
     r.save = true;
@@ -58,8 +64,14 @@ QString saveFileName(const QString &title, const QString &filter, const QString 
     return current->fileName(r);
 }
 
-std::optional<QString> pick(const PickRequest &request) { return current->pick(request); }
+std::optional<QString> pick(const PickRequest &request)
+{
+    return current->pick(request);
+}
 
-std::optional<QFont> font(const QString &title, const QFont &initial) { return current->font(title, initial); }
+std::optional<QFont> font(const QString &title, const QFont &initial)
+{
+    return current->font(title, initial);
+}
 
-} // namespace Prompt
+}   // namespace Prompt

@@ -29,9 +29,9 @@ struct FileRequest
 {
     bool save = false;
     QString title;
-    QString filter;          // Qt filter syntax: "Database Files (*.tmdb)"
+    QString filter;   // Qt filter syntax: "Database Files (*.tmdb)"
     QString defaultSuffix;   // without the dot
-    QString defaultName;     // save dialogs: the name offered
+    QString defaultName;   // save dialogs: the name offered
     QString directory;
 };
 
@@ -48,8 +48,8 @@ class Handler
 public:
     virtual ~Handler() = default;
     virtual int message(const Message &m) = 0;
-    virtual QString fileName(const FileRequest &r) = 0;                   // empty when cancelled
-    virtual std::optional<QString> pick(const PickRequest &r) = 0;        // the chosen key; none on Cancel
+    virtual QString fileName(const FileRequest &r) = 0;   // empty when cancelled
+    virtual std::optional<QString> pick(const PickRequest &r) = 0;   // the chosen key; none on Cancel
     virtual std::optional<QFont> font(const QString &title, const QFont &initial) = 0;
 };
 
@@ -59,9 +59,9 @@ Handler *handler();
 
 int message(const QString &title, const QString &text, Icon icon = Icon::None, Buttons buttons = Ok);
 QString openFileName(const QString &title, const QString &filter, const QString &directory = {});
-QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix,
-                     const QString &defaultName = {}, const QString &directory = {});
+QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix, const QString &defaultName = {},
+                     const QString &directory = {});
 std::optional<QString> pick(const PickRequest &request);
 std::optional<QFont> font(const QString &title, const QFont &initial);
 
-} // namespace Prompt
+}   // namespace Prompt

@@ -14,8 +14,8 @@ QString readableValue(const QString &fieldName)
     const QString c = SqlText::id(fieldName);
     if (fieldName == QLatin1String("SocialSecurityNumber"))
         return SqlText::ssn(c);
-    if (fieldName == QLatin1String("HomePhone") || fieldName == QLatin1String("MobilePhone")
-        || fieldName == QLatin1String("WorkPhone") || fieldName == QLatin1String("EmergencyContactPhone"))
+    if (fieldName == QLatin1String("HomePhone") || fieldName == QLatin1String("MobilePhone") || fieldName == QLatin1String("WorkPhone")
+        || fieldName == QLatin1String("EmergencyContactPhone"))
         return SqlText::phone(c);
     if (fieldName == QLatin1String("Address") || fieldName == QLatin1String("EmployerAddress") || fieldName == QLatin1String("Comments"))
         return QStringLiteral("REPLACE(REPLACE(%1, char(13), ' '), char(10), ' ')").arg(c);
@@ -24,7 +24,7 @@ QString readableValue(const QString &fieldName)
     return c;
 }
 
-} // namespace
+}   // namespace
 
 int count(const Query &query)
 {
@@ -49,9 +49,9 @@ Query sorted(const Query &query, const QString &field, bool ascending)
         return result;
     const QString c = SqlText::id(field);
     const QString key = QStringLiteral("CASE WHEN ") + c + QStringLiteral(" GLOB '[0-9][0-9]/[0-9][0-9]/[0-9][0-9][0-9][0-9]' THEN substr(")
-                        + c + QStringLiteral(", 7, 4) || substr(") + c + QStringLiteral(", 1, 2) || substr(") + c
-                        + QStringLiteral(", 4, 2) WHEN ") + c + QStringLiteral(" GLOB '[$(]*[0-9].[0-9][0-9]*' THEN CAST(replace(replace(replace(")
-                        + c + QStringLiteral(", '$', ''), ',', ''), '(', '-') AS REAL) ELSE ") + c + QStringLiteral(" END");
+        + c + QStringLiteral(", 7, 4) || substr(") + c + QStringLiteral(", 1, 2) || substr(") + c + QStringLiteral(", 4, 2) WHEN ") + c
+        + QStringLiteral(" GLOB '[$(]*[0-9].[0-9][0-9]*' THEN CAST(replace(replace(replace(") + c
+        + QStringLiteral(", '$', ''), ',', ''), '(', '-') AS REAL) ELSE ") + c + QStringLiteral(" END");
     result.sql += QStringLiteral(" ORDER BY ") + key + (ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
     return result;
 }
@@ -85,7 +85,7 @@ Query readable(const Query &query, const QStringList &fieldNames)
 {
     if (fieldNames.isEmpty())
         return query;
-    QStringList shown{SqlText::id(fieldNames.first())};
+    QStringList shown {SqlText::id(fieldNames.first())};
     for (const QString &name : fieldNames.mid(1))
         shown << readableValue(name) + QStringLiteral(" AS ") + SqlText::id(name);
     Query result = query;
@@ -93,4 +93,4 @@ Query readable(const Query &query, const QStringList &fieldNames)
     return result;
 }
 
-} // namespace QueryPages
+}   // namespace QueryPages

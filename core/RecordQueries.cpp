@@ -13,38 +13,57 @@ QString oneLine(const QString &column)
     return QStringLiteral("replace(replace(%1, char(13), ''), char(10), ' ')").arg(column);
 }
 
-} // namespace
+}   // namespace
 
-QString allClients() { return QStringLiteral("SELECT * FROM Client"); }
+QString allClients()
+{
+    return QStringLiteral("SELECT * FROM Client");
+}
 
-QString allClientsByLastName() { return QStringLiteral("SELECT * FROM Client ORDER BY LastName"); }
+QString allClientsByLastName()
+{
+    return QStringLiteral("SELECT * FROM Client ORDER BY LastName");
+}
 
-QString allVolunteers() { return QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID"); }
+QString allVolunteers()
+{
+    return QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
+}
 
 Query clientList(const QString &base)
 {
     Query query;
-    query.sql = QStringLiteral("SELECT ClientID, ClientID, LastName, FirstName, MiddleInitial, ")
-                + SqlText::ssn(QStringLiteral("SocialSecurityNumber")) + QStringLiteral(" AS SocialSecurityNumber, ")
-                + QStringLiteral("DriversLicenseNumber, ") + SqlText::date(QStringLiteral("BirthDate"))
-                + QStringLiteral(" AS BirthDate, Gender, ")
-                + QStringLiteral("(SELECT EthnicOriginDescription FROM EthnicOrigin WHERE EthnicOriginID=Client.EthnicOriginID) AS EthnicOriginDescription, ")
-                + QStringLiteral("(SELECT MaritalStatusDescription FROM MaritalStatus WHERE MaritalStatusID=Client.MaritalStatusID) AS MaritalStatusDescription, ")
-                + oneLine(QStringLiteral("Address")) + QStringLiteral(" AS Address, City, State, ZipCode, ")
-                + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ")
-                + SqlText::phone(QStringLiteral("WorkPhone")) + QStringLiteral(" AS WorkPhone, ")
-                + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
-                + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
-                + QStringLiteral(") AS Client ORDER BY LastName");
+    query.sql
+        = QStringLiteral("SELECT ClientID, ClientID, LastName, FirstName, MiddleInitial, ")
+        + SqlText::ssn(QStringLiteral("SocialSecurityNumber")) + QStringLiteral(" AS SocialSecurityNumber, ")
+        + QStringLiteral("DriversLicenseNumber, ") + SqlText::date(QStringLiteral("BirthDate")) + QStringLiteral(" AS BirthDate, Gender, ")
+        + QStringLiteral(
+              "(SELECT EthnicOriginDescription FROM EthnicOrigin WHERE EthnicOriginID=Client.EthnicOriginID) AS EthnicOriginDescription, ")
+        + QStringLiteral(
+              "(SELECT MaritalStatusDescription FROM MaritalStatus WHERE MaritalStatusID=Client.MaritalStatusID) AS MaritalStatusDescription, ")
+        + oneLine(QStringLiteral("Address")) + QStringLiteral(" AS Address, City, State, ZipCode, ")
+        + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ") + SqlText::phone(QStringLiteral("WorkPhone"))
+        + QStringLiteral(" AS WorkPhone, ") + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
+        + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
+        + QStringLiteral(") AS Client ORDER BY LastName");
     query.countSql = QStringLiteral("SELECT ClientID FROM (%1)").arg(base);
     return query;
 }
 
-QString familyMembers() { return QStringLiteral("SELECT * FROM Family WHERE ClientID = ? ORDER BY FamilyMemberID"); }
+QString familyMembers()
+{
+    return QStringLiteral("SELECT * FROM Family WHERE ClientID = ? ORDER BY FamilyMemberID");
+}
 
-QString foodServices() { return QStringLiteral("SELECT * FROM FoodService WHERE ClientID = ? ORDER BY FoodServiceDate, FoodServiceID"); }
+QString foodServices()
+{
+    return QStringLiteral("SELECT * FROM FoodService WHERE ClientID = ? ORDER BY FoodServiceDate, FoodServiceID");
+}
 
-QString payments() { return QStringLiteral("SELECT * FROM Payments WHERE ClientID = ? ORDER BY PaymentDate, PaymentID"); }
+QString payments()
+{
+    return QStringLiteral("SELECT * FROM Payments WHERE ClientID = ? ORDER BY PaymentDate, PaymentID");
+}
 
 QString incomeOrExpenses(bool income)
 {
@@ -71,4 +90,4 @@ QDate lastFoodService(qint64 clientId, const QDate &onOrBefore)
     return QDate::fromString(last.toString(), Qt::ISODate);
 }
 
-} // namespace RecordQueries
+}   // namespace RecordQueries

@@ -9,9 +9,9 @@
 // record editors. A filter hands its own statement in as the base of a list.
 namespace RecordQueries {
 
-QString allClients();              // every client, unsorted: the client list's base when no filter applies
-QString allClientsByLastName();    // the client windows' records when no filter applies
-QString allVolunteers();           // the volunteer window's records when no filter applies
+QString allClients();   // every client, unsorted: the client list's base when no filter applies
+QString allClientsByLastName();   // the client windows' records when no filter applies
+QString allVolunteers();   // the volunteer window's records when no filter applies
 
 // The client list's rows over a base statement, sorted by last name. The count runs over the base alone,
 // so that a long list opens at once.
@@ -25,12 +25,12 @@ QString incomeOrExpenses(bool income);
 
 struct Household
 {
-    int members = 1;          // the client and the family members
-    QDate lastFoodService;    // null when there is none
+    int members = 1;   // the client and the family members
+    QDate lastFoodService;   // null when there is none
 };
-Household household(qint64 clientId);     // throws TmError
+Household household(qint64 clientId);   // throws TmError
 
 // The client's latest food service on or before the date; null when there is none. Throws TmError.
 QDate lastFoodService(qint64 clientId, const QDate &onOrBefore);
 
-} // namespace RecordQueries
+}   // namespace RecordQueries

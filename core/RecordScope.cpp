@@ -16,7 +16,8 @@ namespace RecordScope {
 namespace {
 
 // Tables the statement reads, gathered by the authorizer while it is compiled.
-struct Reads {
+struct Reads
+{
     QSet<QString> tables;
 };
 
@@ -41,8 +42,7 @@ int authorize(void *context, int action, const char *arg1, const char *, const c
 class ReadOnlyConnection
 {
 public:
-    ReadOnlyConnection()
-        : m_name(QStringLiteral("tendmark-readonly-%1").arg(counter.fetchAndAddRelaxed(1)))
+    ReadOnlyConnection() : m_name(QStringLiteral("tendmark-readonly-%1").arg(counter.fetchAndAddRelaxed(1)))
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
         db.setDatabaseName(basDatabase::DatabasePath());
@@ -123,7 +123,7 @@ bool fail(QString *error, const QString &text)
     return false;
 }
 
-} // namespace
+}   // namespace
 
 QString tableName(Kind kind)
 {
@@ -135,8 +135,8 @@ QString keyColumn(Kind kind)
     return kind == Kind::Volunteer ? QStringLiteral("VolunteerID") : QStringLiteral("ClientID");
 }
 
-bool runReadOnly(const QString &sql, const QString &table, const QStringList &requiredColumns,
-                 const QString &wrapper, QList<QVariantList> *rows, QString *error)
+bool runReadOnly(const QString &sql, const QString &table, const QStringList &requiredColumns, const QString &wrapper,
+                 QList<QVariantList> *rows, QString *error)
 {
     if (!basDatabase::IsOpen())
         return fail(error, QStringLiteral("No database is open."));
@@ -196,8 +196,7 @@ Selection select(Kind kind, int reportType, const ActiveScope &scope, const QStr
     QList<QVariantList> rows;
     // The list's own filter applies; the order is always by last name.
     const QString wrapper = QStringLiteral("SELECT %1 FROM (%2\n) ORDER BY LastName").arg(keyColumn(kind));
-    if (!runReadOnly(scope.sql, tableName(kind), {keyColumn(kind), QStringLiteral("LastName")}, wrapper, &rows,
-                     &result.error))
+    if (!runReadOnly(scope.sql, tableName(kind), {keyColumn(kind), QStringLiteral("LastName")}, wrapper, &rows, &result.error))
         return result;
     QJsonArray keys;
     for (const QVariantList &row : rows)
@@ -209,4 +208,4 @@ Selection select(Kind kind, int reportType, const ActiveScope &scope, const QStr
     return result;
 }
 
-} // namespace RecordScope
+}   // namespace RecordScope

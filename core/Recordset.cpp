@@ -6,7 +6,7 @@
 
 #include <QSet>
 
-Recordset::Recordset(QObject *parent) : QObject(parent) {}
+Recordset::Recordset(QObject *parent) : QObject(parent) { }
 
 void Recordset::open(const QString &table, const QString &keyColumn, const QString &sql, const QVariantList &binds)
 {
@@ -51,10 +51,10 @@ void Recordset::loadRow()
     m_changes.clear();
     if (m_editMode == EditMode::Adding || m_pos < 0 || m_pos >= m_keys.size())
         return;
-    QSqlQuery q = basDatabase::Execute(
-        QStringLiteral("SELECT * FROM %1 WHERE %2 = ?").arg(SqlText::id(m_table), SqlText::id(m_keyColumn)), {m_keys.at(m_pos)});
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT * FROM %1 WHERE %2 = ?").arg(SqlText::id(m_table), SqlText::id(m_keyColumn)),
+                                       {m_keys.at(m_pos)});
     if (!q.next())
-        return; // deleted elsewhere: the row reads as empty
+        return;   // deleted elsewhere: the row reads as empty
     const QSqlRecord rec = q.record();
     for (const FieldInfo &f : m_fields)
         m_row << q.value(rec.indexOf(f.name));
@@ -77,8 +77,14 @@ void Recordset::moveToIndex(qsizetype index)
     emit moveComplete();
 }
 
-void Recordset::moveFirst() { moveToIndex(m_keys.isEmpty() ? m_keys.size() : 0); }
-void Recordset::moveLast() { moveToIndex(m_keys.isEmpty() ? m_keys.size() : m_keys.size() - 1); }
+void Recordset::moveFirst()
+{
+    moveToIndex(m_keys.isEmpty() ? m_keys.size() : 0);
+}
+void Recordset::moveLast()
+{
+    moveToIndex(m_keys.isEmpty() ? m_keys.size() : m_keys.size() - 1);
+}
 
 void Recordset::moveNext()
 {
@@ -92,7 +98,10 @@ void Recordset::movePrevious()
     moveToIndex(from - 1);
 }
 
-void Recordset::moveTo(int position) { moveToIndex(position - 1); }
+void Recordset::moveTo(int position)
+{
+    moveToIndex(position - 1);
+}
 
 bool Recordset::find(const QVariant &key)
 {
@@ -120,8 +129,7 @@ bool Recordset::findFirst(const QString &column, const QVariant &value)
     if (!f.isValid())
         throw TmError(3265, QStringLiteral("Item cannot be found in the collection: no column '%1'.").arg(column));
     QSqlQuery q = basDatabase::Execute(
-        QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?").arg(SqlText::id(m_keyColumn), SqlText::id(m_table), SqlText::id(f.name)),
-        {value});
+        QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?").arg(SqlText::id(m_keyColumn), SqlText::id(m_table), SqlText::id(f.name)), {value});
     QSet<qint64> matches;
     while (q.next())
         matches.insert(q.value(0).toLongLong());
@@ -204,8 +212,8 @@ void Recordset::update()
             QStringList marks;
             for (int i = 0; i < columns.size(); ++i)
                 marks << QStringLiteral("?");
-            sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(SqlText::id(m_table), columns.join(QStringLiteral(", ")),
-                                                                       marks.join(QStringLiteral(", ")));
+            sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                      .arg(SqlText::id(m_table), columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
         }
         QSqlQuery q = basDatabase::Execute(sql, binds);
         const qint64 newKey = q.lastInsertId().toLongLong();

@@ -43,12 +43,12 @@ public:
     void moveLast();
     void moveNext();
     void movePrevious();
-    void moveTo(int position);                              // 1-based
-    bool find(const QVariant &key);                         // true and positioned when found
+    void moveTo(int position);   // 1-based
+    bool find(const QVariant &key);   // true and positioned when found
     bool findFirst(const QString &column, const QVariant &value);
 
     QVariant key() const;
-    QVariant value(const QString &column) const;            // stored value, or the pending edit
+    QVariant value(const QString &column) const;   // stored value, or the pending edit
     bool isNull(const QString &column) const { return value(column).isNull(); }
     const QList<FieldInfo> &fields() const { return m_fields; }
     FieldInfo field(const QString &column) const;
@@ -76,10 +76,10 @@ private:
     QVariantList m_binds;
     QList<FieldInfo> m_fields;
     QVector<qint64> m_keys;
-    QHash<qint64, qsizetype> m_index;       // key to position, built when first needed
+    QHash<qint64, qsizetype> m_index;   // key to position, built when first needed
     qsizetype m_pos = -1;
     qsizetype m_posBeforeAdd = -1;
-    QVariantList m_row;                     // stored values of the current row, in field order
-    QHash<int, QVariant> m_changes;         // pending values by field index
+    QVariantList m_row;   // stored values of the current row, in field order
+    QHash<int, QVariant> m_changes;   // pending values by field index
     EditMode m_editMode = EditMode::None;
 };

@@ -30,7 +30,6 @@ const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install,
 };
 
-
 // A private read-only connection for looking at a file.
 class ReadOnlyConnection
 {
@@ -140,11 +139,12 @@ QString describeMissing(const QString &item)
     if (kind == QLatin1String("table"))
         return QStringLiteral("The table %1 is missing.").arg(name);
     if (kind == QLatin1String("column"))
-        return QStringLiteral("The column %1 of the table %2 is missing.").arg(name.section(QLatin1Char('.'), 1), name.section(QLatin1Char('.'), 0, 0));
+        return QStringLiteral("The column %1 of the table %2 is missing.")
+            .arg(name.section(QLatin1Char('.'), 1), name.section(QLatin1Char('.'), 0, 0));
     return QStringLiteral("The %1 %2 is missing.").arg(kind, name);
 }
 
-} // namespace
+}   // namespace
 
 bool Exec(QSqlDatabase db, const QString &sql, QString *error)
 {
@@ -249,9 +249,8 @@ FileCheck InspectFile(const QString &path)
     }
     if (version > CurrentVersion) {
         check.state = FileState::Newer;
-        check.reason = QStringLiteral("The file '%1' was made by a newer version of TendMark (database version %2).")
-                           .arg(path)
-                           .arg(version);
+        check.reason
+            = QStringLiteral("The file '%1' was made by a newer version of TendMark (database version %2).").arg(path).arg(version);
         return check;
     }
     if (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()) {
@@ -278,10 +277,9 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
             *error = transaction.error();
         return false;
     }
-    const bool ok = RunScript(db, schema, error) && RunScript(db, data, error)
-                    && (CurrentVersion == 1 || Upgrade(db, 1, error))
-                    && Exec(db, QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId), error)
-                    && Exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
+    const bool ok = RunScript(db, schema, error) && RunScript(db, data, error) && (CurrentVersion == 1 || Upgrade(db, 1, error))
+        && Exec(db, QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId), error)
+        && Exec(db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
     if (!ok)
         return false;
     if (!transaction.commit()) {
@@ -292,8 +290,7 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
     return true;
 }
 
-bool CreateDatabase(const QString &path, bool overwrite, QString *error,
-                    const std::function<bool(QSqlDatabase, QString *)> &fill)
+bool CreateDatabase(const QString &path, bool overwrite, QString *error, const std::function<bool(QSqlDatabase, QString *)> &fill)
 {
     if (QFileInfo::exists(path) && !overwrite) {
         if (error)
@@ -317,8 +314,8 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error,
         } else {
             PrivateFiles::MakePrivate(building);
             ok = Exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error) && ApplyNewSchema(db, error)
-                 && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && Exec(db, QStringLiteral("VACUUM"), error)))
-                 && PrepareForWriting(db, error);
+                && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && Exec(db, QStringLiteral("VACUUM"), error)))
+                && PrepareForWriting(db, error);
             db.close();
         }
     }
@@ -376,7 +373,7 @@ QStringList CheckFile(const QString &path)
 {
     const FileCheck check = InspectFile(path);
     if (check.state != FileState::Ok && check.state != FileState::ReadOnly)
-        return check.problems.size() > 1 ? check.problems : QStringList{check.reason};
+        return check.problems.size() > 1 ? check.problems : QStringList {check.reason};
     QStringList problems;
     ReadOnlyConnection conn(path);
     QSqlQuery q(conn.db());
@@ -404,4 +401,4 @@ QStringList CheckFile(const QString &path)
     return problems;
 }
 
-} // namespace Schema
+}   // namespace Schema

@@ -10,7 +10,7 @@
 namespace Schema {
 
 constexpr int CurrentVersion = 2;
-constexpr int ApplicationId = 0x544D4B31; // "TMK1"
+constexpr int ApplicationId = 0x544D4B31;   // "TMK1"
 inline constexpr const char *FileSuffix = "tmdb";
 
 enum class FileState { Ok, Missing, NotSqlite, Foreign, Newer, Damaged, Incomplete, ReadOnly };
@@ -19,10 +19,10 @@ struct FileCheck
 {
     FileState state = FileState::Missing;
     int version = 0;
-    QString reason;       // for the user, when state is not Ok
-    QStringList problems; // the details of a damaged or incomplete file
-    bool recovered = false;  // a save that was cut short was finished or undone first
-    bool notPrivate = false; // other users of the computer can read the file
+    QString reason;   // for the user, when state is not Ok
+    QStringList problems;   // the details of a damaged or incomplete file
+    bool recovered = false;   // a save that was cut short was finished or undone first
+    bool notPrivate = false;   // other users of the computer can read the file
 };
 
 // Looks at a file: first lets SQLite finish or undo a save that was cut short
@@ -42,8 +42,7 @@ QStringList MissingSchemaItems(QSqlDatabase db, int version);
 // given, adds more in the same connection. The file is built under a temporary name
 // and renamed into place when complete, so a failure or a killed run leaves nothing.
 // Refuses an existing file unless overwrite is set. Returns false with *error set.
-bool CreateDatabase(const QString &path, bool overwrite, QString *error,
-                    const std::function<bool(QSqlDatabase, QString *)> &fill = {});
+bool CreateDatabase(const QString &path, bool overwrite, QString *error, const std::function<bool(QSqlDatabase, QString *)> &fill = {});
 
 // Journal mode and durability of every connection that writes: write-ahead log with
 // synchronous=FULL, so an acknowledged save survives a crash or power cut and an
@@ -65,4 +64,4 @@ bool RunScript(QSqlDatabase db, const QString &script, QString *error);
 // Runs one statement; on failure *error holds the database's reason.
 bool Exec(QSqlDatabase db, const QString &sql, QString *error);
 
-} // namespace Schema
+}   // namespace Schema

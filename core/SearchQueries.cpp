@@ -19,7 +19,10 @@ QString pattern(Match match, const QString &text)
     return match == Match::StartsWith ? SqlText::likeStartsWith(text) : SqlText::likeContains(text);
 }
 
-QString withoutDashes(QString text) { return text.remove(QLatin1Char('-')); }
+QString withoutDashes(QString text)
+{
+    return text.remove(QLatin1Char('-'));
+}
 
 QString countQuery(const QString &key, const QString &table, const QString &condition)
 {
@@ -36,11 +39,10 @@ Query problem(const QString &text)
 Query familyQuery(const QString &column, Match match, const QString &text)
 {
     const QString extra = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
-                              ? QString()
-                              : QStringLiteral("Family.") + column + QStringLiteral(", ");
+        ? QString()
+        : QStringLiteral("Family.") + column + QStringLiteral(", ");
     const QString condition = QStringLiteral("Family.") + column + kLike;
-    const QString sql =
-        QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
+    const QString sql = QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
         + QStringLiteral("Relationships.RelationshipDescription, "
                          "CASE WHEN Client.ClientID IS NULL THEN '' ELSE RTRIM(IFNULL(Client.LastName,'') || ', ' || "
                          "IFNULL(Client.FirstName,'') || ' ' || IFNULL(Client.MiddleInitial,'')) END AS ClientName "
@@ -49,34 +51,51 @@ Query familyQuery(const QString &column, Match match, const QString &text)
         + condition + QStringLiteral(" ORDER BY Family.LastName, Family.FirstName");
     // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
     return {{sql, {pattern(match, text)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
-            QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"), {}};
+            QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"),
+            {}};
 }
 
-} // namespace
+}   // namespace
 
 QStringList clientFields()
 {
-    return {QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Social Security Number"),
-            QStringLiteral("Driver's License Number"), QStringLiteral("Address"), QStringLiteral("Birth Date"),
-            QStringLiteral("Home Phone"), QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"),
-            QStringLiteral("Employer Name"), QStringLiteral("Employer Address"), QStringLiteral("Family Member Last Name"),
-            QStringLiteral("Family Member First Name"), QStringLiteral("Family Member Social Security Number"),
+    return {QStringLiteral("Last Name"),
+            QStringLiteral("First Name"),
+            QStringLiteral("Social Security Number"),
+            QStringLiteral("Driver's License Number"),
+            QStringLiteral("Address"),
+            QStringLiteral("Birth Date"),
+            QStringLiteral("Home Phone"),
+            QStringLiteral("Mobile Phone"),
+            QStringLiteral("Work Phone"),
+            QStringLiteral("Employer Name"),
+            QStringLiteral("Employer Address"),
+            QStringLiteral("Family Member Last Name"),
+            QStringLiteral("Family Member First Name"),
+            QStringLiteral("Family Member Social Security Number"),
             QStringLiteral("Family Member Driver's License Number")};
 }
 
 QStringList volunteerFields()
 {
-    return {QStringLiteral("Last Name"), QStringLiteral("First Name"), QStringLiteral("Address"), QStringLiteral("Home Phone"),
-            QStringLiteral("Mobile Phone"), QStringLiteral("Work Phone"), QStringLiteral("E-Mail Address"),
-            QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"), QStringLiteral("Affiliation"),
-            QStringLiteral("Comments")};
+    return {QStringLiteral("Last Name"),      QStringLiteral("First Name"),        QStringLiteral("Address"),
+            QStringLiteral("Home Phone"),     QStringLiteral("Mobile Phone"),      QStringLiteral("Work Phone"),
+            QStringLiteral("E-Mail Address"), QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"),
+            QStringLiteral("Affiliation"),    QStringLiteral("Comments")};
 }
 
 Query client(const QString &field, const QString &text)
 {
     static const QString names = QStringLiteral("SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, ");
     static const QString order = QStringLiteral(" ORDER BY LastName, FirstName");
-    struct Entry { const char *field; const char *column; Match match; bool phone; bool ssn; };
+    struct Entry
+    {
+        const char *field;
+        const char *column;
+        Match match;
+        bool phone;
+        bool ssn;
+    };
     static const Entry entries[] = {
         {"Last Name", "LastName", Match::Contains, false, false},
         {"First Name", "FirstName", Match::Contains, false, false},
@@ -96,10 +115,10 @@ Query client(const QString &field, const QString &text)
         const QString column = QString::fromLatin1(e.column);
         // The name searches show the licence number; the others show the searched column.
         const bool nameSearch = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
-                                || column == QLatin1String("SocialSecurityNumber") || column == QLatin1String("DriversLicenseNumber");
+            || column == QLatin1String("SocialSecurityNumber") || column == QLatin1String("DriversLicenseNumber");
         const QString condition = column + (e.match == Match::Date ? QStringLiteral(" = ?") : kLike);
         const QString sql = names + (nameSearch ? QStringLiteral("DriversLicenseNumber") : column) + QStringLiteral(" FROM Client WHERE ")
-                            + condition + order;
+            + condition + order;
         const QString count = countQuery(QStringLiteral("ClientID"), QStringLiteral("Client"), condition);
         if (e.match == Match::Date) {
             const QDate date = basTendmark::ParseDate(text);
@@ -124,7 +143,13 @@ Query client(const QString &field, const QString &text)
 Query volunteer(const QString &field, const QString &text)
 {
     static const QString names = QStringLiteral("SELECT VolunteerID, LastName, FirstName, MiddleInitial");
-    struct Entry { const char *field; const char *column; const char *shown; bool phone; };
+    struct Entry
+    {
+        const char *field;
+        const char *column;
+        const char *shown;
+        bool phone;
+    };
     static const Entry entries[] = {
         {"Last Name", "LastName", "", false},
         {"First Name", "FirstName", "", false},
@@ -144,10 +169,12 @@ Query volunteer(const QString &field, const QString &text)
         const QString shown = QString::fromLatin1(e.shown);
         const QString condition = QString::fromLatin1(e.column) + kLike;
         const QString sql = names + (shown.isEmpty() ? QString() : QStringLiteral(", ") + shown) + QStringLiteral(" FROM Volunteer WHERE ")
-                            + condition + QStringLiteral(" ORDER BY LastName, FirstName");
-        return {{sql, {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
+            + condition + QStringLiteral(" ORDER BY LastName, FirstName");
+        return {{sql,
+                 {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
                  countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition)},
-                {}, {}};
+                {},
+                {}};
     }
     return problem(QStringLiteral("Choose a field to search on."));
 }
@@ -167,4 +194,4 @@ Outcome run(const Query &query)
     return outcome;
 }
 
-} // namespace SearchQueries
+}   // namespace SearchQueries

@@ -12,8 +12,8 @@ namespace SearchQueries {
 // countSql gives the same rows (their row ids as RowKey) from the searched table alone, without joins or order.
 struct Query : ::Query
 {
-    QString keySql;         // turns a RowKey into the key handed over; empty when they are the same
-    QString problem;        // set when the typed text cannot be searched for (a bad date)
+    QString keySql;   // turns a RowKey into the key handed over; empty when they are the same
+    QString problem;   // set when the typed text cannot be searched for (a bad date)
 };
 
 QStringList clientFields();
@@ -24,9 +24,9 @@ Query volunteer(const QString &field, const QString &text);
 struct Outcome
 {
     int count = 0;
-    QString onlyKey;        // the key, when exactly one row matches
+    QString onlyKey;   // the key, when exactly one row matches
 };
 // Counts the matches in one pass and tells the key when there is exactly one; throws TmError on failure.
 Outcome run(const Query &query);
 
-} // namespace SearchQueries
+}   // namespace SearchQueries

@@ -45,7 +45,7 @@ bool SingleInstance::anotherIsRunning(const QStringList &arguments)
 {
 #ifdef Q_OS_UNIX
     if (!QFileInfo::exists(m_name) || !PrivateFiles::OwnedByMe(m_name))
-        return false; // never hand the command line to a socket someone else made
+        return false;   // never hand the command line to a socket someone else made
 #endif
     QLocalSocket socket;
     socket.connectToServer(m_name);

@@ -9,9 +9,11 @@ class TmError : public std::runtime_error
 {
 public:
     TmError(int number, const QString &description, int line = 0)
-        : std::runtime_error(description.toStdString()), m_number(number), m_description(description), m_line(line)
-    {
-    }
+        : std::runtime_error(description.toStdString())
+        , m_number(number)
+        , m_description(description)
+        , m_line(line)
+    { }
 
     int number() const { return m_number; }
     const QString &description() const { return m_description; }

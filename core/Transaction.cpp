@@ -2,8 +2,7 @@
 
 #include <QSqlError>
 
-Transaction::Transaction(QSqlDatabase db)
-    : m_db(db)
+Transaction::Transaction(QSqlDatabase db) : m_db(db)
 {
     m_active = m_db.transaction();
     if (!m_active)

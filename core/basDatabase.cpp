@@ -49,15 +49,27 @@ bool hasRows(const QString &sql, const QVariantList &binds)
     return q.next() && q.value(0).toBool();
 }
 
-} // namespace
+}   // namespace
 
-QSqlDatabase Connection() { return QSqlDatabase::database(kConnection, false); }
+QSqlDatabase Connection()
+{
+    return QSqlDatabase::database(kConnection, false);
+}
 
-bool IsOpen() { return QSqlDatabase::contains(kConnection) && Connection().isOpen(); }
+bool IsOpen()
+{
+    return QSqlDatabase::contains(kConnection) && Connection().isOpen();
+}
 
-QString DatabasePath() { return IsOpen() ? openPath : QString(); }
+QString DatabasePath()
+{
+    return IsOpen() ? openPath : QString();
+}
 
-bool OpenFileWasMovedOrDeleted() { return IsOpen() && !(FileIdentity::Of(openPath) == openIdentity); }
+bool OpenFileWasMovedOrDeleted()
+{
+    return IsOpen() && !(FileIdentity::Of(openPath) == openIdentity);
+}
 
 bool OpenConnection(const QString &path, QString *reason)
 {
@@ -272,8 +284,8 @@ QVariant StorageValue(const FieldInfo &field, const QVariant &value)
             return value.toBool() ? 1 : 0;
         return (text.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0 || text == QLatin1String("1")
                 || text.compare(QLatin1String("Yes"), Qt::CaseInsensitive) == 0)
-                   ? 1
-                   : 0;
+            ? 1
+            : 0;
     case FieldInfo::Type::Text:
     case FieldInfo::Type::Memo:
         return empty ? QVariant(QMetaType(QMetaType::QString)) : QVariant(text);
@@ -312,8 +324,8 @@ QString DisplayText(const FieldInfo &field, const QVariant &stored)
 bool GetCityStateFromZip(const QString &zip, QString &city, QString &state)
 {
     return basErrorHandler::Guard(QStringLiteral("basDatabase.GetCityStateFromZip"), [&] {
-        QSqlQuery q = Execute(QStringLiteral("SELECT City, State FROM ZipCode WHERE ZipCode = ? ORDER BY ZipCodeID LIMIT 1"),
-                              {zip.trimmed()});
+        QSqlQuery q
+            = Execute(QStringLiteral("SELECT City, State FROM ZipCode WHERE ZipCode = ? ORDER BY ZipCodeID LIMIT 1"), {zip.trimmed()});
         if (q.next()) {
             city = q.value(0).toString();
             state = q.value(1).toString();
@@ -337,8 +349,7 @@ bool GetClientInfo(const QString &clientId, QStringList &result)
     });
 }
 
-bool MatchAddress(const QString &clientId, const QString &address, const QString &city, const QString &state,
-                  Prompt::PickRequest &result)
+bool MatchAddress(const QString &clientId, const QString &address, const QString &city, const QString &state, Prompt::PickRequest &result)
 {
     if (address.isEmpty() || city.isEmpty() || state.isEmpty())
         return false;
@@ -383,10 +394,8 @@ bool MatchSSN(const QString &clientId, const QString &ssn, Prompt::PickRequest &
 bool FindRecord(Recordset &recordset, const QString &column, const QString &value)
 {
     bool found = false;
-    basErrorHandler::Guard(QStringLiteral("basDatabase.FindRecord"), [&] {
-        found = recordset.findFirst(column, value);
-    });
+    basErrorHandler::Guard(QStringLiteral("basDatabase.FindRecord"), [&] { found = recordset.findFirst(column, value); });
     return found;
 }
 
-} // namespace basDatabase
+}   // namespace basDatabase

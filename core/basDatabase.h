@@ -55,10 +55,9 @@ bool GetClientInfo(const QString &clientId, QStringList &result);
 
 // Other clients at the same address (address and city ignore case, state does not)
 // or with the same social security number. On a match the request holds the query.
-bool MatchAddress(const QString &clientId, const QString &address, const QString &city, const QString &state,
-                  Prompt::PickRequest &result);
+bool MatchAddress(const QString &clientId, const QString &address, const QString &city, const QString &state, Prompt::PickRequest &result);
 bool MatchSSN(const QString &clientId, const QString &ssn, Prompt::PickRequest &result);
 
 bool FindRecord(Recordset &recordset, const QString &column, const QString &value);
 
-} // namespace basDatabase
+}   // namespace basDatabase

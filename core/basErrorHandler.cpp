@@ -35,7 +35,7 @@ bool folderIsWritable(const QString &folder)
     return true;
 }
 
-} // namespace
+}   // namespace
 
 QString LogFilePath()
 {
@@ -49,10 +49,12 @@ QString LogFilePath()
     return QDir(data).filePath(QStringLiteral("error.log"));
 }
 
-void setLogFilePathForTesting(const QString &path) { testLogPath = path; }
+void setLogFilePathForTesting(const QString &path)
+{
+    testLogPath = path;
+}
 
-QString MessageText(const QString &procedure, int number, const QString &description, int line,
-                    const QString &extraText)
+QString MessageText(const QString &procedure, int number, const QString &description, int line, const QString &extraText)
 {
     const QString nl = QStringLiteral("\r\n");
     QString text = QStringLiteral("An error has occurred.") + nl + nl;
@@ -72,7 +74,7 @@ QString LogRecord(const QString &procedure, int number, const QString &descripti
     const QDateTime now = QDateTime::currentDateTime();
     const QLocale c(QLocale::C);
     QString record = c.toString(now.date(), QStringLiteral("dd-MMM-yyyy")) + QStringLiteral("  ")
-                     + now.time().toString(QStringLiteral("HH:mm:ss")) + nl;
+        + now.time().toString(QStringLiteral("HH:mm:ss")) + nl;
     record += QStringLiteral("Error logged by application: ") + executableName() + nl;
     record += QStringLiteral("In module: ") + procedure + nl;
     record += QStringLiteral("At line: ") + QString::number(line) + nl;
@@ -83,8 +85,7 @@ QString LogRecord(const QString &procedure, int number, const QString &descripti
     return record;
 }
 
-void ReportError(const QString &procedure, int number, const QString &description, int line, bool writeLog,
-                 const QString &extraText)
+void ReportError(const QString &procedure, int number, const QString &description, int line, bool writeLog, const QString &extraText)
 {
     if (writeLog) {
         QFile log(LogFilePath());
@@ -115,4 +116,4 @@ void ReportError(const QString &procedure, const std::exception &error)
     ReportError(procedure, -1, QString::fromLocal8Bit(error.what()));
 }
 
-} // namespace basErrorHandler
+}   // namespace basErrorHandler

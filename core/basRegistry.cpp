@@ -11,7 +11,10 @@ namespace {
 
 // Native format: HKCU\Software\TendMark\Settings on Windows, ~/.config/TendMark/Settings.conf elsewhere.
 // A key is a path below HKCU\Software\TendMark; "Settings" is the store's root.
-QSettings store() { return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("TendMark"), QStringLiteral("Settings")); }
+QSettings store()
+{
+    return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("TendMark"), QStringLiteral("Settings"));
+}
 
 QString groupFor(const QString &key)
 {
@@ -26,7 +29,7 @@ QString groupFor(const QString &key)
 
 const QString kMarker = QStringLiteral("_created");
 
-} // namespace
+}   // namespace
 
 void CreateKey(const QString &key)
 {
@@ -98,4 +101,4 @@ QString GetUserName()
     return name;
 }
 
-} // namespace basRegistry
+}   // namespace basRegistry

@@ -18,6 +18,9 @@ bool KeyExists(const QString &key);
 QString GetUserName();
 
 // The key under which TendMark keeps its settings.
-inline QString SettingsKey() { return QStringLiteral("Settings"); }
+inline QString SettingsKey()
+{
+    return QStringLiteral("Settings");
+}
 
-} // namespace basRegistry
+}   // namespace basRegistry

@@ -29,7 +29,10 @@ QString FormatSSN(const QString &digits)
     return digits;
 }
 
-QString FormatDate(const QDate &date) { return date.isValid() ? date.toString(QStringLiteral("MM/dd/yyyy")) : QString(); }
+QString FormatDate(const QDate &date)
+{
+    return date.isValid() ? date.toString(QStringLiteral("MM/dd/yyyy")) : QString();
+}
 
 QString FormatIsoDate(const QString &iso)
 {
@@ -67,8 +70,7 @@ bool IsNumeric(const QVariant &value)
     QString t = value.toString().trimmed();
     if (t.isEmpty())
         return false;
-    static const QRegularExpression number(
-        QStringLiteral("^[-+]?\\$?\\s*[-+]?(\\d{1,3}(,\\d{3})+|\\d+)?(\\.\\d*)?$"));
+    static const QRegularExpression number(QStringLiteral("^[-+]?\\$?\\s*[-+]?(\\d{1,3}(,\\d{3})+|\\d+)?(\\.\\d*)?$"));
     return number.match(t).hasMatch() && t.contains(QRegularExpression(QStringLiteral("\\d")));
 }
 
@@ -81,4 +83,4 @@ bool IsDate(const QVariant &value)
     return ParseDate(value.toString()).isValid();
 }
 
-} // namespace basTendmark
+}   // namespace basTendmark

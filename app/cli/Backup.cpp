@@ -13,7 +13,8 @@ int commandBackup(const QStringList &args)
     p.setApplicationDescription(QStringLiteral("Writes a checked copy of a TendMark database and thins out the old copies."));
     p.addHelpOption();
     p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database to back up."));
-    p.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("The folder of the copies (default: the backups folder)."), QStringLiteral("[DIR]"));
+    p.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("The folder of the copies (default: the backups folder)."),
+                            QStringLiteral("[DIR]"));
     p.process(args);
     const QStringList files = p.positionalArguments();
     if (files.isEmpty() || files.size() > 2) {

@@ -17,7 +17,7 @@ inline QTextStream &err()
     return s;
 }
 
-} // namespace Console
+}   // namespace Console
 
 int commandBackup(const QStringList &args);
 int commandRestore(const QStringList &args);

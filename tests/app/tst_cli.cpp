@@ -35,7 +35,7 @@ int count(const QString &path, const QString &sql)
     return n;
 }
 
-} // namespace
+}   // namespace
 
 class TestCli : public QObject
 {
@@ -51,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(count(fresh, "SELECT COUNT(*) FROM States"), 56);
         QCOMPARE(count(fresh, "SELECT COUNT(*) FROM Client"), 0);
         r = cli({"new", fresh});
-        QCOMPARE(r.exitCode, 1); // an existing file is never replaced unasked
+        QCOMPARE(r.exitCode, 1);   // an existing file is never replaced unasked
         QVERIFY(r.err.contains("already exists"));
         QCOMPARE(cli({"check", fresh}).exitCode, 0);
 

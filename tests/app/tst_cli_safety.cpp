@@ -16,7 +16,8 @@ namespace {
 
 int modeOf(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     ::stat(QFile::encodeName(path).constData(), &st);
     return int(st.st_mode & 0777);
 }
@@ -36,9 +37,12 @@ void sql(const QString &path, const QStringList &statements, bool keepOpen = fal
     QSqlDatabase::removeDatabase(path);
 }
 
-QStringList files(const QString &folder) { return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
+QStringList files(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
 
-} // namespace
+}   // namespace
 
 class TestCliSafety : public QObject
 {
@@ -48,7 +52,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         ::umask(022);
-        AuditLog::RegisterUserFunction(); // the test's own connections write audited tables
+        AuditLog::RegisterUserFunction();   // the test's own connections write audited tables
     }
 
     void everyFileMadeIsOwnerOnly()
@@ -56,18 +60,18 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString db = dir.filePath("pantry.tmdb");
         QCOMPARE(cli({"demo", db, "--clients", "30"}).exitCode, 0);
-        QCOMPARE(cli({"audit", db}).out, QString()); // a new file's log starts empty
+        QCOMPARE(cli({"audit", db}).out, QString());   // a new file's log starts empty
         QCOMPARE(cli({"new", dir.filePath("empty.tmdb")}).exitCode, 0);
         QCOMPARE(cli({"backup", db}).exitCode, 0);
         QCOMPARE(cli({"backup", db, dir.filePath("stick/copies")}).exitCode, 0);
         const QStringList made = {db, dir.filePath("empty.tmdb"), dir.filePath("backups"), dir.filePath("stick/copies")};
         for (const QString &path : made)
             QCOMPARE(modeOf(path), QFileInfo(path).isDir() ? 0700 : 0600);
-        for (const QString &folder : QStringList{dir.filePath("backups"), dir.filePath("stick/copies")}) {
+        for (const QString &folder : QStringList {dir.filePath("backups"), dir.filePath("stick/copies")}) {
             QCOMPARE(files(folder).size(), 1);
             QCOMPARE(modeOf(QDir(folder).filePath(files(folder).constFirst())), 0600);
         }
-        QCOMPARE(files(dir.path()), (QStringList{"empty.tmdb", "pantry.tmdb"}));
+        QCOMPARE(files(dir.path()), (QStringList {"empty.tmdb", "pantry.tmdb"}));
     }
 
     void killedDemoLeavesNothingBehind()
@@ -83,7 +87,7 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(db));
         const CliRun again = cli({"demo", db, "--clients", "10"});
         QCOMPARE(again.exitCode, 0);
-        QCOMPARE(files(dir.path()), QStringList{"demo.tmdb"});
+        QCOMPARE(files(dir.path()), QStringList {"demo.tmdb"});
     }
 
     void checkFinishesAnInterruptedSaveAndLeavesNothing()
@@ -142,7 +146,7 @@ private Q_SLOTS:
         QTest::qWait(2);
         QCOMPARE(cli({"restore", copy, db}).exitCode, 0);
         QVERIFY(cli({"audit", db, "--client", "7"}).out.split('\n', Qt::SkipEmptyParts).size() == 1);
-        QCOMPARE(files(dir.filePath("backups")).size(), 2); // the copy, and the file as it was before the restore
+        QCOMPARE(files(dir.filePath("backups")).size(), 2);   // the copy, and the file as it was before the restore
         QCOMPARE(cli({"restore", dir.filePath("nothing.tmdb"), db}).exitCode, 1);
     }
 };

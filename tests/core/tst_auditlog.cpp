@@ -18,9 +18,12 @@ QList<AuditLog::Entry> entries(const AuditLog::Filter &filter = {})
     return list;
 }
 
-QVariantMap json(const QString &text) { return QJsonDocument::fromJson(text.toUtf8()).object().toVariantMap(); }
+QVariantMap json(const QString &text)
+{
+    return QJsonDocument::fromJson(text.toUtf8()).object().toVariantMap();
+}
 
-} // namespace
+}   // namespace
 
 class TestAuditLog : public QObject
 {
@@ -44,7 +47,8 @@ private Q_SLOTS:
         for (const auto &[table, values] : rows) {
             const qint64 key = TestDatabase::insert(table, values);
             const QString keyColumn = basDatabase::Fields(table).constFirst().name;
-            basDatabase::Execute(QStringLiteral("UPDATE %1 SET %2 = %2 WHERE %2 = ?").arg(table, keyColumn), {key}); // no change: no entry
+            basDatabase::Execute(QStringLiteral("UPDATE %1 SET %2 = %2 WHERE %2 = ?").arg(table, keyColumn),
+                                 {key});   // no change: no entry
             const QList<AuditLog::Entry> all = entries({0, {}, table, {}});
             QCOMPARE(all.size(), 1);
             QCOMPARE(all.at(0).operation, QStringLiteral("insert"));
@@ -53,7 +57,7 @@ private Q_SLOTS:
             for (auto it = values.constBegin(); it != values.constEnd(); ++it)
                 QCOMPARE(json(all.at(0).newValues).value(it.key()).toString(), it.value().toString());
         }
-        QCOMPARE(entries({client, {}, {}, {}}).size(), 6); // the client and its five kinds of rows
+        QCOMPARE(entries({client, {}, {}, {}}).size(), 6);   // the client and its five kinds of rows
     }
 
     void updatesKeepOnlyTheChangedColumnsAndDeletesKeepTheRecord()
@@ -67,10 +71,10 @@ private Q_SLOTS:
         QStringList kinds;
         for (const AuditLog::Entry &e : log)
             kinds << e.table + QLatin1Char(' ') + e.operation;
-        QCOMPARE(kinds, (QStringList{"Client insert", "Family insert", "Client update", "Family delete", "Client delete"}));
-        QCOMPARE(json(log.at(2).oldValues), (QVariantMap{{"FirstName", "Ann"}}));
-        QCOMPARE(json(log.at(2).newValues), (QVariantMap{{"FirstName", "Anne"}}));
-        QCOMPARE(json(log.at(4).oldValues).value("LastName").toString(), QStringLiteral("Ames")); // the deleted record can be read
+        QCOMPARE(kinds, (QStringList {"Client insert", "Family insert", "Client update", "Family delete", "Client delete"}));
+        QCOMPARE(json(log.at(2).oldValues), (QVariantMap {{"FirstName", "Ann"}}));
+        QCOMPARE(json(log.at(2).newValues), (QVariantMap {{"FirstName", "Anne"}}));
+        QCOMPARE(json(log.at(4).oldValues).value("LastName").toString(), QStringLiteral("Ames"));   // the deleted record can be read
         QCOMPARE(json(log.at(3).oldValues).value("FirstName").toString(), QStringLiteral("Bo"));
         QVERIFY(AuditLog::Describe(log.at(2)).contains(QStringLiteral("update Client %1").arg(client)));
 

@@ -17,7 +17,8 @@ namespace {
 
 int modeOf(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     ::stat(QFile::encodeName(path).constData(), &st);
     return int(st.st_mode & 0777);
 }
@@ -32,7 +33,7 @@ int clients(const QString &path)
     return n;
 }
 
-} // namespace
+}   // namespace
 
 class TestBackups : public QObject
 {
@@ -43,10 +44,10 @@ private Q_SLOTS:
 
     void rotationKeepsRecentDailyAndMonthly_data()
     {
-        QTest::addColumn<QList<int>>("hoursAgo"); // ages of the copies
-        QTest::addColumn<QList<int>>("deleted");  // indexes into hoursAgo
+        QTest::addColumn<QList<int>>("hoursAgo");   // ages of the copies
+        QTest::addColumn<QList<int>>("deleted");   // indexes into hoursAgo
         // Twelve copies today: the two oldest go, but one of today stays.
-        QTest::newRow("many today") << QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11} << QList<int>{10, 11};
+        QTest::newRow("many today") << QList<int> {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11} << QList<int> {10, 11};
         // Two a day for two weeks: beyond the last ten, the newest of each day stays.
         QList<int> twice;
         QList<int> older;
@@ -61,7 +62,7 @@ private Q_SLOTS:
         for (int i = 0; i < 10; ++i)
             monthly << i;
         monthly << 24 * 40 << 24 * 41 << 24 * 400;
-        QTest::newRow("months and years") << monthly << QList<int>{11, 12};
+        QTest::newRow("months and years") << monthly << QList<int> {11, 12};
     }
 
     void rotationKeepsRecentDailyAndMonthly()
@@ -101,13 +102,13 @@ private Q_SLOTS:
         TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Carter"}});
         QVERIFY(basDatabase::HasChangesSinceOpen());
         basDatabase::CloseConnection();
-        QTest::qWait(2); // copies are named to the millisecond
+        QTest::qWait(2);   // copies are named to the millisecond
         QVERIFY2(Backups::Restore(made, db.path(), &error), qPrintable(error));
         QCOMPARE(clients(db.path()), 2);
         QCOMPARE(modeOf(db.path()), 0600);
 
         const QList<Backups::Info> list = Backups::List(db.path());
-        QCOMPARE(list.size(), 2); // the restored copy and the file as it was before
+        QCOMPARE(list.size(), 2);   // the restored copy and the file as it was before
         QCOMPARE(list.at(0).clients, 3);
         QCOMPARE(list.at(1).clients, 2);
         QVERIFY(list.at(0).taken > list.at(1).taken);

@@ -55,9 +55,9 @@ private Q_SLOTS:
         const int services = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM FoodService")).toInt();
         basDatabase::CloseConnection();
         QVERIFY(stored.contains(acknowledged));
-        QCOMPARE(services, stored.size()); // no save is half there
-        qInfo("%d kills, %d recovered on open, %lld saves acknowledged, %lld stored", runs, recovered,
-              qlonglong(acknowledged.size()), qlonglong(stored.size()));
+        QCOMPARE(services, stored.size());   // no save is half there
+        qInfo("%d kills, %d recovered on open, %lld saves acknowledged, %lld stored", runs, recovered, qlonglong(acknowledged.size()),
+              qlonglong(stored.size()));
         QVERIFY(recovered > runs / 2);
         QVERIFY(acknowledged.size() > runs);
     }

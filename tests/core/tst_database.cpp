@@ -35,7 +35,7 @@ private Q_SLOTS:
         QVERIFY(!valid("Client", "LastName", QString(51, 'x'), &m));
         QCOMPARE(m, QStringLiteral(" cannot exceed 50 characters."));
         QVERIFY(valid("Client", "LastName", "O'Brien"));
-        QVERIFY(valid("Client", "Comments", QString(5000, 'x'))); // memo: no length test
+        QVERIFY(valid("Client", "Comments", QString(5000, 'x')));   // memo: no length test
 
         QVERIFY(!valid("Client", "EmployerDurationYears", "", &m));
         QCOMPARE(m, QStringLiteral(" must be numeric."));
@@ -104,27 +104,31 @@ private Q_SLOTS:
         QVERIFY(basDatabase::GetCityStateFromZip("' OR 1=1 --", city, state));
         QVERIFY(city.isEmpty());
 
-        const qint64 id = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"FirstName", "Pat"}, {"MiddleInitial", "J"},
-                                                          {"SocialSecurityNumber", "123456789"}});
+        const qint64 id = TestDatabase::insert(
+            "Client", {{"LastName", "O'Brien"}, {"FirstName", "Pat"}, {"MiddleInitial", "J"}, {"SocialSecurityNumber", "123456789"}});
         QStringList info;
         QVERIFY(basDatabase::GetClientInfo(QString::number(id), info));
-        QCOMPARE(info, (QStringList{"O'Brien, Pat J", "123-45-6789", ""}));
-
+        QCOMPARE(info, (QStringList {"O'Brien, Pat J", "123-45-6789", ""}));
     }
 
     void duplicateSearches()
     {
         TestDatabase db;
-        const qint64 a = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"Address", "12 O'Neil St"}, {"City", "Austin"},
-                                                         {"State", "TX"}, {"SocialSecurityNumber", "123456789"}});
-        const qint64 b = TestDatabase::insert("Client", {{"LastName", "Doe"}, {"Address", "12 o'neil st"}, {"City", "AUSTIN"},
-                                                         {"State", "TX"}, {"SocialSecurityNumber", "987654321"}});
+        const qint64 a = TestDatabase::insert("Client",
+                                              {{"LastName", "O'Brien"},
+                                               {"Address", "12 O'Neil St"},
+                                               {"City", "Austin"},
+                                               {"State", "TX"},
+                                               {"SocialSecurityNumber", "123456789"}});
+        const qint64 b = TestDatabase::insert(
+            "Client",
+            {{"LastName", "Doe"}, {"Address", "12 o'neil st"}, {"City", "AUSTIN"}, {"State", "TX"}, {"SocialSecurityNumber", "987654321"}});
         Prompt::PickRequest r;
         QVERIFY(basDatabase::MatchAddress("", "12 O'NEIL ST", "austin", "TX", r));
         QCOMPARE(TestDatabase::scalar("SELECT COUNT(*) FROM (" + r.query.sql + ")", r.query.binds).toInt(), 2);
         QVERIFY(basDatabase::MatchAddress(QString::number(a), "12 O'Neil St", "Austin", "TX", r));
         QCOMPARE(TestDatabase::scalar("SELECT ClientID FROM (" + r.query.sql + ")", r.query.binds).toLongLong(), b);
-        QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "Austin", "tx", r)); // the state keeps its case
+        QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "Austin", "tx", r));   // the state keeps its case
         QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "", "TX", r));
         QVERIFY(!basDatabase::MatchAddress(QString::number(b), "1 Other Rd", "Austin", "TX", r));
 

@@ -15,7 +15,7 @@ class TestDemoData : public QObject
 private:
     QTemporaryDir m_dir;
     QStringList m_connections;
-    const QDate m_today{2024, 6, 15};
+    const QDate m_today {2024, 6, 15};
 
     // A fresh database with the standard contents, open under the given connection name.
     QSqlDatabase fresh(const QString &name)
@@ -175,7 +175,7 @@ private Q_SLOTS:
         QCOMPARE(count("SELECT COUNT(*) FROM Client", {}, db), 0);
         QCOMPARE(count("SELECT COUNT(*) FROM ZipCode", {}, db), 0);
         QCOMPARE(count("SELECT COUNT(*) FROM Organization WHERE OrganizationName IS NOT NULL", {}, db), 0);
-        QVERIFY(!db.rollback()); // no transaction is left open
+        QVERIFY(!db.rollback());   // no transaction is left open
         QCOMPARE(indexes(db), expected);
     }
 };

@@ -18,7 +18,7 @@ QString readLog(const QString &path)
 class LogAtMessage : public ScriptedPrompts
 {
 public:
-    explicit LogAtMessage(QString path) : m_path(std::move(path)) {}
+    explicit LogAtMessage(QString path) : m_path(std::move(path)) { }
     int message(const Prompt::Message &m) override
     {
         logWhenShown << readLog(m_path);
@@ -30,7 +30,7 @@ private:
     QString m_path;
 };
 
-} // namespace
+}   // namespace
 
 class TestErrorHandler : public QObject
 {

@@ -19,11 +19,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("words");
-        QTest::newRow("disk full") << "full" << "The disk holding test.tmdb is full. Nothing was saved; free some space and press Save again.";
-        QTest::newRow("read-only") << "read-only" << "test.tmdb or its folder is read-only. Nothing was saved;";
-        QTest::newRow("in use") << "locked" << "test.tmdb is in use by another program. Nothing was saved;";
-        QTest::newRow("deleted") << "deleted" << "test.tmdb was moved or deleted while it was open. Nothing was saved;";
-        QTest::newRow("moved") << "moved" << "test.tmdb was moved or deleted while it was open. Nothing was saved;";
+        QTest::newRow("disk full") << "full"
+                                   << "The disk holding test.tmdb is full. Nothing was saved; free some space and press Save again.";
+        QTest::newRow("read-only") << "read-only"
+                                   << "test.tmdb or its folder is read-only. Nothing was saved;";
+        QTest::newRow("in use") << "locked"
+                                << "test.tmdb is in use by another program. Nothing was saved;";
+        QTest::newRow("deleted") << "deleted"
+                                 << "test.tmdb was moved or deleted while it was open. Nothing was saved;";
+        QTest::newRow("moved") << "moved"
+                               << "test.tmdb was moved or deleted while it was open. Nothing was saved;";
     }
 
     void faultsAreToldPlainly()
@@ -60,7 +65,7 @@ private Q_SLOTS:
         QVERIFY(!prompts.last().text.contains(QStringLiteral("Error Number")));
         QFile log(db.folder() + QStringLiteral("/error.log"));
         QVERIFY(log.open(QIODevice::ReadOnly));
-        QVERIFY(log.readAll().contains("Error Description")); // the details are kept
+        QVERIFY(log.readAll().contains("Error Description"));   // the details are kept
         if (other.isValid()) {
             QSqlQuery(other).exec(QStringLiteral("ROLLBACK"));
             other.close();

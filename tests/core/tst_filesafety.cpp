@@ -30,7 +30,8 @@ QByteArray hashOf(const QString &path)
 
 int modeOf(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    { };
     ::stat(QFile::encodeName(path).constData(), &st);
     return int(st.st_mode & 0777);
 }
@@ -76,31 +77,31 @@ QString newFile(const QTemporaryDir &dir, const QString &name)
     return path;
 }
 
-} // namespace
+}   // namespace
 
 class TestFileSafety : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { ::umask(022); } // as most desktops set it: the program must not rely on it
+    void initTestCase() { ::umask(022); }   // as most desktops set it: the program must not rely on it
 
     void fileStatesOnOpening_data()
     {
         QTest::addColumn<QStringList>("damage");
         QTest::addColumn<int>("state");
-        QTest::addColumn<QString>("named"); // what the check must name
-        QTest::newRow("healthy") << QStringList{} << int(Schema::FileState::Ok) << QString();
-        QTest::newRow("missing table") << QStringList{"DROP TABLE Volunteer"} << int(Schema::FileState::Incomplete)
+        QTest::addColumn<QString>("named");   // what the check must name
+        QTest::newRow("healthy") << QStringList {} << int(Schema::FileState::Ok) << QString();
+        QTest::newRow("missing table") << QStringList {"DROP TABLE Volunteer"} << int(Schema::FileState::Incomplete)
                                        << "The table Volunteer is missing.";
-        QTest::newRow("missing column") << QStringList{"ALTER TABLE Client RENAME COLUMN Comments TO Remarks"}
+        QTest::newRow("missing column") << QStringList {"ALTER TABLE Client RENAME COLUMN Comments TO Remarks"}
                                         << int(Schema::FileState::Incomplete) << "The column Comments of the table Client is missing.";
-        QTest::newRow("missing index") << QStringList{"DROP INDEX ClientBySSN"} << int(Schema::FileState::Incomplete)
+        QTest::newRow("missing index") << QStringList {"DROP INDEX ClientBySSN"} << int(Schema::FileState::Incomplete)
                                        << "The index ClientBySSN is missing.";
-        QTest::newRow("missing audit trigger") << QStringList{"DROP TRIGGER AuditClientDelete"}
-                                               << int(Schema::FileState::Incomplete) << "The trigger AuditClientDelete is missing.";
-        QTest::newRow("newer") << QStringList{"PRAGMA user_version = 99"} << int(Schema::FileState::Newer) << QString();
-        QTest::newRow("foreign") << QStringList{"PRAGMA application_id = 7"} << int(Schema::FileState::Foreign) << QString();
+        QTest::newRow("missing audit trigger") << QStringList {"DROP TRIGGER AuditClientDelete"} << int(Schema::FileState::Incomplete)
+                                               << "The trigger AuditClientDelete is missing.";
+        QTest::newRow("newer") << QStringList {"PRAGMA user_version = 99"} << int(Schema::FileState::Newer) << QString();
+        QTest::newRow("foreign") << QStringList {"PRAGMA application_id = 7"} << int(Schema::FileState::Foreign) << QString();
     }
 
     void fileStatesOnOpening()
@@ -119,7 +120,7 @@ private Q_SLOTS:
         basDatabase::CloseConnection();
         if (state == int(Schema::FileState::Ok))
             return;
-        QCOMPARE(hashOf(path), before); // refused files are left as they were
+        QCOMPARE(hashOf(path), before);   // refused files are left as they were
         QVERIFY(!reason.isEmpty());
         if (!named.isEmpty()) {
             QVERIFY2(check.problems.contains(named), qPrintable(check.problems.join('|')));
@@ -151,7 +152,7 @@ private Q_SLOTS:
         basDatabase::CloseConnection();
         QVERIFY(clients > 0 && clients < 300);
         QCOMPARE(modeOf(rescued), 0600);
-        QVERIFY(!FileHealth::CopyReadable(path, rescued, &report, &error)); // never over an existing file
+        QVERIFY(!FileHealth::CopyReadable(path, rescued, &report, &error));   // never over an existing file
     }
 
     void checkOfAHealthyFileChangesNothing()
@@ -164,7 +165,7 @@ private Q_SLOTS:
         QVERIFY(!Schema::ExamineForOpening(path).recovered);
         QCOMPARE(hashOf(path), before);
         QCOMPARE(QFileInfo(path).lastModified(), modified);
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"pantry.tmdb"});
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"pantry.tmdb"});
     }
 
     void filesAreOwnerOnly()
@@ -221,7 +222,7 @@ private Q_SLOTS:
         stale.write("half");
         stale.close();
         QVERIFY(Schema::CreateDatabase(path, false, &error));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"new.tmdb"});
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"new.tmdb"});
     }
 
     void socketIsPrivateAndForeignSocketsGetNothing()
@@ -239,7 +240,7 @@ private Q_SLOTS:
         bool running = false;
         QThread *t = QThread::create([&] { running = second.anotherIsRunning({"pantry.tmdb"}); });
         t->start();
-        QTRY_COMPARE(received, QStringList{"pantry.tmdb"});
+        QTRY_COMPARE(received, QStringList {"pantry.tmdb"});
         t->wait();
         delete t;
         QVERIFY(running);

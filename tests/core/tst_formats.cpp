@@ -68,12 +68,18 @@ private Q_SLOTS:
             QCOMPARE(eval(SqlText::currency("v"), c), Money::format(c));
         QCOMPARE(eval(SqlText::date("v"), "2026-01-05"), QStringLiteral("01/05/2026"));
         const int year = QDate::currentDate().year();
-        QCOMPARE(eval(SqlText::yearsSince("v"), QString("%1-12-31").arg(year - 1)).toInt(), 1); // calendar years, not birthdays
+        QCOMPARE(eval(SqlText::yearsSince("v"), QString("%1-12-31").arg(year - 1)).toInt(), 1);   // calendar years, not birthdays
         QVERIFY(eval(SqlText::yearsSince("v"), QVariant()).isEmpty());
-        QCOMPARE(TestDatabase::scalar("SELECT " + SqlText::fullName() + " FROM (SELECT 'Doe' AS LastName, 'Jane' AS FirstName, "
-                                      "NULL AS MiddleInitial)").toString(), QStringLiteral("Doe, Jane "));
-        QCOMPARE(TestDatabase::scalar("SELECT " + SqlText::fullName() + " FROM (SELECT NULL AS LastName, 'Jane' AS FirstName, "
-                                      "'Q' AS MiddleInitial)").toString(), QStringLiteral("Jane Q"));
+        QCOMPARE(TestDatabase::scalar("SELECT " + SqlText::fullName()
+                                      + " FROM (SELECT 'Doe' AS LastName, 'Jane' AS FirstName, "
+                                        "NULL AS MiddleInitial)")
+                     .toString(),
+                 QStringLiteral("Doe, Jane "));
+        QCOMPARE(TestDatabase::scalar("SELECT " + SqlText::fullName()
+                                      + " FROM (SELECT NULL AS LastName, 'Jane' AS FirstName, "
+                                        "'Q' AS MiddleInitial)")
+                     .toString(),
+                 QStringLiteral("Jane Q"));
         QCOMPARE(TestDatabase::count("Client", "LastName LIKE ? ESCAPE '\\'", {SqlText::likeContains("100%")}), 0);
         TestDatabase::insert("Client", {{"LastName", "100% Smith"}});
         TestDatabase::insert("Client", {{"LastName", "1000 Smith"}});

@@ -17,8 +17,8 @@ private Q_SLOTS:
         QSet<QString> keys;
         QSqlQuery tables = basDatabase::Execute(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
         while (tables.next()) {
-            QSqlQuery fk = basDatabase::Execute(QStringLiteral("SELECT \"table\", \"from\" FROM pragma_foreign_key_list(?)"),
-                                                {tables.value(0)});
+            QSqlQuery fk
+                = basDatabase::Execute(QStringLiteral("SELECT \"table\", \"from\" FROM pragma_foreign_key_list(?)"), {tables.value(0)});
             while (fk.next())
                 if (LookupTables::byName(fk.value(0).toString()))
                     keys << tables.value(0).toString() + u'.' + fk.value(1).toString() + u'>' + fk.value(0).toString();
@@ -49,7 +49,7 @@ private Q_SLOTS:
         const LookupTables::LookupTable &t = *LookupTables::byName(lookup);
         const qint64 item = TestDatabase::insert(lookup, {{QLatin1String(t.descriptionColumn), QStringLiteral("Unused so far")}});
         QVERIFY(!LookupTables::inUse(t, item));
-        QVariantMap row{{column, item}};
+        QVariantMap row {{column, item}};
         if (table != QLatin1String("Client"))
             row.insert(QStringLiteral("ClientID"), TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Doe"}}));
         TestDatabase::insert(table, row);

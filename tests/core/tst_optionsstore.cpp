@@ -36,10 +36,10 @@ private Q_SLOTS:
         TestDatabase db;
         basDatabase::Execute("DELETE FROM Options");
         basDatabase::Execute("DELETE FROM Organization");
-        QCOMPARE(OptionsStore::readOptions(), DatabaseOptions{});
-        QCOMPARE(OptionsStore::readOrganization(), Organization{});
+        QCOMPARE(OptionsStore::readOptions(), DatabaseOptions {});
+        QCOMPARE(OptionsStore::readOrganization(), Organization {});
 
-        const Organization organization{"St. Mary's Pantry", "1 Main St", "Austin", "TX", "78701", "5125551234", ""};
+        const Organization organization {"St. Mary's Pantry", "1 Main St", "Austin", "TX", "78701", "5125551234", ""};
         OptionsStore::save(organization, {});
         QCOMPARE(OptionsStore::readOrganization(), organization);
         QCOMPARE(TestDatabase::count("Organization", "OrganizationLogo IS NULL AND OrganizationCity = 'Austin'"), 1);

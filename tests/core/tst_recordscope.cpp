@@ -22,8 +22,8 @@ private:
     static QStringList names(Kind kind, const RecordScope::Selection &s)
     {
         const QString table = RecordScope::tableName(kind);
-        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT t.LastName FROM %1 t%2 ORDER BY t.LastName").arg(table, s.where),
-                                           s.binds);
+        QSqlQuery q
+            = basDatabase::Execute(QStringLiteral("SELECT t.LastName FROM %1 t%2 ORDER BY t.LastName").arg(table, s.where), s.binds);
         QStringList result;
         while (q.next())
             result << q.value(0).toString();
@@ -50,11 +50,16 @@ private Q_SLOTS:
                                           << "Only one statement can be run at a time.";
         QTest::newRow("second select") << "SELECT * FROM Client; SELECT * FROM Client"
                                        << "Only one statement can be run at a time.";
-        QTest::newRow("empty") << "  -- nothing" << "The statement is empty.";
-        QTest::newRow("syntax") << "SELEC * FROM Client" << "near \"SELEC\": syntax error";
-        QTest::newRow("no table") << "SELECT * FROM Clients" << "no such table: Clients";
-        QTest::newRow("no key") << "SELECT LastName FROM Client" << "The statement must return the column ClientID.";
-        QTest::newRow("no last name") << "SELECT ClientID FROM Client" << "The statement must return the column LastName.";
+        QTest::newRow("empty") << "  -- nothing"
+                               << "The statement is empty.";
+        QTest::newRow("syntax") << "SELEC * FROM Client"
+                                << "near \"SELEC\": syntax error";
+        QTest::newRow("no table") << "SELECT * FROM Clients"
+                                  << "no such table: Clients";
+        QTest::newRow("no key") << "SELECT LastName FROM Client"
+                                << "The statement must return the column ClientID.";
+        QTest::newRow("no last name") << "SELECT ClientID FROM Client"
+                                      << "The statement must return the column LastName.";
         QTest::newRow("other table") << "SELECT VolunteerID AS ClientID, LastName FROM Volunteer"
                                      << "The statement must select from the Client table.";
     }
@@ -86,7 +91,8 @@ private Q_SLOTS:
         TestDatabase::insert("Volunteer", {{"LastName", "Vance"}});
         TestDatabase::insert("Volunteer", {{"LastName", "Ames"}});
 
-        struct Case {
+        struct Case
+        {
             Kind kind;
             int type;
             QString sql;
@@ -96,7 +102,12 @@ private Q_SLOTS:
         } cases[] = {
             {Kind::Client, 0, {}, {}, {"adams", "moore", "Ng", "O'Brien", "Zed"}, -1},
             // the list's own filter and order are kept out: the report sorts by last name
-            {Kind::Client, 1, "SELECT * FROM Client WHERE LastName <> 'Ng' ORDER BY ClientID DESC", {}, {"adams", "moore", "O'Brien", "Zed"}, 4},
+            {Kind::Client,
+             1,
+             "SELECT * FROM Client WHERE LastName <> 'Ng' ORDER BY ClientID DESC",
+             {},
+             {"adams", "moore", "O'Brien", "Zed"},
+             4},
             {Kind::Client, 1, "SELECT ClientID, LastName FROM Client WHERE upper(LastName) LIKE 'O''%'", {}, {"O'Brien"}, 1},
             {Kind::Client, 1, "SELECT * FROM Client WHERE 0", {}, {}, 0},
             {Kind::Client, 2, {}, QString::number(moore), {"moore"}, 1},

@@ -32,9 +32,9 @@ private Q_SLOTS:
         Recordset rs;
         rs.open("Client", "ClientID", "SELECT * FROM Client ORDER BY LastName");
         QCOMPARE(rs.recordCount(), 5);
-        QCOMPARE(walk(rs), (QStringList{"Adams", "baker", "O'Brien", "smith", "Zane"})); // case ignored, as people expect
+        QCOMPARE(walk(rs), (QStringList {"Adams", "baker", "O'Brien", "smith", "Zane"}));   // case ignored, as people expect
         rs.open("Client", "ClientID", "SELECT * FROM Client WHERE LastName LIKE ? ORDER BY LastName DESC", {"%a%"});
-        QCOMPARE(walk(rs), (QStringList{"Zane", "baker", "Adams"}));
+        QCOMPARE(walk(rs), (QStringList {"Zane", "baker", "Adams"}));
     }
 
     void positionsAndEnds()
@@ -84,7 +84,7 @@ private Q_SLOTS:
         QCOMPARE(rs.absolutePosition(), -1);
         rs.setValue("LastName", "O'Brien");
         rs.cancelUpdate();
-        QCOMPARE(rs.value("LastName").toString(), QStringLiteral("B")); // back where it was
+        QCOMPARE(rs.value("LastName").toString(), QStringLiteral("B"));   // back where it was
         QCOMPARE(TestDatabase::count("Client"), 2);
 
         rs.addNew();
@@ -92,7 +92,7 @@ private Q_SLOTS:
         rs.update();
         QCOMPARE(TestDatabase::count("Client", "LastName = ?", {"O'Brien"}), 1);
         QCOMPARE(rs.recordCount(), 3);
-        QCOMPARE(rs.absolutePosition(), 3); // a new row joins the end until the next requery
+        QCOMPARE(rs.absolutePosition(), 3);   // a new row joins the end until the next requery
         QCOMPARE(rs.key().toLongLong(), TestDatabase::scalar("SELECT ClientID FROM Client WHERE LastName = ?", {"O'Brien"}).toLongLong());
 
         rs.moveFirst();
@@ -113,16 +113,16 @@ private Q_SLOTS:
         Recordset rs;
         rs.open("FoodService", "FoodServiceID", "SELECT * FROM FoodService WHERE ClientID = ?", {client});
         rs.setValue("NumberOfBags", 5);
-        rs.setValue("FoodServiceTypeID", 999); // no such type
+        rs.setValue("FoodServiceTypeID", 999);   // no such type
         QVERIFY_THROWS_EXCEPTION(TmError, rs.update());
         QCOMPARE(TestDatabase::scalar("SELECT NumberOfBags FROM FoodService").toInt(), 2);
-        QCOMPARE(rs.editMode(), Recordset::EditMode::Editing); // the user can correct and save again
+        QCOMPARE(rs.editMode(), Recordset::EditMode::Editing);   // the user can correct and save again
         rs.setValue("FoodServiceTypeID", QVariant());
         rs.update();
         QCOMPARE(TestDatabase::scalar("SELECT NumberOfBags FROM FoodService").toInt(), 5);
 
         rs.addNew();
-        rs.setValue("NumberOfBags", 1); // no ClientID
+        rs.setValue("NumberOfBags", 1);   // no ClientID
         QVERIFY_THROWS_EXCEPTION(TmError, rs.update());
         QCOMPARE(TestDatabase::count("FoodService"), 1);
     }

@@ -43,7 +43,7 @@ void makeForeignDatabase(const QString &path)
     QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
 }
 
-} // namespace
+}   // namespace
 
 class TestSchema : public QObject
 {
@@ -53,26 +53,75 @@ private Q_SLOTS:
     void newDatabaseHasTheTablesAndColumns()
     {
         TestDatabase db;
-        const QStringList clientColumns = {
-            "ClientID", "LastName", "FirstName", "MiddleInitial", "SocialSecurityNumber", "DriversLicenseNumber", "Address",
-            "City", "State", "ZipCode", "HomePhone", "WorkPhone", "MobilePhone", "Fax", "BirthDate", "Gender",
-            "MaritalStatusID", "EthnicOriginID", "EducationLevelID", "HousingID", "ReligiousPreferenceID", "OtherAssistanceID",
-            "EmployerName", "EmployerAddress", "EmployerCity", "EmployerState", "EmployerZip", "EmployerDurationYears",
-            "EmployerDurationMonths", "FormerAddress", "DietaryRequirements", "MedicalProblems", "RelativesSearchingFor",
-            "FEMAContacted", "FEMAEligible", "FEMAComments", "Comments"};
+        const QStringList clientColumns = {"ClientID",
+                                           "LastName",
+                                           "FirstName",
+                                           "MiddleInitial",
+                                           "SocialSecurityNumber",
+                                           "DriversLicenseNumber",
+                                           "Address",
+                                           "City",
+                                           "State",
+                                           "ZipCode",
+                                           "HomePhone",
+                                           "WorkPhone",
+                                           "MobilePhone",
+                                           "Fax",
+                                           "BirthDate",
+                                           "Gender",
+                                           "MaritalStatusID",
+                                           "EthnicOriginID",
+                                           "EducationLevelID",
+                                           "HousingID",
+                                           "ReligiousPreferenceID",
+                                           "OtherAssistanceID",
+                                           "EmployerName",
+                                           "EmployerAddress",
+                                           "EmployerCity",
+                                           "EmployerState",
+                                           "EmployerZip",
+                                           "EmployerDurationYears",
+                                           "EmployerDurationMonths",
+                                           "FormerAddress",
+                                           "DietaryRequirements",
+                                           "MedicalProblems",
+                                           "RelativesSearchingFor",
+                                           "FEMAContacted",
+                                           "FEMAEligible",
+                                           "FEMAComments",
+                                           "Comments"};
         QStringList actual;
         for (const FieldInfo &f : basDatabase::Fields(QStringLiteral("Client")))
             actual << f.name;
         QCOMPARE(actual, clientColumns);
 
-        const QStringList tables = {"EducationLevel", "EthnicOrigin", "ExpenseCategories", "Expenses", "Family", "FoodService",
-                                    "FoodServiceTypes", "Gender", "Housing", "Income", "IncomeSources", "LabelDetails",
-                                    "MaritalStatus", "Options", "Organization", "OtherAssistance", "Payments", "PaymentTypes",
-                                    "Relationships", "ReligiousPreference", "States", "Volunteer", "ZipCode"};
+        const QStringList tables = {"EducationLevel",
+                                    "EthnicOrigin",
+                                    "ExpenseCategories",
+                                    "Expenses",
+                                    "Family",
+                                    "FoodService",
+                                    "FoodServiceTypes",
+                                    "Gender",
+                                    "Housing",
+                                    "Income",
+                                    "IncomeSources",
+                                    "LabelDetails",
+                                    "MaritalStatus",
+                                    "Options",
+                                    "Organization",
+                                    "OtherAssistance",
+                                    "Payments",
+                                    "PaymentTypes",
+                                    "Relationships",
+                                    "ReligiousPreference",
+                                    "States",
+                                    "Volunteer",
+                                    "ZipCode"};
         for (const QString &t : tables)
             QVERIFY2(!basDatabase::Fields(t).isEmpty(), qPrintable(t));
         QVERIFY(basDatabase::Field("Payments", "PaymentsTypeID").isValid());
-        QVERIFY(basDatabase::Field("Volunteer", "EmailAddress").isValid()); // the editor's spelling finds the column
+        QVERIFY(basDatabase::Field("Volunteer", "EmailAddress").isValid());   // the editor's spelling finds the column
     }
 
     void columnDeclarationsAreReadAtRunTime()
@@ -102,12 +151,13 @@ private Q_SLOTS:
             QVERIFY2(TestDatabase::count(t) >= 4, t);
         QCOMPARE(TestDatabase::count("Organization"), 1);
         QCOMPARE(TestDatabase::count("Options"), 1);
-        QCOMPARE(OptionsStore::readOptions(), DatabaseOptions{});
+        QCOMPARE(OptionsStore::readOptions(), DatabaseOptions {});
         QCOMPARE(TestDatabase::count("LabelDetails", "\"Default\" = 1"), 1);
         QCOMPARE(TestDatabase::scalar("SELECT Description FROM LabelDetails WHERE \"Default\" = 1").toString().left(10),
                  QStringLiteral("Avery 5160"));
         QCOMPARE(TestDatabase::count("LabelDetails", "Description LIKE 'Avery 5161%' OR Description LIKE 'Avery 5163%'"), 2);
-        QCOMPARE(TestDatabase::scalar("SELECT NumberAcross * NumberDown FROM LabelDetails WHERE Description LIKE 'Avery 5160%'").toInt(), 30);
+        QCOMPARE(TestDatabase::scalar("SELECT NumberAcross * NumberDown FROM LabelDetails WHERE Description LIKE 'Avery 5160%'").toInt(),
+                 30);
     }
 
     void deletingAClientCascadesToItsRows()

@@ -23,7 +23,7 @@ private Q_SLOTS:
         QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "LastOpened"), QStringLiteral("/data/pantry.tmdb"));
         QCOMPARE(basRegistry::EnumValues(basRegistry::SettingsKey()).size(), 2);
         basRegistry::DeleteValue(basRegistry::SettingsKey(), "frmClientGrid");
-        QCOMPARE(basRegistry::EnumValues(basRegistry::SettingsKey()), QStringList{"LastOpened"});
+        QCOMPARE(basRegistry::EnumValues(basRegistry::SettingsKey()), QStringList {"LastOpened"});
         basRegistry::SetString("Settings\\Windows", "x", "1");
         QCOMPARE(basRegistry::GetString("Settings\\Windows", "x"), QStringLiteral("1"));
         basRegistry::DeleteKey("Settings\\Windows");
@@ -44,7 +44,7 @@ private Q_SLOTS:
         QTimer::singleShot(0, [&] { running = second.anotherIsRunning({"pantry.tmdb"}); });
         QTRY_COMPARE(activated.count(), 1);
         QTRY_VERIFY(running);
-        QCOMPARE(activated.first().first().toStringList(), QStringList{"pantry.tmdb"});
+        QCOMPARE(activated.first().first().toStringList(), QStringList {"pantry.tmdb"});
     }
 };
 

@@ -54,8 +54,7 @@ private slots:
             else if (ending == QLatin1String("rollback"))
                 transaction.rollback();
             QCOMPARE(transaction.active(), ending == QLatin1String("scope"));
-        } catch (const std::runtime_error &) {
-        }
+        } catch (const std::runtime_error &) { }
         QCOMPARE(rows(), kept);
         QVERIFY(m_db.transaction());   // nothing was left open
         QVERIFY(m_db.rollback());

@@ -19,8 +19,7 @@ struct Desk
     explicit Desk(QSize size = QSize(1100, 800));
 
     // Opens a window through its menu entry and returns it.
-    template<typename T>
-    T *open(const char *menu)
+    template<typename T> T *open(const char *menu)
     {
         main.findChild<QAction *>(QString::fromLatin1(menu))->trigger();
         QCoreApplication::processEvents();

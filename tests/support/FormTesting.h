@@ -44,11 +44,13 @@ struct ClientWorld : Desk
         // Complete by default: a unique number and address, so that saving needs no answers.
         static int serial = 0;
         ++serial;
-        QVariantMap values{{QStringLiteral("LastName"), last}, {QStringLiteral("FirstName"), first},
-                           {QStringLiteral("MiddleInitial"), middle},
-                           {QStringLiteral("SocialSecurityNumber"), QStringLiteral("9000%1").arg(serial, 5, 10, QLatin1Char('0'))},
-                           {QStringLiteral("Address"), QStringLiteral("%1 Test Lane").arg(serial)},
-                           {QStringLiteral("City"), QStringLiteral("Testville")}, {QStringLiteral("State"), QStringLiteral("IL")}};
+        QVariantMap values {{QStringLiteral("LastName"), last},
+                            {QStringLiteral("FirstName"), first},
+                            {QStringLiteral("MiddleInitial"), middle},
+                            {QStringLiteral("SocialSecurityNumber"), QStringLiteral("9000%1").arg(serial, 5, 10, QLatin1Char('0'))},
+                            {QStringLiteral("Address"), QStringLiteral("%1 Test Lane").arg(serial)},
+                            {QStringLiteral("City"), QStringLiteral("Testville")},
+                            {QStringLiteral("State"), QStringLiteral("IL")}};
         for (auto it = more.constBegin(); it != more.constEnd(); ++it)
             values.insert(it.key(), it.value());
         return TestDatabase::insert(QStringLiteral("Client"), values);
@@ -80,8 +82,7 @@ struct EditorDesk : Desk
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    template<typename T>
-    T *open(RecordKind editor, const QString &recordId = {})
+    template<typename T> T *open(RecordKind editor, const QString &recordId = {})
     {
         main.openRecordEditor(editor, QString::number(clientId), recordId);
         return qobject_cast<T *>(main.activeChild());
@@ -119,7 +120,10 @@ inline void typeInto(QWidget *c, const QString &text)
         QTest::keyClicks(c, text);
 }
 
-inline void typeInto(QWidget *window, const QString &dataField, const QString &text) { typeInto(fieldOf(window, dataField), text); }
+inline void typeInto(QWidget *window, const QString &dataField, const QString &text)
+{
+    typeInto(fieldOf(window, dataField), text);
+}
 
 inline Prompt::Message findMessage(const ScriptedPrompts &prompts, const QString &title)
 {
@@ -129,11 +133,26 @@ inline Prompt::Message findMessage(const ScriptedPrompts &prompts, const QString
     return {};
 }
 
-inline QString statusText(QWidget *w) { return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text(); }
-inline QPushButton *button(QWidget *w, const char *name) { return w->findChild<QPushButton *>(QLatin1String(name)); }
-inline QLineEdit *lineEdit(RecordEditor *w, const char *column) { return qobject_cast<QLineEdit *>(w->boundControl(QLatin1String(column))); }
-inline QComboBox *combo(RecordEditor *w, const char *column) { return qobject_cast<QComboBox *>(w->boundControl(QLatin1String(column))); }
-inline QDateEdit *dateEdit(RecordEditor *w, const char *column) { return qobject_cast<QDateEdit *>(w->boundControl(QLatin1String(column))); }
+inline QString statusText(QWidget *w)
+{
+    return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text();
+}
+inline QPushButton *button(QWidget *w, const char *name)
+{
+    return w->findChild<QPushButton *>(QLatin1String(name));
+}
+inline QLineEdit *lineEdit(RecordEditor *w, const char *column)
+{
+    return qobject_cast<QLineEdit *>(w->boundControl(QLatin1String(column)));
+}
+inline QComboBox *combo(RecordEditor *w, const char *column)
+{
+    return qobject_cast<QComboBox *>(w->boundControl(QLatin1String(column)));
+}
+inline QDateEdit *dateEdit(RecordEditor *w, const char *column)
+{
+    return qobject_cast<QDateEdit *>(w->boundControl(QLatin1String(column)));
+}
 
 inline void choose(QComboBox *list, const QString &text)
 {
@@ -142,4 +161,7 @@ inline void choose(QComboBox *list, const QString &text)
     list->setCurrentIndex(i);
 }
 
-inline QAction *menu(frmMain &main, const char *name) { return main.findChild<QAction *>(QLatin1String(name)); }
+inline QAction *menu(frmMain &main, const char *name)
+{
+    return main.findChild<QAction *>(QLatin1String(name));
+}

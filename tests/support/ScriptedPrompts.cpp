@@ -1,8 +1,14 @@
 #include "ScriptedPrompts.h"
 
-ScriptedPrompts::ScriptedPrompts() { Prompt::setHandler(this); }
+ScriptedPrompts::ScriptedPrompts()
+{
+    Prompt::setHandler(this);
+}
 
-ScriptedPrompts::~ScriptedPrompts() { Prompt::setHandler(nullptr); }
+ScriptedPrompts::~ScriptedPrompts()
+{
+    Prompt::setHandler(nullptr);
+}
 
 QStringList ScriptedPrompts::titles() const
 {
@@ -43,4 +49,7 @@ std::optional<QString> ScriptedPrompts::pick(const Prompt::PickRequest &r)
     return m_picks.isEmpty() ? std::nullopt : m_picks.takeFirst();
 }
 
-std::optional<QFont> ScriptedPrompts::font(const QString &, const QFont &) { return std::nullopt; }
+std::optional<QFont> ScriptedPrompts::font(const QString &, const QFont &)
+{
+    return std::nullopt;
+}

@@ -20,7 +20,7 @@ public:
     const QList<Prompt::Message> &messages() const { return m_messages; }
     const QList<Prompt::FileRequest> &fileRequests() const { return m_fileRequests; }
     const QList<Prompt::PickRequest> &pickRequests() const { return m_pickRequests; }
-    Prompt::Message last() const { return m_messages.isEmpty() ? Prompt::Message{} : m_messages.last(); }
+    Prompt::Message last() const { return m_messages.isEmpty() ? Prompt::Message {} : m_messages.last(); }
     QStringList titles() const;
     void clear();
 
@@ -46,7 +46,6 @@ inline bool operator==(const Message &a, const Message &b)
 }
 inline char *toString(const Message &m)
 {
-    return qstrdup(qPrintable(QStringLiteral("[%1 | %2 | icon %3 | buttons %4]")
-                                  .arg(m.title, m.text).arg(int(m.icon)).arg(m.buttons)));
+    return qstrdup(qPrintable(QStringLiteral("[%1 | %2 | icon %3 | buttons %4]").arg(m.title, m.text).arg(int(m.icon)).arg(m.buttons)));
 }
-}
+}   // namespace Prompt

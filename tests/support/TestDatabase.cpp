@@ -20,7 +20,10 @@ TestDatabase::TestDatabase(bool open)
         qFatal("test database: %s", qPrintable(error));
 }
 
-TestDatabase::~TestDatabase() { basDatabase::CloseConnection(); }
+TestDatabase::~TestDatabase()
+{
+    basDatabase::CloseConnection();
+}
 
 qint64 TestDatabase::insert(const QString &table, const QVariantMap &values)
 {
@@ -37,7 +40,10 @@ qint64 TestDatabase::insert(const QString &table, const QVariantMap &values)
     return basDatabase::Execute(sql, binds).lastInsertId().toLongLong();
 }
 
-QVariant TestDatabase::scalar(const QString &sql, const QVariantList &binds) { return basDatabase::ScalarValue(sql, binds); }
+QVariant TestDatabase::scalar(const QString &sql, const QVariantList &binds)
+{
+    return basDatabase::ScalarValue(sql, binds);
+}
 
 int TestDatabase::count(const QString &table, const QString &where, const QVariantList &binds)
 {
@@ -50,11 +56,11 @@ int TestDatabase::count(const QString &table, const QString &where, const QVaria
 qint64 TestDatabase::lookupId(const QString &table, const QString &description)
 {
     const QString key = table == QLatin1String("ExpenseCategories") ? QStringLiteral("ExpenseCategoryID")
-                        : table == QLatin1String("FoodServiceTypes") ? QStringLiteral("FoodServiceTypeID")
-                        : table == QLatin1String("IncomeSources")    ? QStringLiteral("IncomeSourceID")
-                        : table == QLatin1String("PaymentTypes")     ? QStringLiteral("PaymentTypeID")
-                        : table == QLatin1String("Relationships")    ? QStringLiteral("RelationshipID")
-                                                                     : table + QStringLiteral("ID");
+        : table == QLatin1String("FoodServiceTypes")                ? QStringLiteral("FoodServiceTypeID")
+        : table == QLatin1String("IncomeSources")                   ? QStringLiteral("IncomeSourceID")
+        : table == QLatin1String("PaymentTypes")                    ? QStringLiteral("PaymentTypeID")
+        : table == QLatin1String("Relationships")                   ? QStringLiteral("RelationshipID")
+                                                                    : table + QStringLiteral("ID");
     const QString desc = key.left(key.size() - 2) + QStringLiteral("Description");
     return scalar(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?").arg(SqlText::id(key), SqlText::id(table), SqlText::id(desc)),
                   {description})

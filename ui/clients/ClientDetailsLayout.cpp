@@ -69,7 +69,7 @@ QComboBox *dropDown(QWidget *parent, bool editable = false)
     return combo;
 }
 
-} // namespace
+}   // namespace
 
 void frmClientDetails::buildForm()
 {
@@ -107,8 +107,8 @@ void frmClientDetails::buildForm()
     layout->addWidget(m_strip);
 }
 
-QWidget *frmClientDetails::bind(QWidget *control, const char *arrayName, const QString &field, const QString &caption,
-                                bool required, const QString &tip)
+QWidget *frmClientDetails::bind(QWidget *control, const char *arrayName, const QString &field, const QString &caption, bool required,
+                                const QString &tip)
 {
     const int index = m_nextIndex++;
     control->setObjectName(QString::fromLatin1(arrayName));
@@ -149,18 +149,24 @@ QWidget *frmClientDetails::buildTopPane()
 
     auto *personal = new QGroupBox(QStringLiteral("Client"), pane);
     auto *pForm = compactForm(personal);
-    row(pForm, bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), QStringLiteral("Last Name"), true,
-                    QStringLiteral("Enter the client's last name.")));
-    row(pForm, bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), QStringLiteral("First Name"), true,
-                    QStringLiteral("Enter the client's first name.")));
-    row(pForm, bind(text(personal, 1, 3), "txtData", QStringLiteral("MiddleInitial"), QStringLiteral("Middle Initial"), false,
-                    QStringLiteral("Enter the client's middle initial.")));
-    row(pForm, bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"),
-                    QStringLiteral("Social Security No"), true, QStringLiteral("Enter the client's social security number.")));
-    row(pForm, bind(text(personal, 20, 0), "txtData", QStringLiteral("DriversLicenseNumber"), QStringLiteral("Drivers License No"),
-                    false, QStringLiteral("Enter the client's drivers license number.")));
-    row(pForm, bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), QStringLiteral("Birth Date"),
-                    false, QStringLiteral("Enter the client's birthdate (mm/dd/yyyy).")));
+    row(pForm,
+        bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), QStringLiteral("Last Name"), true,
+             QStringLiteral("Enter the client's last name.")));
+    row(pForm,
+        bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), QStringLiteral("First Name"), true,
+             QStringLiteral("Enter the client's first name.")));
+    row(pForm,
+        bind(text(personal, 1, 3), "txtData", QStringLiteral("MiddleInitial"), QStringLiteral("Middle Initial"), false,
+             QStringLiteral("Enter the client's middle initial.")));
+    row(pForm,
+        bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"),
+             QStringLiteral("Social Security No"), true, QStringLiteral("Enter the client's social security number.")));
+    row(pForm,
+        bind(text(personal, 20, 0), "txtData", QStringLiteral("DriversLicenseNumber"), QStringLiteral("Drivers License No"), false,
+             QStringLiteral("Enter the client's drivers license number.")));
+    row(pForm,
+        bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), QStringLiteral("Birth Date"), false,
+             QStringLiteral("Enter the client's birthdate (mm/dd/yyyy).")));
     QWidget *gender = bind(dropDown(personal), "cboData", QStringLiteral("Gender"), QStringLiteral("Gender"), false,
                            QStringLiteral("Select the client's gender."));
     static_cast<QComboBox *>(gender)->setMinimumContentsLength(3);
@@ -168,10 +174,12 @@ QWidget *frmClientDetails::buildTopPane()
 
     auto *address = new QGroupBox(QStringLiteral("Address and Telephone"), pane);
     auto *aForm = compactForm(address);
-    row(aForm, bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
-                    QStringLiteral("Enter the client's address. Multiple lines are allowed.")));
-    row(aForm, bind(text(address, 50, 0), "txtData", QStringLiteral("City"), QStringLiteral("City"), true,
-                    QStringLiteral("Enter the client's city.")));
+    row(aForm,
+        bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
+             QStringLiteral("Enter the client's address. Multiple lines are allowed.")));
+    row(aForm,
+        bind(text(address, 50, 0), "txtData", QStringLiteral("City"), QStringLiteral("City"), true,
+             QStringLiteral("Enter the client's city.")));
     auto *stateZip = new QHBoxLayout;
     QWidget *state = bind(dropDown(address), "cboData", QStringLiteral("State"), QStringLiteral("State"), true,
                           QStringLiteral("Select the client's state."));
@@ -185,27 +193,36 @@ QWidget *frmClientDetails::buildTopPane()
     stateZip->addWidget(zip);
     stateZip->addStretch(1);
     aForm->addRow(labelOf(state), stateZip);
-    row(aForm, bind(masked(address, kPhoneMask), "mskData", QStringLiteral("HomePhone"), QStringLiteral("Home Phone"), false,
-                    QStringLiteral("Enter the client's home telephone number (including area code).")));
-    row(aForm, bind(masked(address, kPhoneMask), "mskData", QStringLiteral("MobilePhone"), QStringLiteral("Mobile Phone"), false,
-                    QStringLiteral("Enter the client's mobile telephone number (including area code).")));
-    row(aForm, bind(masked(address, kPhoneMask), "mskData", QStringLiteral("Fax"), QStringLiteral("Fax"), false,
-                    QStringLiteral("Enter the client's fax number (including area code).")));
+    row(aForm,
+        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("HomePhone"), QStringLiteral("Home Phone"), false,
+             QStringLiteral("Enter the client's home telephone number (including area code).")));
+    row(aForm,
+        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("MobilePhone"), QStringLiteral("Mobile Phone"), false,
+             QStringLiteral("Enter the client's mobile telephone number (including area code).")));
+    row(aForm,
+        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("Fax"), QStringLiteral("Fax"), false,
+             QStringLiteral("Enter the client's fax number (including area code).")));
 
     auto *background = new QGroupBox(QStringLiteral("Background"), pane);
     auto *bForm = compactForm(background);
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("EthnicOriginID"), QStringLiteral("Ethnic Origin"), false,
-                    QStringLiteral("Select the client's ethnic origin.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("MaritalStatusID"), QStringLiteral("Marital Status"), false,
-                    QStringLiteral("Select the client's marital status.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("EducationLevelID"), QStringLiteral("Education Level"), false,
-                    QStringLiteral("Select the client's education level.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("HousingID"), QStringLiteral("Housing"), false,
-                    QStringLiteral("Select the type of housing in which the client lives.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("ReligiousPreferenceID"), QStringLiteral("Religion"), false,
-                    QStringLiteral("Select the religious preference of the client.")));
-    row(bForm, bind(dropDown(background), "cboData", QStringLiteral("OtherAssistanceID"), QStringLiteral("Other Assistance"), false,
-                    QStringLiteral("Select any other assistance that the client may be receiving.")));
+    row(bForm,
+        bind(dropDown(background), "cboData", QStringLiteral("EthnicOriginID"), QStringLiteral("Ethnic Origin"), false,
+             QStringLiteral("Select the client's ethnic origin.")));
+    row(bForm,
+        bind(dropDown(background), "cboData", QStringLiteral("MaritalStatusID"), QStringLiteral("Marital Status"), false,
+             QStringLiteral("Select the client's marital status.")));
+    row(bForm,
+        bind(dropDown(background), "cboData", QStringLiteral("EducationLevelID"), QStringLiteral("Education Level"), false,
+             QStringLiteral("Select the client's education level.")));
+    row(bForm,
+        bind(dropDown(background), "cboData", QStringLiteral("HousingID"), QStringLiteral("Housing"), false,
+             QStringLiteral("Select the type of housing in which the client lives.")));
+    row(bForm,
+        bind(dropDown(background), "cboData", QStringLiteral("ReligiousPreferenceID"), QStringLiteral("Religion"), false,
+             QStringLiteral("Select the religious preference of the client.")));
+    row(bForm,
+        bind(dropDown(background), "cboData", QStringLiteral("OtherAssistanceID"), QStringLiteral("Other Assistance"), false,
+             QStringLiteral("Select any other assistance that the client may be receiving.")));
 
     auto *layout = new QHBoxLayout(pane);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -222,9 +239,11 @@ QWidget *frmClientDetails::buildTabs()
     tabData->setStyleSheet(QStringLiteral("QTabBar::tab { padding: 3px 4px; }"));
     tabData->setIconSize(QSize(8, 8));
     tabData->setObjectName(QStringLiteral("tabData"));
-    m_tabCaptions = {QStringLiteral("Notes"), QStringLiteral("Employer"), QStringLiteral("Family Members"),
-                     QStringLiteral("Food Service"), QStringLiteral("Payment History"), QStringLiteral("Income/Expenses"),
-                     QStringLiteral("Health/Medical"), QStringLiteral("FEMA"), QStringLiteral("Former Address")};
+    m_tabCaptions = {QStringLiteral("Notes"),           QStringLiteral("Employer"),
+                     QStringLiteral("Family Members"),  QStringLiteral("Food Service"),
+                     QStringLiteral("Payment History"), QStringLiteral("Income/Expenses"),
+                     QStringLiteral("Health/Medical"),  QStringLiteral("FEMA"),
+                     QStringLiteral("Former Address")};
     auto labelAbove = [this](QVBoxLayout *box, QWidget *c) {
         box->addWidget(labelOf(c));
         box->addWidget(c, 1);
@@ -237,8 +256,9 @@ QWidget *frmClientDetails::buildTabs()
 
     auto *notes = new QWidget(tabData);
     auto *notesBox = new QVBoxLayout(notes);
-    labelAbove(notesBox, bind(memo(notes, 3), "txtData", QStringLiteral("Comments"), QStringLiteral("Comments:"), false,
-                              QStringLiteral("Enter any additional information here. Multiple lines are allowed.")));
+    labelAbove(notesBox,
+               bind(memo(notes, 3), "txtData", QStringLiteral("Comments"), QStringLiteral("Comments:"), false,
+                    QStringLiteral("Enter any additional information here. Multiple lines are allowed.")));
     tabData->addTab(notes, m_tabCaptions.at(NotesTab));
 
     auto *employer = new QWidget(tabData);
@@ -251,13 +271,16 @@ QWidget *frmClientDetails::buildTabs()
     auto *employerName = new QLineEdit(employer);
     employerName->setMaxLength(50);
     place(bind(employerName, "txtData", QStringLiteral("EmployerName"), QStringLiteral("Employer Name"), false,
-               QStringLiteral("Enter the name of the client's employer.")), 0, 0);
+               QStringLiteral("Enter the name of the client's employer.")),
+          0, 0);
     place(bind(shortMemo(employer, 2), "txtData", QStringLiteral("EmployerAddress"), QStringLiteral("Address"), false,
-               QStringLiteral("Enter the employer's address. Multiple lines are allowed.")), 1, 0, 2);
+               QStringLiteral("Enter the employer's address. Multiple lines are allowed.")),
+          1, 0, 2);
     auto *employerCity = new QLineEdit(employer);
     employerCity->setMaxLength(50);
     place(bind(employerCity, "txtData", QStringLiteral("EmployerCity"), QStringLiteral("City"), false,
-               QStringLiteral("Enter the employer's city.")), 3, 0);
+               QStringLiteral("Enter the employer's city.")),
+          3, 0);
     QWidget *employerState = bind(dropDown(employer), "cboData", QStringLiteral("EmployerState"), QStringLiteral("State"), false,
                                   QStringLiteral("Select the employer's state."));
     static_cast<QComboBox *>(employerState)->setMinimumContentsLength(3);
@@ -267,7 +290,8 @@ QWidget *frmClientDetails::buildTabs()
     static_cast<QComboBox *>(employerZip)->setMinimumContentsLength(8);
     place(employerZip, 1, 2);
     place(bind(masked(employer, kPhoneMask), "mskData", QStringLiteral("WorkPhone"), QStringLiteral("Work Phone"), false,
-               QStringLiteral("Enter the client's work telephone number (including area code).")), 2, 2);
+               QStringLiteral("Enter the client's work telephone number (including area code).")),
+          2, 2);
     auto *duration = new QHBoxLayout;
     QWidget *years = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationYears"),
                           QStringLiteral("yrs"), false, QStringLiteral("Enter the number of years with this employer."));
@@ -294,12 +318,13 @@ QWidget *frmClientDetails::buildTabs()
 
     auto *health = new QWidget(tabData);
     auto *healthBox = new QHBoxLayout(health);
-    sideBySide(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"),
-                               QStringLiteral("Special dietary requirements:"), false,
-                               QStringLiteral("Enter any special dietary requirements of the client.")));
-    sideBySide(healthBox, bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"),
-                               QStringLiteral("List any medical problems or current medications:"), false,
-                               QStringLiteral("Enter any medical problems or current medications of the client.")));
+    sideBySide(healthBox,
+               bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"), QStringLiteral("Special dietary requirements:"),
+                    false, QStringLiteral("Enter any special dietary requirements of the client.")));
+    sideBySide(healthBox,
+               bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"),
+                    QStringLiteral("List any medical problems or current medications:"), false,
+                    QStringLiteral("Enter any medical problems or current medications of the client.")));
     tabData->addTab(health, m_tabCaptions.at(HealthTab));
 
     auto *fema = new QWidget(tabData);
@@ -308,25 +333,29 @@ QWidget *frmClientDetails::buildTabs()
     auto *eligible = new QCheckBox(QStringLiteral("Check here if client is eligible for FEMA assistance:"), fema);
     eligible->setLayoutDirection(Qt::RightToLeft);
     checks->addWidget(bind(eligible, "chkData", QStringLiteral("FEMAEligible"), {}, false,
-                           QStringLiteral("Check if the client is eligible for FEMA assistance.")), 0, Qt::AlignLeft);
+                           QStringLiteral("Check if the client is eligible for FEMA assistance.")),
+                      0, Qt::AlignLeft);
     auto *contacted = new QCheckBox(QStringLiteral("Has client contacted FEMA?"), fema);
     contacted->setLayoutDirection(Qt::RightToLeft);
-    checks->addWidget(bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false,
-                           QStringLiteral("Check if the client has contacted FEMA.")), 0, Qt::AlignLeft);
+    checks->addWidget(
+        bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false, QStringLiteral("Check if the client has contacted FEMA.")),
+        0, Qt::AlignLeft);
     checks->addStretch(1);
     femaBox->addLayout(checks);
     femaBox->addSpacing(12);
-    sideBySide(femaBox, bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), QStringLiteral("Comments:"), false,
-                             QStringLiteral("Enter any comments about FEMA assistance.")));
+    sideBySide(femaBox,
+               bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), QStringLiteral("Comments:"), false,
+                    QStringLiteral("Enter any comments about FEMA assistance.")));
     tabData->addTab(fema, m_tabCaptions.at(FEMATab));
 
     auto *former = new QWidget(tabData);
     auto *formerBox = new QHBoxLayout(former);
-    sideBySide(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), QStringLiteral("Former Address:"), false,
-                               QStringLiteral("Enter the client's former address.")));
-    sideBySide(formerBox, bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"),
-                               QStringLiteral("Relatives/friends searching for:"), false,
-                               QStringLiteral("Enter any relatives or friends the client is searching for.")));
+    sideBySide(formerBox,
+               bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), QStringLiteral("Former Address:"), false,
+                    QStringLiteral("Enter the client's former address.")));
+    sideBySide(formerBox,
+               bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"), QStringLiteral("Relatives/friends searching for:"),
+                    false, QStringLiteral("Enter any relatives or friends the client is searching for.")));
     tabData->addTab(former, m_tabCaptions.at(FormerAddressTab));
     return tabData;
 }
@@ -334,8 +363,8 @@ QWidget *frmClientDetails::buildTabs()
 QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
 {
     auto *page = new QWidget(tabData);
-    const ClientSubGrid::Look look{QStringLiteral("frmClientDetails"), ClientRecordQueries::Form::Full, true,
-                                   QStringLiteral("&Add..."), QStringLiteral("&Edit..."), QStringLiteral("&Delete"), noun, QStringLiteral(" ")};
+    const ClientSubGrid::Look look {QStringLiteral("frmClientDetails"), ClientRecordQueries::Form::Full, true, QStringLiteral("&Add..."),
+                                    QStringLiteral("&Edit..."),         QStringLiteral("&Delete"),       noun, QStringLiteral(" ")};
     auto *rows = new ClientSubGrid(workspace(), look, page);
     auto fit = [](QTableView *grid) {
         basClient::FitColumns(grid);

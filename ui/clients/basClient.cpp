@@ -23,7 +23,7 @@ bool ConfirmDelete(const QString &name)
                            QStringLiteral("This will delete client '") + name
                                + QStringLiteral("' and all supporting data from the database. \r\nAre you sure you want to do this?"),
                            Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
-           == Prompt::Yes;
+        == Prompt::Yes;
 }
 
 void TellNoClientRecordsFound()
@@ -36,11 +36,16 @@ void TellNoClientRecordsFound()
 void FitColumns(QTableView *grid)
 {
     static const QHash<QString, QString> widest = {
-        {QStringLiteral("SSN"), QStringLiteral("000-00-0000")},       {QStringLiteral("DLN"), QStringLiteral("WW00000000")},
-        {QStringLiteral("Birth Date"), QStringLiteral("00/00/0000")}, {QStringLiteral("Date"), QStringLiteral("00/00/0000")},
-        {QStringLiteral("Home Phone"), QStringLiteral("(000) 000-0000")}, {QStringLiteral("Work Phone"), QStringLiteral("(000) 000-0000")},
-        {QStringLiteral("Mobile Phone"), QStringLiteral("(000) 000-0000")}, {QStringLiteral("Amt Paid"), QStringLiteral("$0,000.00")},
-        {QStringLiteral("Amt Req"), QStringLiteral("$0,000.00")},     {QStringLiteral("Amount"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("SSN"), QStringLiteral("000-00-0000")},
+        {QStringLiteral("DLN"), QStringLiteral("WW00000000")},
+        {QStringLiteral("Birth Date"), QStringLiteral("00/00/0000")},
+        {QStringLiteral("Date"), QStringLiteral("00/00/0000")},
+        {QStringLiteral("Home Phone"), QStringLiteral("(000) 000-0000")},
+        {QStringLiteral("Work Phone"), QStringLiteral("(000) 000-0000")},
+        {QStringLiteral("Mobile Phone"), QStringLiteral("(000) 000-0000")},
+        {QStringLiteral("Amt Paid"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("Amt Req"), QStringLiteral("$0,000.00")},
+        {QStringLiteral("Amount"), QStringLiteral("$0,000.00")},
         {QStringLiteral("ID"), QStringLiteral("000000")},
     };
     const QAbstractItemModel *model = grid->model();
@@ -71,8 +76,8 @@ bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &
 {
     if (!ConfirmDelete(name) || !basDatabase::DeleteItemFromTable(QStringLiteral("Client"), QStringLiteral("ClientID"), clientId))
         return false;
-    Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."),
-                    Prompt::Icon::None, Prompt::Ok);
+    Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."), Prompt::Icon::None,
+                    Prompt::Ok);
     recordset.requery();
     if (recordset.recordCount() > 0) {
         if (recordset.eof())
@@ -83,4 +88,4 @@ bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &
     return true;
 }
 
-} // namespace basClient
+}   // namespace basClient

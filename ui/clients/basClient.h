@@ -22,7 +22,7 @@ void FitColumns(QTableView *grid);
 // Opens the client details window, or brings it forward, on a client or on a new one ("ADD").
 frmClientDetails *OpenDetails(Workspace *main, const QString &clientId);
 
-} // namespace basClient
+}   // namespace basClient
 
 class Recordset;
 
@@ -30,4 +30,4 @@ namespace basClient {
 // Asks, deletes the client with every row that belongs to it, says so and re-reads
 // the recordset, which then stands on the first client. False on No or a failed delete.
 bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &name);
-} // namespace basClient
+}   // namespace basClient

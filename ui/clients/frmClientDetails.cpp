@@ -37,10 +37,11 @@ QIcon dataIcon()
     return QIcon(pixmap);
 }
 
-} // namespace
+}   // namespace
 
 frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
-    : MdiChild(main), m_fields(new BoundFields(this, BoundFields::SelectOnEntry::MaskedOnly))
+    : MdiChild(main)
+    , m_fields(new BoundFields(this, BoundFields::SelectOnEntry::MaskedOnly))
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(kCaption);
@@ -126,9 +127,11 @@ void frmClientDetails::showHousehold()
     }
     const QString last = m_rs->value(QStringLiteral("LastName")).toString();
     lblClientName->setText(basClient::DeleteName(last, m_rs->value(QStringLiteral("FirstName")).toString(),
-                                                 m_rs->value(QStringLiteral("MiddleInitial")).toString(), false).trimmed());
+                                                 m_rs->value(QStringLiteral("MiddleInitial")).toString(), false)
+                               .trimmed());
     const RecordQueries::Household household = RecordQueries::household(m_clientId.toLongLong());
-    const QString lastVisit = household.lastFoodService.isNull() ? QStringLiteral("none") : basTendmark::FormatDate(household.lastFoodService);
+    const QString lastVisit
+        = household.lastFoodService.isNull() ? QStringLiteral("none") : basTendmark::FormatDate(household.lastFoodService);
     lblHousehold->setText(QStringLiteral("Household: %1   Last food service: %2").arg(household.members).arg(lastVisit));
 }
 
@@ -190,7 +193,10 @@ MdiChild::Commands frmClientDetails::commands() const
     return c;
 }
 
-void frmClientDetails::activated() { ShowTabs(); }
+void frmClientDetails::activated()
+{
+    ShowTabs();
+}
 
 void frmClientDetails::refillForClient(const QString &clientId)
 {
@@ -282,8 +288,8 @@ bool frmClientDetails::UpdateFields()
         const QString value = basTendmark::GetControlValue(c, m_rs->field(column));
         const QString caption = m_fields->caption(c);
         if (basTendmark::IsRequired(c) && value.trimmed().isEmpty()) {
-            Prompt::message(QStringLiteral("Required Field Empty"), caption + QStringLiteral(" is required."),
-                            Prompt::Icon::Exclamation, Prompt::Ok);
+            Prompt::message(QStringLiteral("Required Field Empty"), caption + QStringLiteral(" is required."), Prompt::Icon::Exclamation,
+                            Prompt::Ok);
             focusControl(c);
             return false;
         }
@@ -380,7 +386,10 @@ bool frmClientDetails::UpdateRecord()
     return saved;
 }
 
-bool frmClientDetails::SaveCurrentRecord() { return UpdateRecord(); }
+bool frmClientDetails::SaveCurrentRecord()
+{
+    return UpdateRecord();
+}
 
 void frmClientDetails::AddRecord()
 {
@@ -426,8 +435,8 @@ void frmClientDetails::goToClient(const QString &id)
             return;
         }
         if (!m_rs->find(id)) {
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."),
-                            Prompt::Icon::Exclamation, Prompt::Ok);
+            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
+                            Prompt::Ok);
             displayCurrent();
             return;
         }
@@ -439,8 +448,9 @@ bool frmClientDetails::askToSave()
 {
     if (!m_dataChanged)
         return true;
-    const int answer = Prompt::message(QStringLiteral("Save Record?"), QStringLiteral("Current record has changed. Do you want to save it?"),
-                                       Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel);
+    const int answer
+        = Prompt::message(QStringLiteral("Save Record?"), QStringLiteral("Current record has changed. Do you want to save it?"),
+                          Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel);
     if (answer == Prompt::Yes)
         return UpdateRecord();
     if (answer == Prompt::No) {
@@ -458,9 +468,15 @@ void frmClientDetails::setClientID(const QString &id)
     goToClient(id);
 }
 
-void frmClientDetails::showRecord(const QString &id) { setClientID(id); }
+void frmClientDetails::showRecord(const QString &id)
+{
+    setClientID(id);
+}
 
-bool frmClientDetails::queryUnload() { return askToSave(); }
+bool frmClientDetails::queryUnload()
+{
+    return askToSave();
+}
 
 void frmClientDetails::setSQL(const QString &sql)
 {
@@ -491,9 +507,7 @@ void frmClientDetails::DeleteCurrentRecord()
         return;
     const QString deleted = m_clientId;
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.DeleteCurrentRecord"), [&] {
-        auto shown = [this](const char *field) {
-            return basTendmark::GetControlValue(control(QString::fromLatin1(field)), {});
-        };
+        auto shown = [this](const char *field) { return basTendmark::GetControlValue(control(QString::fromLatin1(field)), {}); };
         const QString name = basClient::DeleteName(shown("LastName"), shown("FirstName"), shown("MiddleInitial"), false);
         if (!basClient::DeleteClient(*m_rs, m_clientId, name))
             return;

@@ -50,8 +50,7 @@ private:
     QWidget *buildTopPane();
     QWidget *buildTabs();
     QWidget *buildGridPage(Tab tab, const QString &noun);
-    QWidget *bind(QWidget *control, const char *arrayName, const QString &field, const QString &caption, bool required,
-                  const QString &tip);
+    QWidget *bind(QWidget *control, const char *arrayName, const QString &field, const QString &caption, bool required, const QString &tip);
     QLabel *labelOf(QWidget *control) const { return m_fields->labelOf(control); }
     QWidget *control(const QString &field) const { return m_fields->control(field); }
     void fillCombos();

@@ -43,7 +43,7 @@ struct WaitMessage
     frmMessage notice;
 };
 
-} // namespace
+}   // namespace
 
 frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 {
@@ -52,10 +52,10 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 
     grdData = new QTableView(this);
     grdData->setObjectName(QStringLiteral("grdData"));
-    grdData->setProperty("ColumnSpec", QStringLiteral(
-        ">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
-        "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
-        "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
+    grdData->setProperty("ColumnSpec",
+                         QStringLiteral(">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
+                                        "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
+                                        "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
     basTendmark::FormatDataGrid(grdData);
     basClient::FitColumns(grdData);
     grdData->horizontalHeader()->setSectionsClickable(true);
@@ -68,8 +68,8 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
     };
     cmdClientAdd = button("cmdClientAdd", QStringLiteral("&Add..."), QStringLiteral("Click to add a new client."));
     cmdClientEdit = button("cmdClientEdit", QStringLiteral("&Edit..."), QStringLiteral("Click to edit the selected client's details."));
-    cmdClientDelete = button("cmdClientDelete", QStringLiteral("&Delete"),
-                             QStringLiteral("Click to delete the selected client from the database."));
+    cmdClientDelete
+        = button("cmdClientDelete", QStringLiteral("&Delete"), QStringLiteral("Click to delete the selected client from the database."));
     cmdRefresh = button("cmdRefresh", QStringLiteral("Refresh"), QStringLiteral("Read the list again from the database."));
 
     auto *buttons = new QHBoxLayout;
@@ -96,11 +96,12 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 
     m_baseSql = RecordQueries::allClients();
     OpenRecordset();
-    connect(grdData->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &current, const QModelIndex &previous) {
-        // Arrow keys move the choice; the first current cell that focus makes is not a choice.
-        if (!m_busy && current.isValid() && previous.isValid() && !m_columnSelected)
-            selectGridRow(current.row());
-    });
+    connect(grdData->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &current, const QModelIndex &previous) {
+                // Arrow keys move the choice; the first current cell that focus makes is not a choice.
+                if (!m_busy && current.isValid() && previous.isValid() && !m_columnSelected)
+                    selectGridRow(current.row());
+            });
 }
 
 void frmClientGrid::setSQL(const QString &sql)

@@ -19,7 +19,7 @@
 
 namespace {
 const QString kCaption = QStringLiteral("Client Summary");
-} // namespace
+}   // namespace
 
 frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 {
@@ -60,15 +60,13 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
     });
 
     auto *grids = new QHBoxLayout;
-    grids->addWidget(buildGrid(QStringLiteral("Family Members"), RecordKind::FamilyMember,
-                               QStringLiteral("Relationship,1200|Name,2220|^Age,500")),
-                     5);
-    grids->addWidget(buildGrid(QStringLiteral("Food Service"), RecordKind::FoodService,
-                               QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590")),
-                     5);
-    grids->addWidget(buildGrid(QStringLiteral("Payment History"), RecordKind::Payment,
-                               QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800")),
-                     5);
+    grids->addWidget(
+        buildGrid(QStringLiteral("Family Members"), RecordKind::FamilyMember, QStringLiteral("Relationship,1200|Name,2220|^Age,500")), 5);
+    grids->addWidget(
+        buildGrid(QStringLiteral("Food Service"), RecordKind::FoodService, QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590")), 5);
+    grids->addWidget(
+        buildGrid(QStringLiteral("Payment History"), RecordKind::Payment, QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800")),
+        5);
 
     m_strip = new NavigationStrip(this, false);
     connect(m_strip, &NavigationStrip::moveRequested, this, &frmClientSummary::navigate);
@@ -79,9 +77,8 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
     layout->addLayout(grids, 1);
     layout->addWidget(m_strip);
 
-    basErrorHandler::Guard(QStringLiteral("frmClientSummary.Form_Load"), [&] {
-        m_rs->open(QStringLiteral("Client"), QStringLiteral("ClientID"), m_sql);
-    });
+    basErrorHandler::Guard(QStringLiteral("frmClientSummary.Form_Load"),
+                           [&] { m_rs->open(QStringLiteral("Client"), QStringLiteral("ClientID"), m_sql); });
     DisplayClient();
     m_strip->watchKeys();
 }
@@ -89,8 +86,8 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 QWidget *frmClientSummary::buildGrid(const QString &caption, RecordKind kind, const QString &spec)
 {
     auto *box = new QGroupBox(caption, this);
-    const ClientSubGrid::Look look{QStringLiteral("frmClientSummary"), ClientRecordQueries::Form::Short, false,
-                                   QStringLiteral("Add..."), QStringLiteral("Edit..."), QStringLiteral("Delete"), {}, QStringLiteral(" - ")};
+    const ClientSubGrid::Look look {QStringLiteral("frmClientSummary"), ClientRecordQueries::Form::Short, false, QStringLiteral("Add..."),
+                                    QStringLiteral("Edit..."),          QStringLiteral("Delete"),         {},    QStringLiteral(" - ")};
     auto *rows = new ClientSubGrid(workspace(), look, box);
     QTableView *grid = rows->addGrid(kind, spec);
     basClient::FitColumns(grid);

@@ -19,7 +19,10 @@ frmFamilyMember::frmFamilyMember(Workspace *main, QWidget *parent) : RecordEdito
     setWindowTitle(QStringLiteral("Family Member"));
 }
 
-QString frmFamilyMember::query() const { return RecordQueries::familyMembers(); }
+QString frmFamilyMember::query() const
+{
+    return RecordQueries::familyMembers();
+}
 
 void frmFamilyMember::buildFields()
 {
@@ -57,8 +60,8 @@ void frmFamilyMember::buildFields()
     addField(list(24), "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
     addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("MobilePhone"), opt, 10,
              QStringLiteral("Mobile Phone"), 0, 1);
-    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11,
-             QStringLiteral("Work Phone"), 1, 1);
+    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11, QStringLiteral("Work Phone"),
+             1, 1);
     addField(text(), "txtData", QStringLiteral("EmployerName"), opt, 12, QStringLiteral("Employer Name"), 2, 1);
     addField(text(), "txtData", QStringLiteral("EmployerAddress"), opt, 13, QStringLiteral("Address"), 3, 1);
     addField(text(), "txtData", QStringLiteral("EmployerCity"), opt, 14, QStringLiteral("City"), 4, 1);
@@ -71,8 +74,8 @@ void frmFamilyMember::buildFields()
     addField(zip, "cboData", QStringLiteral("EmployerZip"), opt, 16, QStringLiteral("Zip Code"), 6, 1);
     addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationYears"), opt, 17,
              QStringLiteral("How long with this employer?"), 7, 1);
-    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18,
-             QStringLiteral("Months"), 8, 1);
+    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18, QStringLiteral("Months"), 8,
+             1);
     addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 19, QStringLiteral("Comments"), 10, 0, 2);
     fieldGrid()->setColumnStretch(1, 1);
     fieldGrid()->setColumnStretch(3, 1);
@@ -103,7 +106,8 @@ void frmFamilyMember::PopulateCityState()
     QString city, state;
     if (!basDatabase::GetCityStateFromZip(basTendmark::GetControlValue(zip, {}), city, state))
         return;
-    for (const auto &[column, value] : {std::pair{QStringLiteral("EmployerCity"), city}, std::pair{QStringLiteral("EmployerState"), state}})
+    for (const auto &[column, value] :
+         {std::pair {QStringLiteral("EmployerCity"), city}, std::pair {QStringLiteral("EmployerState"), state}})
         if (!value.isEmpty())
             basTendmark::SetControlValue(boundControl(column), madoPrimaryRS.field(column), value);
 }

@@ -6,7 +6,10 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
-AmountBox::AmountBox(QWidget *parent) : QLineEdit(parent) { setAlignment(Qt::AlignRight); }
+AmountBox::AmountBox(QWidget *parent) : QLineEdit(parent)
+{
+    setAlignment(Qt::AlignRight);
+}
 
 QString AmountBox::value() const
 {

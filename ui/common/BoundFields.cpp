@@ -13,7 +13,7 @@
 #include <QPlainTextEdit>
 #include <QTimer>
 
-BoundFields::BoundFields(QObject *parent, SelectOnEntry select) : QObject(parent), m_select(select) {}
+BoundFields::BoundFields(QObject *parent, SelectOnEntry select) : QObject(parent), m_select(select) { }
 
 void BoundFields::add(QWidget *control, QLabel *label)
 {
@@ -95,15 +95,15 @@ bool BoundFields::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusOut) {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         QWidget *c = boundOf(watched);
-        if (c && m_leaveCheck && !m_loading && !m_checking && reason != Qt::ActiveWindowFocusReason
-            && reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason) {
+        if (c && m_leaveCheck && !m_loading && !m_checking && reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason
+            && reason != Qt::MenuBarFocusReason) {
             m_checking = true;
             m_leaveCheck(c);
             m_checking = false;
         }
     } else if (event->type() == QEvent::FocusIn && m_controls.contains(qobject_cast<QWidget *>(watched))) {
-        if (auto *edit = qobject_cast<QLineEdit *>(watched); edit && !qobject_cast<AmountBox *>(edit)
-            && (m_select == SelectOnEntry::AllText || !edit->inputMask().isEmpty()))
+        if (auto *edit = qobject_cast<QLineEdit *>(watched);
+            edit && !qobject_cast<AmountBox *>(edit) && (m_select == SelectOnEntry::AllText || !edit->inputMask().isEmpty()))
             QTimer::singleShot(0, edit, &QLineEdit::selectAll);
         else if (auto *text = qobject_cast<QPlainTextEdit *>(watched); text && m_select == SelectOnEntry::AllText)
             QTimer::singleShot(0, text, &QPlainTextEdit::selectAll);

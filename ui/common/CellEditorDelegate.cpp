@@ -7,9 +7,12 @@
 #include <QPersistentModelIndex>
 #include <QSignalBlocker>
 
-CellEditorDelegate::CellEditorDelegate(QObject *parent) : QStyledItemDelegate(parent) {}
+CellEditorDelegate::CellEditorDelegate(QObject *parent) : QStyledItemDelegate(parent) { }
 
-void CellEditorDelegate::setChoices(int column, const QStringList &choices) { m_choices.insert(column, choices); }
+void CellEditorDelegate::setChoices(int column, const QStringList &choices)
+{
+    m_choices.insert(column, choices);
+}
 
 QWidget *CellEditorDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
 {

@@ -15,7 +15,9 @@
 #include <QTableView>
 
 ClientSubGrid::ClientSubGrid(Workspace *workspace, const Look &look, QWidget *parent)
-    : QWidget(parent), m_workspace(workspace), m_look(look)
+    : QWidget(parent)
+    , m_workspace(workspace)
+    , m_look(look)
 {
     auto button = [this](const char *name, const QString &caption, const QString &tip) {
         auto *b = new QPushButton(caption, this);
@@ -57,7 +59,7 @@ QTableView *ClientSubGrid::addGrid(RecordKind editor, const QString &columnSpec,
     basTendmark::FormatDataGrid(grid);
     grid->installEventFilter(this);
     const int list = int(m_lists.size());
-    m_lists << List{grid, editor, kind};
+    m_lists << List {grid, editor, kind};
     connect(grid, &QTableView::pressed, this, [this, list] { use(list); });
     connect(grid, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
         if (index.isValid())
@@ -94,8 +96,8 @@ void ClientSubGrid::showClient(const QString &clientId)
 {
     m_clientId = clientId;
     for (const List &l : std::as_const(m_lists)) {
-        basTendmark::PopulateDataGrid(l.grid, clientId.isEmpty() ? Query{}
-                                                                 : ClientRecordQueries::rowsOf(l.kind, clientId.toLongLong(), m_look.form));
+        basTendmark::PopulateDataGrid(
+            l.grid, clientId.isEmpty() ? Query {} : ClientRecordQueries::rowsOf(l.kind, clientId.toLongLong(), m_look.form));
         l.grid->selectionModel()->clear();
     }
     updateButtons();
@@ -155,8 +157,9 @@ void ClientSubGrid::deleteRow()
         if (key <= 0)
             return;
         const QString what = basTendmark::GridText(l.grid, row, 1) + m_look.deleteJoin + basTendmark::GridText(l.grid, row, 2);
-        if (Prompt::message(QStringLiteral("Delete Record?"), QStringLiteral("Are you sure you want to delete '") + what + QStringLiteral("'?"),
-                            Prompt::Icon::Question, Prompt::Yes | Prompt::No)
+        if (Prompt::message(QStringLiteral("Delete Record?"),
+                            QStringLiteral("Are you sure you want to delete '") + what + QStringLiteral("'?"), Prompt::Icon::Question,
+                            Prompt::Yes | Prompt::No)
             != Prompt::Yes)
             return;
         const ClientRecordQueries::Source source = ClientRecordQueries::source(l.kind);

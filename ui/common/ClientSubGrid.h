@@ -19,12 +19,12 @@ class ClientSubGrid : public QWidget
 public:
     struct Look
     {
-        QString window;           // names the procedures in error reports: "frmClientDetails"
+        QString window;   // names the procedures in error reports: "frmClientDetails"
         ClientRecordQueries::Form form;
-        bool buttonsBeside;       // a column of buttons right of the lists, else a row below them
+        bool buttonsBeside;   // a column of buttons right of the lists, else a row below them
         QString add, edit, remove;
-        QString noun;             // in the tooltips, "family member"; none when empty
-        QString deleteJoin;       // between the two columns the delete question names
+        QString noun;   // in the tooltips, "family member"; none when empty
+        QString deleteJoin;   // between the two columns the delete question names
     };
 
     ClientSubGrid(Workspace *workspace, const Look &look, QWidget *parent);

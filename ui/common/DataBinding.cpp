@@ -65,7 +65,10 @@ void PopulateDataGrid(QTableView *grid, const Query &query)
     model->setQuery(query);
 }
 
-void RemoveGridRow(QTableView *grid, int row) { Model(grid)->removeDataRow(row); }
+void RemoveGridRow(QTableView *grid, int row)
+{
+    Model(grid)->removeDataRow(row);
+}
 
 void SelectRow(QTableView *grid, int row)
 {
@@ -79,9 +82,15 @@ void SelectRow(QTableView *grid, int row)
     grid->setUpdatesEnabled(true);
 }
 
-qint64 GridRowKey(QTableView *grid, int row) { return Model(grid)->rowKey(row); }
+qint64 GridRowKey(QTableView *grid, int row)
+{
+    return Model(grid)->rowKey(row);
+}
 
-QString GridText(QTableView *grid, int row, int column) { return Model(grid)->text(row, column); }
+QString GridText(QTableView *grid, int row, int column)
+{
+    return Model(grid)->text(row, column);
+}
 
 void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &keyColumn, const QString &displayColumn)
 {
@@ -128,9 +137,15 @@ int GetComboItemIndex(QComboBox *combo, const FieldInfo &field, const QString &v
     return -1;
 }
 
-QString DataField(const QWidget *control) { return control->property("DataField").toString(); }
+QString DataField(const QWidget *control)
+{
+    return control->property("DataField").toString();
+}
 
-bool IsRequired(const QWidget *control) { return control->property("Tag").toString().startsWith(QLatin1Char('R')); }
+bool IsRequired(const QWidget *control)
+{
+    return control->property("Tag").toString().startsWith(QLatin1Char('R'));
+}
 
 QString GetFieldValue(const Recordset &recordset, const QString &column)
 {
@@ -207,7 +222,7 @@ QWidget *frameOf(QWidget *window)
     auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
     return sub ? static_cast<QWidget *>(sub) : window;
 }
-} // namespace
+}   // namespace
 
 void SetMDIChildDimensions(QWidget *window, QMdiArea *area)
 {
@@ -217,11 +232,18 @@ void SetMDIChildDimensions(QWidget *window, QMdiArea *area)
     const QStringList parts = basRegistry::GetString(basRegistry::SettingsKey(), window->objectName(), fallback).split(QLatin1Char(','));
     QRect g = frame->geometry();
     bool ok = false;
-    auto item = [&](int i) { ok = false; return i < parts.size() ? parts.at(i).trimmed().toInt(&ok) : 0; };
-    if (int v = item(0); ok) g.moveLeft(v);
-    if (int v = item(1); ok) g.moveTop(v);
-    if (int v = item(2); ok && v > 50) g.setWidth(v);
-    if (int v = item(3); ok && v > 50) g.setHeight(v);
+    auto item = [&](int i) {
+        ok = false;
+        return i < parts.size() ? parts.at(i).trimmed().toInt(&ok) : 0;
+    };
+    if (int v = item(0); ok)
+        g.moveLeft(v);
+    if (int v = item(1); ok)
+        g.moveTop(v);
+    if (int v = item(2); ok && v > 50)
+        g.setWidth(v);
+    if (int v = item(3); ok && v > 50)
+        g.setHeight(v);
     frame->setGeometry(g);
 }
 
@@ -236,4 +258,4 @@ void SaveMDIChildDimensions(const QWidget *window)
                            QStringLiteral("%1,%2,%3,%4").arg(g.left()).arg(g.top()).arg(g.width()).arg(g.height()));
 }
 
-} // namespace basTendmark
+}   // namespace basTendmark

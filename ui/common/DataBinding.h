@@ -21,15 +21,18 @@ class GridModel;
 namespace basTendmark {
 
 constexpr int kTwipsPerPixel = 15;
-inline int TwipsToPixels(int twips) { return twips / kTwipsPerPixel; }
+inline int TwipsToPixels(int twips)
+{
+    return twips / kTwipsPerPixel;
+}
 
-GridModel *Model(QTableView *grid);                       // the grid's model, created on first use
+GridModel *Model(QTableView *grid);   // the grid's model, created on first use
 void FormatDataGrid(QTableView *grid);
 // Shows the query's rows; an empty query leaves the grid with its one blank row.
 void PopulateDataGrid(QTableView *grid, const Query &query);
 void RemoveGridRow(QTableView *grid, int row);
 void SelectRow(QTableView *grid, int row);
-qint64 GridRowKey(QTableView *grid, int row);             // the key behind a row; 0 for the blank row
+qint64 GridRowKey(QTableView *grid, int row);   // the key behind a row; 0 for the blank row
 QString GridText(QTableView *grid, int row, int column);
 
 void PopulateDataCombo(QComboBox *combo, const QString &table, const QString &keyColumn, const QString &displayColumn);
@@ -40,7 +43,7 @@ void PopulateZipCombo(QComboBox *combo);
 int GetComboItemIndex(QComboBox *combo, const FieldInfo &field, const QString &value);
 
 QString DataField(const QWidget *control);
-bool IsRequired(const QWidget *control);                  // its Tag begins with "R"
+bool IsRequired(const QWidget *control);   // its Tag begins with "R"
 QString GetFieldValue(const Recordset &recordset, const QString &column);
 QString GetControlValue(const QWidget *control, const FieldInfo &field);
 void SetControlValue(QWidget *control, const FieldInfo &field, const QString &text);
@@ -49,4 +52,4 @@ void PopulateDataControls(const QList<QWidget *> &controls, const Recordset &rec
 void SetMDIChildDimensions(QWidget *window, QMdiArea *area);
 void SaveMDIChildDimensions(const QWidget *window);
 
-} // namespace basTendmark
+}   // namespace basTendmark

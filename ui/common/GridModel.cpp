@@ -6,13 +6,16 @@
 namespace {
 constexpr int kPageSize = 200;
 constexpr int kPagesKept = 64;
-} // namespace
+}   // namespace
 
-GridModel::GridModel(QObject *parent) : QAbstractTableModel(parent) { m_columns = {Column{QString(), 300, {}}}; }
+GridModel::GridModel(QObject *parent) : QAbstractTableModel(parent)
+{
+    m_columns = {Column {QString(), 300, {}}};
+}
 
 QList<GridModel::Column> GridModel::parseColumnSpec(const QString &spec)
 {
-    QList<Column> columns{Column{QString(), 300, {}}};
+    QList<Column> columns {Column {QString(), 300, {}}};
     if (spec.isEmpty())
         return columns;
     for (const QString &entry : spec.split(QLatin1Char('|'))) {
@@ -126,7 +129,7 @@ const QVariantList *GridModel::rowValues(int row) const
         try {
             rows = QueryPages::page(orderedQuery(), page * kPageSize, kPageSize);
         } catch (const TmError &) {
-            return nullptr; // the database went away: show blanks rather than fail while painting
+            return nullptr;   // the database went away: show blanks rather than fail while painting
         }
         if (m_pages.size() >= kPagesKept && !m_pageAge.isEmpty())
             m_pages.remove(m_pageAge.takeFirst());
@@ -188,7 +191,10 @@ void GridModel::removeDataRow(int row)
     endRemoveRows();
 }
 
-int GridModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : qMax(1, m_count); }
+int GridModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : qMax(1, m_count);
+}
 
 int GridModel::columnCount(const QModelIndex &parent) const
 {

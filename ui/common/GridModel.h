@@ -20,8 +20,8 @@ public:
     struct Column
     {
         QString heading;
-        int widthTwips = -1;        // -1: the grid's default width
-        Qt::Alignment alignment;    // empty: the grid's default alignment
+        int widthTwips = -1;   // -1: the grid's default width
+        Qt::Alignment alignment;   // empty: the grid's default alignment
     };
 
     explicit GridModel(QObject *parent = nullptr);
@@ -34,15 +34,15 @@ public:
     // Runs the query; its countSql (optional) returns the same number of rows faster.
     void setQuery(const Query &query);
     void clear();
-    void refresh();                                               // runs the same query again
-    void sortByColumn(int column, Qt::SortOrder order);           // column as shown; 0 restores the query's order
+    void refresh();   // runs the same query again
+    void sortByColumn(int column, Qt::SortOrder order);   // column as shown; 0 restores the query's order
 
-    int dataRowCount() const { return m_count; }                  // 0 when only the blank row shows
+    int dataRowCount() const { return m_count; }   // 0 when only the blank row shows
     qint64 rowKey(int row) const;
     QString text(int row, int column) const;
     QStringList fieldNames() const { return m_fieldNames; }
-    int findKey(qint64 key) const;                                // row of the key, or -1
-    void removeDataRow(int row);                                  // after its record was deleted
+    int findKey(qint64 key) const;   // row of the key, or -1
+    void removeDataRow(int row);   // after its record was deleted
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

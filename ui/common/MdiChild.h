@@ -34,20 +34,20 @@ public:
     virtual Commands commands() const { return {}; }
     virtual bool DataChanged() const { return false; }
     virtual bool SaveCurrentRecord() { return true; }
-    virtual void DeleteCurrentRecord() {}
+    virtual void DeleteCurrentRecord() { }
 
     // List windows: the current query, its re-reading, and the current key.
     virtual bool hasSQL() const { return false; }
     virtual QString SQL() const { return {}; }
-    virtual void setSQL(const QString &) {}
-    virtual void ExecuteSQL() {}
-    virtual void SortColumn(Qt::SortOrder) {}
+    virtual void setSQL(const QString &) { }
+    virtual void ExecuteSQL() { }
+    virtual void SortColumn(Qt::SortOrder) { }
     virtual QString currentKey() const { return {}; }
     // The search bar's choice for this window.
-    virtual void showRecord(const QString &) {}
+    virtual void showRecord(const QString &) { }
 
     // Called by the workspace when this window becomes the active one.
-    virtual void activated() {}
+    virtual void activated() { }
 
     // The workspace counts the windows it shows, and lets go of them when it closes first.
     void setCounted(bool counted) { m_counted = counted; }
@@ -68,7 +68,7 @@ protected:
     // Tells the other open windows that records of this client were saved or deleted.
     void announceClientRecordsChanged(const QString &clientId);
     // Another window saved or deleted records of this client: windows that show them refill.
-    virtual void refillForClient(const QString &) {}
+    virtual void refillForClient(const QString &) { }
 
     // Asked before the window closes; false keeps it open.
     virtual bool queryUnload() { return true; }

@@ -35,7 +35,7 @@ NavigationStrip::NavigationStrip(QWidget *window, bool withAdd) : QWidget(window
 
     auto *strip = new QHBoxLayout(this);
     strip->setContentsMargins(0, 0, 0, 0);
-    for (QWidget *w : std::initializer_list<QWidget *>{cmdFirst, cmdPrevious, lblStatus, cmdNext, cmdLast})
+    for (QWidget *w : std::initializer_list<QWidget *> {cmdFirst, cmdPrevious, lblStatus, cmdNext, cmdLast})
         strip->addWidget(w);
     if (withAdd) {
         QPushButton *cmdAdd = button("cmdAdd", QStringLiteral("Add"), QStringLiteral("Add a new record."));

@@ -24,7 +24,7 @@ bool isList(const QWidget *control)
     const auto *combo = qobject_cast<const QComboBox *>(control);
     return combo && !combo->isEditable();
 }
-} // namespace
+}   // namespace
 
 QLineEdit *RecordEditor::textBox(int maxWidth)
 {
@@ -134,7 +134,10 @@ QLineEdit *RecordEditor::maskedBox(const QString &mask)
     return box;
 }
 
-QLabel *RecordEditor::label(int index) const { return m_labels.value(index); }
+QLabel *RecordEditor::label(int index) const
+{
+    return m_labels.value(index);
+}
 
 // ---- opening --------------------------------------------------------------
 
@@ -166,8 +169,8 @@ bool RecordEditor::load()
         if (m_recordId.isEmpty()) {
             AddRecord();
         } else if (!madoPrimaryRS.find(m_recordId)) {
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."),
-                            Prompt::Icon::Exclamation, Prompt::Ok);
+            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
+                            Prompt::Ok);
             return;
         }
         DisplayRecordPosition();
@@ -207,8 +210,8 @@ void RecordEditor::setRecordId(const QString &id)
         return;
     guard("RecordID", [&] {
         if (!madoPrimaryRS.find(id))
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."),
-                            Prompt::Icon::Exclamation, Prompt::Ok);
+            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
+                            Prompt::Ok);
     });
 }
 
@@ -256,7 +259,10 @@ void RecordEditor::moveComplete()
 
 // ---- values and checks ----------------------------------------------------
 
-QString RecordEditor::GetControlValue(QWidget *control) const { return m_fields->value(control, madoPrimaryRS); }
+QString RecordEditor::GetControlValue(QWidget *control) const
+{
+    return m_fields->value(control, madoPrimaryRS);
+}
 
 bool RecordEditor::refuse(QWidget *control, const QString &title, const QString &text)
 {
@@ -366,7 +372,10 @@ void RecordEditor::announceSaved()
         announceClientRecordsChanged(m_clientId);
 }
 
-bool RecordEditor::SaveCurrentRecord() { return !m_dataChanged || UpdateRecord(); }
+bool RecordEditor::SaveCurrentRecord()
+{
+    return !m_dataChanged || UpdateRecord();
+}
 
 void RecordEditor::AddRecord()
 {
@@ -464,4 +473,7 @@ bool RecordEditor::reopen(const QString &sql, const QVariantList &binds)
     return ok;
 }
 
-void RecordEditor::populateCombos() { basTendmark::PopulateLookupCombos(boundControls(), tableName()); }
+void RecordEditor::populateCombos()
+{
+    basTendmark::PopulateLookupCombos(boundControls(), tableName());
+}

@@ -60,21 +60,21 @@ protected:
     static QLineEdit *textBox(int maxWidth = 0);
 
     // What each editor supplies.
-    virtual QString procedurePrefix() const = 0;          // "frmFoodService"
+    virtual QString procedurePrefix() const = 0;   // "frmFoodService"
     virtual QString tableName() const = 0;
     virtual QString keyColumn() const = 0;
-    virtual QString query() const = 0;                    // bound to ClientID when hasClient()
+    virtual QString query() const = 0;   // bound to ClientID when hasClient()
     virtual bool hasClient() const { return true; }
-    virtual QString dateColumn() const { return {}; }     // set to today on a new record; no future dates
-    virtual void buildFields() = 0;                       // adds the bound controls
-    virtual void populateCombos();                         // fills the drop-downs of lookup columns
+    virtual QString dateColumn() const { return {}; }   // set to today on a new record; no future dates
+    virtual void buildFields() = 0;   // adds the bound controls
+    virtual void populateCombos();   // fills the drop-downs of lookup columns
     // Extra checks of one field during a save; false stops the save (the editor has told the user).
     virtual bool checkField(QWidget *control, const QString &column, const QString &value, const QString &caption);
     // Last word before a row is committed; false keeps the record dirty and unsaved.
     virtual bool confirmCommit() { return true; }
-    virtual void afterDisplay() {}
-    virtual void afterSave() {}
-    virtual void controlChanged(QWidget *) {}
+    virtual void afterDisplay() { }
+    virtual void afterSave() { }
+    virtual void controlChanged(QWidget *) { }
     struct DeleteTexts
     {
         QString question, questionTitle, done, doneTitle;

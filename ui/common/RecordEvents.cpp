@@ -1,3 +1,6 @@
 #include "RecordEvents.h"
 
-void RecordEvents::announce(const QString &clientId, const QObject *source) { Q_EMIT clientRecordsChanged(clientId, source); }
+void RecordEvents::announce(const QString &clientId, const QObject *source)
+{
+    Q_EMIT clientRecordsChanged(clientId, source);
+}

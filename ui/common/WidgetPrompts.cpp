@@ -13,23 +13,41 @@ int WidgetPrompts::message(const Prompt::Message &m)
     box.setWindowTitle(m.title);
     box.setText(m.text);
     switch (m.icon) {
-    case Prompt::Icon::None: box.setIcon(QMessageBox::NoIcon); break;
-    case Prompt::Icon::Information: box.setIcon(QMessageBox::Information); break;
-    case Prompt::Icon::Exclamation: box.setIcon(QMessageBox::Warning); break;
-    case Prompt::Icon::Critical: box.setIcon(QMessageBox::Critical); break;
-    case Prompt::Icon::Question: box.setIcon(QMessageBox::Question); break;
+    case Prompt::Icon::None:
+        box.setIcon(QMessageBox::NoIcon);
+        break;
+    case Prompt::Icon::Information:
+        box.setIcon(QMessageBox::Information);
+        break;
+    case Prompt::Icon::Exclamation:
+        box.setIcon(QMessageBox::Warning);
+        break;
+    case Prompt::Icon::Critical:
+        box.setIcon(QMessageBox::Critical);
+        break;
+    case Prompt::Icon::Question:
+        box.setIcon(QMessageBox::Question);
+        break;
     }
     QMessageBox::StandardButtons buttons;
-    if (m.buttons & Prompt::Ok) buttons |= QMessageBox::Ok;
-    if (m.buttons & Prompt::Yes) buttons |= QMessageBox::Yes;
-    if (m.buttons & Prompt::No) buttons |= QMessageBox::No;
-    if (m.buttons & Prompt::Cancel) buttons |= QMessageBox::Cancel;
+    if (m.buttons & Prompt::Ok)
+        buttons |= QMessageBox::Ok;
+    if (m.buttons & Prompt::Yes)
+        buttons |= QMessageBox::Yes;
+    if (m.buttons & Prompt::No)
+        buttons |= QMessageBox::No;
+    if (m.buttons & Prompt::Cancel)
+        buttons |= QMessageBox::Cancel;
     box.setStandardButtons(buttons);
     switch (box.exec()) {
-    case QMessageBox::Yes: return Prompt::Yes;
-    case QMessageBox::No: return Prompt::No;
-    case QMessageBox::Cancel: return Prompt::Cancel;
-    default: return (m.buttons & Prompt::Ok) ? Prompt::Ok : Prompt::Cancel;
+    case QMessageBox::Yes:
+        return Prompt::Yes;
+    case QMessageBox::No:
+        return Prompt::No;
+    case QMessageBox::Cancel:
+        return Prompt::Cancel;
+    default:
+        return (m.buttons & Prompt::Ok) ? Prompt::Ok : Prompt::Cancel;
     }
 }
 

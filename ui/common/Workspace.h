@@ -37,8 +37,7 @@ public:
     // Where windows announce the records they saved or deleted, and hear of the others'.
     virtual RecordEvents *recordEvents() = 0;
 
-    template<typename T>
-    T *findChildWindow() const
+    template<typename T> T *findChildWindow() const
     {
         for (MdiChild *child : childWindows())
             if (auto *w = qobject_cast<T *>(child))

@@ -29,9 +29,15 @@ frmMessage::frmMessage(QWidget *parent) : QWidget(parent, Qt::Dialog | Qt::Frame
     setMinimumWidth(360);
 }
 
-void frmMessage::setMessage(const QString &text) { m_lblMessage->setText(text); }
+void frmMessage::setMessage(const QString &text)
+{
+    m_lblMessage->setText(text);
+}
 
-QString frmMessage::Message() const { return m_lblMessage->text(); }
+QString frmMessage::Message() const
+{
+    return m_lblMessage->text();
+}
 
 void frmMessage::showNow()
 {

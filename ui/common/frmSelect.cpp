@@ -17,7 +17,11 @@
 
 namespace {
 
-struct SpecEntry { const char *field; const char *entry; };
+struct SpecEntry
+{
+    const char *field;
+    const char *entry;
+};
 const SpecEntry kSpec[] = {
     {"LastName", "<Last Name,1200"},
     {"FirstName", "<First Name,1200"},
@@ -46,7 +50,7 @@ QString headingFor(const QString &field)
     return QString(field).replace(wordStart, QStringLiteral(" "));
 }
 
-} // namespace
+}   // namespace
 
 frmSelect::frmSelect(QWidget *parent) : QDialog(parent)
 {
@@ -80,7 +84,10 @@ frmSelect::frmSelect(QWidget *parent) : QDialog(parent)
     updateOkButton();
 }
 
-void frmSelect::setFormCaption(const QString &caption) { setWindowTitle(caption); }
+void frmSelect::setFormCaption(const QString &caption)
+{
+    setWindowTitle(caption);
+}
 
 void frmSelect::setFormLabel(const QString &label)
 {
@@ -134,7 +141,8 @@ void frmSelect::ResizeGrid()
     for (int c = 0; c < m_grdData->model()->columnCount(); ++c) {
         // The set widths are the least; a number that would be cut off gets the room it needs.
         if (c > 0)
-            m_grdData->setColumnWidth(c, qMax(m_grdData->columnWidth(c), static_cast<QAbstractItemView *>(m_grdData)->sizeHintForColumn(c)));
+            m_grdData->setColumnWidth(c,
+                                      qMax(m_grdData->columnWidth(c), static_cast<QAbstractItemView *>(m_grdData)->sizeHintForColumn(c)));
         width += m_grdData->columnWidth(c);
     }
     const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry() : QRect(0, 0, 1280, 900);

@@ -11,7 +11,10 @@ void useIconTheme()
         QIcon::setThemeName(QStringLiteral("Adwaita"));
 }
 
-QIcon application() { return QIcon(QStringLiteral(":/icons/tendmark.svg")); }
+QIcon application()
+{
+    return QIcon(QStringLiteral(":/icons/tendmark.svg"));
+}
 
 QIcon icon(const char *themeName, QStyle::StandardPixmap fallback)
 {
@@ -21,4 +24,4 @@ QIcon icon(const char *themeName, QStyle::StandardPixmap fallback)
     return QApplication::style()->standardIcon(fallback);
 }
 
-} // namespace AppIcons
+}   // namespace AppIcons

@@ -11,4 +11,4 @@ void useIconTheme();
 QIcon application();
 QIcon icon(const char *themeName, QStyle::StandardPixmap fallback);
 
-} // namespace AppIcons
+}   // namespace AppIcons

@@ -22,7 +22,10 @@ namespace {
 const QString kDatabaseFilter = QStringLiteral("Database Files (*.%1)").arg(QLatin1String(Schema::FileSuffix));
 constexpr int kRecentFilesKept = 6;
 
-QString shown(const QString &path) { return QDir::toNativeSeparators(path); }
+QString shown(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
 
 // Closes the shared connection; a file changed since it was opened is backed up first.
 void closeConnection()
@@ -36,10 +39,12 @@ void closeConnection()
         basErrorHandler::ReportError(QStringLiteral("DatabaseSession.close"), -2147467259, error);
 }
 
-} // namespace
+}   // namespace
 
 DatabaseSession::DatabaseSession(QWidget *frame, std::function<bool()> closeWindows)
-    : QObject(frame), m_frame(frame), m_closeWindows(std::move(closeWindows))
+    : QObject(frame)
+    , m_frame(frame)
+    , m_closeWindows(std::move(closeWindows))
 {
     frame->installEventFilter(this);
 }
@@ -142,14 +147,14 @@ bool DatabaseSession::examine(const QString &path, bool reportFailure)
         return false;
     }
     if (check.state != Schema::FileState::Ok)
-        return true; // opening fails and says why
+        return true;   // opening fails and says why
     if (check.notPrivate
         && Prompt::message(QStringLiteral("Private File"),
                            QStringLiteral("Other users of this computer can read %1, which holds your clients' personal "
                                           "details.\r\nDo you want to make it readable by you only?")
                                .arg(shown(path)),
                            Prompt::Icon::Question, Prompt::Yes | Prompt::No)
-               == Prompt::Yes
+            == Prompt::Yes
         && !PrivateFiles::MakePrivate(path) && reportFailure)
         Prompt::message(QStringLiteral("Private File"), QStringLiteral("The permissions of %1 could not be changed.").arg(shown(path)),
                         Prompt::Icon::Exclamation, Prompt::Ok);
@@ -162,18 +167,19 @@ void DatabaseSession::offerRescue(const QString &path, const QString &what)
     QString text = QStringLiteral("%1 cannot be used as it is: %2\r\nTendMark will not change this file.\r\n\r\n").arg(shown(path), what);
     Prompt::Buttons buttons = Prompt::No | Prompt::Cancel;
     if (!latest.isEmpty()) {
-        text += QStringLiteral("Press Yes to open a copy of the latest backup (%1).\r\n").arg(QFileInfo(latest).lastModified().toString(
-            QStringLiteral("yyyy-MM-dd hh:mm")));
+        text += QStringLiteral("Press Yes to open a copy of the latest backup (%1).\r\n")
+                    .arg(QFileInfo(latest).lastModified().toString(QStringLiteral("yyyy-MM-dd hh:mm")));
         buttons |= Prompt::Yes;
     }
     text += QStringLiteral("Press No to copy what can still be read into a new file.");
     const int answer = Prompt::message(QStringLiteral("Damaged Database"), text, Prompt::Icon::Critical, buttons);
     if (answer == Prompt::Cancel)
         return;
-    const QString target = Prompt::saveFileName(answer == Prompt::Yes ? QStringLiteral("Open Latest Backup") : QStringLiteral("Copy Readable Data"),
-                                                kDatabaseFilter, QLatin1String(Schema::FileSuffix),
-                                                QFileInfo(path).completeBaseName() + QStringLiteral(" (rescued).") + QLatin1String(Schema::FileSuffix),
-                                                QFileInfo(path).absolutePath());
+    const QString target
+        = Prompt::saveFileName(answer == Prompt::Yes ? QStringLiteral("Open Latest Backup") : QStringLiteral("Copy Readable Data"),
+                               kDatabaseFilter, QLatin1String(Schema::FileSuffix),
+                               QFileInfo(path).completeBaseName() + QStringLiteral(" (rescued).") + QLatin1String(Schema::FileSuffix),
+                               QFileInfo(path).absolutePath());
     if (target.isEmpty())
         return;
     if (QFileInfo(target).absoluteFilePath() == QFileInfo(path).absoluteFilePath() || QFileInfo::exists(target)) {
@@ -191,7 +197,10 @@ void DatabaseSession::offerRescue(const QString &path, const QString &what)
     } else {
         FileHealth::CopyReport report;
         ok = FileHealth::CopyReadable(path, target, &report, &error);
-        done = QStringLiteral("%1 rows were copied to %2; %3 could not be read.").arg(report.rowsCopied).arg(shown(target)).arg(report.rowsLost);
+        done = QStringLiteral("%1 rows were copied to %2; %3 could not be read.")
+                   .arg(report.rowsCopied)
+                   .arg(shown(target))
+                   .arg(report.rowsLost);
     }
     if (!ok) {
         Prompt::message(QStringLiteral("Damaged Database"), error, Prompt::Icon::Exclamation, Prompt::Ok);
@@ -232,8 +241,9 @@ bool DatabaseSession::restore(const QString &backup)
     QString error;
     const bool ok = Backups::Restore(backup, path, &error);
     if (!ok)
-        Prompt::message(QStringLiteral("Restore From Backup"), QStringLiteral("The backup was not restored; the database is as it was.\r\n") + error,
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(QStringLiteral("Restore From Backup"),
+                        QStringLiteral("The backup was not restored; the database is as it was.\r\n") + error, Prompt::Icon::Exclamation,
+                        Prompt::Ok);
     open(path, true);
     return ok;
 }
@@ -247,7 +257,10 @@ bool DatabaseSession::close()
     return true;
 }
 
-void DatabaseSession::closeAtExit() { closeConnection(); }
+void DatabaseSession::closeAtExit()
+{
+    closeConnection();
+}
 
 void DatabaseSession::createNew()
 {

@@ -28,9 +28,13 @@ struct Button
     Button() = default;
     Button(Bar onBar, const char *text, const char *iconName, QStyle::StandardPixmap fallbackIcon, const char *toolTip = "",
            bool separated = false)
-        : bar(onBar), caption(text), themeIcon(iconName), icon(fallbackIcon), tip(toolTip), separatorBefore(separated)
-    {
-    }
+        : bar(onBar)
+        , caption(text)
+        , themeIcon(iconName)
+        , icon(fallbackIcon)
+        , tip(toolTip)
+        , separatorBefore(separated)
+    { }
     Bar bar = Bar::None;
     const char *caption = "";
     const char *themeIcon = "";
@@ -42,16 +46,22 @@ struct Button
 // One row: a menu (no action), a separator (no name), a command, or a bar's show/hide switch.
 struct Entry
 {
-    Entry(const QString &menu, const QString &objectName = {}, const QString &text = {}) : parent(menu), name(objectName), caption(text) {}
-    Entry(const QString &menu, const QString &objectName, const QString &text, const QKeySequence &keys,
-          std::function<void()> action, const Button &asButton = {})
-        : parent(menu), name(objectName), caption(text), shortcut(keys), run(std::move(action)), button(asButton)
-    {
-    }
+    Entry(const QString &menu, const QString &objectName = {}, const QString &text = {}) : parent(menu), name(objectName), caption(text) { }
+    Entry(const QString &menu, const QString &objectName, const QString &text, const QKeySequence &keys, std::function<void()> action,
+          const Button &asButton = {})
+        : parent(menu)
+        , name(objectName)
+        , caption(text)
+        , shortcut(keys)
+        , run(std::move(action))
+        , button(asButton)
+    { }
     Entry(const QString &menu, const QString &objectName, const QString &text, QWidget *bar)
-        : parent(menu), name(objectName), caption(text), shows(bar)
-    {
-    }
+        : parent(menu)
+        , name(objectName)
+        , caption(text)
+        , shows(bar)
+    { }
     QString parent;   // the menu it belongs to; empty: the menu bar
     QString name;
     QString caption;
@@ -68,19 +78,35 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
     std::vector<Entry> e = {
         {"", "mnuFile", "&File"},
         {"mnuFile", "mnuFileNew", "&New Database...", K::New, [&s] { s.createNew(); }},
-        {"mnuFile", "mnuFileOpen", "&Open...", K::Open, [&s] { s.openChosen(); },
+        {"mnuFile",
+         "mnuFileOpen",
+         "&Open...",
+         K::Open,
+         [&s] { s.openChosen(); },
          {Bar::Tool, "Open", "document-open", QStyle::SP_DialogOpenButton, "Open a database file"}},
         {"mnuFile", "mnuFileClose", "&Close", {}, [&s] { s.close(); }},
         {"mnuFile"},
         {"mnuFile", "mnuFileBackupNow", "&Backup Now...", {}, [&s] { s.backupNow(); }},
-        {"mnuFile", "mnuFileRestore", "&Restore From Backup...", {}, [&s, &m] {
+        {"mnuFile",
+         "mnuFileRestore",
+         "&Restore From Backup...",
+         {},
+         [&s, &m] {
              if (DatabaseSession::requireDatabase())
                  (new frmRestoreBackup(s, &m))->open();
          }},
         {"mnuFile"},
-        {"mnuFile", "mnuFileSave", "&Save", K::Save, on(&frmMain::mnuFileSave_Click),
+        {"mnuFile",
+         "mnuFileSave",
+         "&Save",
+         K::Save,
+         on(&frmMain::mnuFileSave_Click),
          {Bar::Tool, "Save", "document-save", QStyle::SP_DialogSaveButton, "Save the current record"}},
-        {"mnuFile", "mnuFileDelete", "&Delete", {}, on(&frmMain::mnuFileDelete_Click),
+        {"mnuFile",
+         "mnuFileDelete",
+         "&Delete",
+         {},
+         on(&frmMain::mnuFileDelete_Click),
          {Bar::Tool, "Delete", "edit-delete", QStyle::SP_TrashIcon, "Delete the current record", true}},
         {"mnuFile"},
         {"mnuFile", "mnuFilePrintLabels", "Print &Labels...", K::Print, on(&frmMain::mnuFilePrintLabels_Click)},
@@ -88,25 +114,53 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
         {"mnuFile", "mnuFileExit", "E&xit", K(Qt::ALT | Qt::Key_F4), [&m] { m.close(); }},
 
         {"", "mnuData", "&Data"},
-        {"mnuData", "mnuDataClientSummary", "Client &Summary", K(Qt::CTRL | Qt::Key_1), on(&frmMain::mnuDataClientSummary_Click),
+        {"mnuData",
+         "mnuDataClientSummary",
+         "Client &Summary",
+         K(Qt::CTRL | Qt::Key_1),
+         on(&frmMain::mnuDataClientSummary_Click),
          {Bar::View, "Client\nSummary", "x-office-address-book", QStyle::SP_FileDialogInfoView}},
-        {"mnuData", "mnuDataClientDetails", "Client &Details", K(Qt::CTRL | Qt::Key_2), on(&frmMain::mnuDataClientDetails_Click),
+        {"mnuData",
+         "mnuDataClientDetails",
+         "Client &Details",
+         K(Qt::CTRL | Qt::Key_2),
+         on(&frmMain::mnuDataClientDetails_Click),
          {Bar::View, "Client\nDetails", "contact-new", QStyle::SP_FileDialogDetailedView}},
-        {"mnuData", "mnuDataClientTable", "Client &Table", K(Qt::CTRL | Qt::Key_3), on(&frmMain::mnuDataClientTable_Click),
+        {"mnuData",
+         "mnuDataClientTable",
+         "Client &Table",
+         K(Qt::CTRL | Qt::Key_3),
+         on(&frmMain::mnuDataClientTable_Click),
          {Bar::View, "Client\nTable", "x-office-spreadsheet", QStyle::SP_FileDialogListView}},
-        {"mnuData", "mnuDataVolunteers", "&Volunteers", K(Qt::CTRL | Qt::Key_4), on(&frmMain::mnuDataVolunteers_Click),
+        {"mnuData",
+         "mnuDataVolunteers",
+         "&Volunteers",
+         K(Qt::CTRL | Qt::Key_4),
+         on(&frmMain::mnuDataVolunteers_Click),
          {Bar::View, "Volunteers", "system-users", QStyle::SP_DirHomeIcon}},
         {"mnuData"},
         {"mnuData", "mnuDataExport", "&Export"},
         {"mnuDataExport", "mnuDataExportClients", "&Clients...", {}, on(&frmMain::mnuDataExportClients_Click)},
         {"mnuDataExport", "mnuDataExportVolunteers", "&Volunteers...", {}, on(&frmMain::mnuDataExportVolunteers_Click)},
         {"mnuData"},
-        {"mnuData", "mnuDataFilter", "&Filter...", K(Qt::CTRL | Qt::Key_L), on(&frmMain::mnuDataFilter_Click),
+        {"mnuData",
+         "mnuDataFilter",
+         "&Filter...",
+         K(Qt::CTRL | Qt::Key_L),
+         on(&frmMain::mnuDataFilter_Click),
          {Bar::Tool, "Filter", "edit-find-replace", QStyle::SP_FileDialogContentsView, "Filter the current list", true}},
         {"mnuData", "mnuDataSort", "S&ort"},
-        {"mnuDataSort", "mnuDataSortSortAscending", "Sort &Ascending", {}, on(&frmMain::mnuDataSortSortAscending_Click),
+        {"mnuDataSort",
+         "mnuDataSortSortAscending",
+         "Sort &Ascending",
+         {},
+         on(&frmMain::mnuDataSortSortAscending_Click),
          {Bar::Tool, "Sort Ascending", "view-sort-ascending", QStyle::SP_ArrowUp, "Sort the selected column, A to Z"}},
-        {"mnuDataSort", "mnuDataSortSortDescending", "Sort &Descending", {}, on(&frmMain::mnuDataSortSortDescending_Click),
+        {"mnuDataSort",
+         "mnuDataSortSortDescending",
+         "Sort &Descending",
+         {},
+         on(&frmMain::mnuDataSortSortDescending_Click),
          {Bar::Tool, "Sort Descending", "view-sort-descending", QStyle::SP_ArrowDown, "Sort the selected column, Z to A"}},
 
         {"", "mnuView", "&View"},
@@ -136,8 +190,8 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
     e.push_back({"mnuTools", "mnuToolsTables", "&Tables"});
     for (int i = 0; i < int(LookupTables::all().size()); ++i) {
         const LookupTables::LookupTable &t = LookupTables::all()[size_t(i)];
-        e.push_back({"mnuToolsTables", QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption), {},
-                     [&m, i] { m.openLookupTable(i); }});
+        e.push_back(
+            {"mnuToolsTables", QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption), {}, [&m, i] { m.openLookupTable(i); }});
     }
     e.push_back({"mnuTools", "mnuToolsAuditLog", "&Audit Log", {}, [&m] {
                      if (!DatabaseSession::requireDatabase())
@@ -177,10 +231,10 @@ void fillWindowMenu(QMenu *menu, QMdiArea *area)
                      &QMdiArea::cascadeSubWindows);
     QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowTileHorizontal"), QStringLiteral("Tile &Horizontally")),
                      &QAction::triggered, area, [area] { WindowArrangement::TileHorizontally(area); });
-    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowTileVertical"), QStringLiteral("Tile &Vertically")),
-                     &QAction::triggered, area, [area] { WindowArrangement::TileVertically(area); });
-    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowArrangeIcons"), QStringLiteral("&Arrange Icons")),
-                     &QAction::triggered, area, [area] { WindowArrangement::ArrangeIcons(area); });
+    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowTileVertical"), QStringLiteral("Tile &Vertically")), &QAction::triggered,
+                     area, [area] { WindowArrangement::TileVertically(area); });
+    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered,
+                     area, [area] { WindowArrangement::ArrangeIcons(area); });
     const QList<QMdiSubWindow *> windows = area->subWindowList();
     if (!windows.isEmpty())
         menu->addSeparator();
@@ -203,7 +257,7 @@ QToolBar *makeBar(frmMain &main, const QString &title, const char *name, Qt::Too
     return bar;
 }
 
-} // namespace
+}   // namespace
 
 QToolBar *MainMenus::build(frmMain &main, DatabaseSession &session, QToolBar *searchBar)
 {

@@ -10,4 +10,4 @@ namespace MainMenus {
 // Adds them to main around searchBar: the toolbar above it, the view bar on the left. Returns the toolbar.
 QToolBar *build(frmMain &main, DatabaseSession &session, QToolBar *searchBar);
 
-} // namespace MainMenus
+}   // namespace MainMenus

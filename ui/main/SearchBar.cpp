@@ -60,8 +60,7 @@ void SearchBar::offer(bool enabled)
 
 void SearchBar::updateSearchButton()
 {
-    m_search->setEnabled(m_cboSearchOn->isEnabled() && !m_cboSearchOn->currentText().isEmpty()
-                         && !m_cboSearchFor->currentText().isEmpty());
+    m_search->setEnabled(m_cboSearchOn->isEnabled() && !m_cboSearchOn->currentText().isEmpty() && !m_cboSearchFor->currentText().isEmpty());
 }
 
 void SearchBar::AddSearchForItem()
@@ -124,7 +123,7 @@ void SearchBar::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind
         Prompt::PickRequest request;
         request.caption = kind == MdiChild::Kind::Volunteer ? QStringLiteral("Select Volunteer") : QStringLiteral("Select Client");
         request.label = QString::number(outcome.count) + QStringLiteral(" entries were found that match the specified criteria. ")
-                        + QStringLiteral("\r\n") + QStringLiteral("Select an entry from the list, then click 'OK'.");
+            + QStringLiteral("\r\n") + QStringLiteral("Select an entry from the list, then click 'OK'.");
         request.query = query;
         const std::optional<QString> chosen = Prompt::pick(request);
         if (!chosen)

@@ -5,7 +5,9 @@
 #include <QToolBar>
 
 class QComboBox;
-namespace SearchQueries { struct Query; }
+namespace SearchQueries {
+struct Query;
+}
 
 // The search bar: a field of the active window's kind (clients or volunteers),
 // the text to look for, and the Search button. It hands the record found over.

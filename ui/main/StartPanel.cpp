@@ -24,7 +24,7 @@ QPushButton *actionButton(QWidget *parent, const QString &name, const QString &t
     return b;
 }
 
-} // namespace
+}   // namespace
 
 StartPanel::StartPanel(QWidget *area) : QWidget(area), m_area(area)
 {
@@ -42,7 +42,8 @@ StartPanel::StartPanel(QWidget *area) : QWidget(area), m_area(area)
     big.setBold(true);
     title->setFont(big);
     auto *intro = new QLabel(QStringLiteral("Open your pantry's database to begin, start a new one, "
-                                            "or look around in the demo database with made-up households."), card);
+                                            "or look around in the demo database with made-up households."),
+                             card);
     intro->setWordWrap(true);
     auto *heading = new QHBoxLayout;
     heading->addWidget(icon);
@@ -107,7 +108,8 @@ void StartPanel::setRecentFiles(const QStringList &paths)
         if (!info.exists()) {
             b->setEnabled(false);
             b->setDescription(b->description() + QStringLiteral("  (not found)"));
-            b->setToolTip(QStringLiteral("This file is not there any more: it was moved, renamed, or is on a drive that is not connected."));
+            b->setToolTip(
+                QStringLiteral("This file is not there any more: it was moved, renamed, or is on a drive that is not connected."));
         }
         connect(b, &QCommandLinkButton::clicked, this, [this, path] { Q_EMIT recentRequested(path); });
         m_recentList->addWidget(b);

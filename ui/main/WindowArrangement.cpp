@@ -61,12 +61,21 @@ void tile(QMdiArea *area, Qt::Orientation stacking)
     }
 }
 
-} // namespace
+}   // namespace
 
-void TileHorizontally(QMdiArea *area) { tile(area, Qt::Vertical); }
+void TileHorizontally(QMdiArea *area)
+{
+    tile(area, Qt::Vertical);
+}
 
-void TileVertically(QMdiArea *area) { tile(area, Qt::Horizontal); }
+void TileVertically(QMdiArea *area)
+{
+    tile(area, Qt::Horizontal);
+}
 
-void ArrangeIcons(QMdiArea *area) { placeIcons(area); }
+void ArrangeIcons(QMdiArea *area)
+{
+    placeIcons(area);
+}
 
-} // namespace WindowArrangement
+}   // namespace WindowArrangement

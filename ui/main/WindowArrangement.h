@@ -13,4 +13,4 @@ void TileVertically(QMdiArea *area);
 // Lines the minimised windows up along the bottom, left to right.
 void ArrangeIcons(QMdiArea *area);
 
-} // namespace WindowArrangement
+}   // namespace WindowArrangement

@@ -19,24 +19,23 @@
 
 namespace {
 
-template<typename T>
-T *named(T *widget, const char *name)
+template<typename T> T *named(T *widget, const char *name)
 {
     widget->setObjectName(QLatin1String(name));
     return widget;
 }
 
-} // namespace
+}   // namespace
 
 frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
-    : MdiChild(workspace, parent),
-      m_client(named(new QLineEdit, "txtClientID")),
-      m_table(named(new QComboBox, "cboTable")),
-      m_user(named(new QLineEdit, "txtUser")),
-      m_useSince(named(new QCheckBox(QStringLiteral("Since")), "chkSince")),
-      m_since(named(new QDateEdit(QDate::currentDate().addMonths(-1)), "dtpSince")),
-      m_grid(named(new QTableWidget, "grdAuditLog")),
-      m_count(named(new QLabel, "lblCount"))
+    : MdiChild(workspace, parent)
+    , m_client(named(new QLineEdit, "txtClientID"))
+    , m_table(named(new QComboBox, "cboTable"))
+    , m_user(named(new QLineEdit, "txtUser"))
+    , m_useSince(named(new QCheckBox(QStringLiteral("Since")), "chkSince"))
+    , m_since(named(new QDateEdit(QDate::currentDate().addMonths(-1)), "dtpSince"))
+    , m_grid(named(new QTableWidget, "grdAuditLog"))
+    , m_count(named(new QLabel, "lblCount"))
 {
     setObjectName(QStringLiteral("frmAuditLog"));
     setWindowTitle(QStringLiteral("Audit Log"));
@@ -64,7 +63,7 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
     filters->addWidget(refresh);
     filters->addStretch();
 
-    const QStringList headers = {QStringLiteral("Time"), QStringLiteral("User"), QStringLiteral("Table"), QStringLiteral("Key"),
+    const QStringList headers = {QStringLiteral("Time"),   QStringLiteral("User"),       QStringLiteral("Table"),     QStringLiteral("Key"),
                                  QStringLiteral("Change"), QStringLiteral("Old Values"), QStringLiteral("New Values")};
     m_grid->setColumnCount(int(headers.size()));
     m_grid->setHorizontalHeaderLabels(headers);
@@ -117,7 +116,7 @@ void frmAuditLog::refill()
         }
     }
     m_grid->resizeColumnsToContents();
-    for (const int values : {5, 6}) // long rows stay readable; the tooltip holds the whole change
+    for (const int values : {5, 6})   // long rows stay readable; the tooltip holds the whole change
         m_grid->setColumnWidth(values, qMin(m_grid->columnWidth(values), 320));
     m_count->setText(QStringLiteral("%1 changes").arg(entries.size()));
 }

@@ -70,7 +70,8 @@ frmHelp::frmHelp(QWidget *parent) : QDialog(parent, Qt::Window)
                 return;
             }
     });
-    connect(m_lstIndex, &QListWidget::itemActivated, this, [this](QListWidgetItem *item) { showPage(item->data(Qt::UserRole).toString()); });
+    connect(m_lstIndex, &QListWidget::itemActivated, this,
+            [this](QListWidgetItem *item) { showPage(item->data(Qt::UserRole).toString()); });
     connect(m_lstIndex, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) { showPage(item->data(Qt::UserRole).toString()); });
 
     m_tabs = new QTabWidget(this);
@@ -115,11 +116,10 @@ QList<frmHelp::Keyword> frmHelp::readKeywords(const QString &path)
         const QString line = in.readLine();
         const int tab = line.indexOf(QLatin1Char('\t'));
         if (tab > 0 && tab < line.size() - 1)
-            keywords << Keyword{line.left(tab).trimmed(), line.mid(tab + 1).trimmed()};
+            keywords << Keyword {line.left(tab).trimmed(), line.mid(tab + 1).trimmed()};
     }
-    std::sort(keywords.begin(), keywords.end(), [](const Keyword &a, const Keyword &b) {
-        return QString::compare(a.text, b.text, Qt::CaseInsensitive) < 0;
-    });
+    std::sort(keywords.begin(), keywords.end(),
+              [](const Keyword &a, const Keyword &b) { return QString::compare(a.text, b.text, Qt::CaseInsensitive) < 0; });
     return keywords;
 }
 

@@ -22,7 +22,11 @@ public:
     void showPage(const QString &page);
     QTextBrowser *browser() const { return m_browser; }
 
-    struct Keyword { QString text; QString target; };
+    struct Keyword
+    {
+        QString text;
+        QString target;
+    };
     static QList<Keyword> readKeywords(const QString &path = QStringLiteral(":/guide/keywords.txt"));
 
 private:

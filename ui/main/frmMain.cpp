@@ -35,7 +35,6 @@
 #include <QStyle>
 #include <QToolBar>
 
-
 frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("frmMain"));
@@ -97,15 +96,30 @@ void frmMain::startUp(const QString &fileToOpen)
     refreshOptionFlags();
 }
 
-QString frmMain::databasePath() const { return m_session->path(); }
+QString frmMain::databasePath() const
+{
+    return m_session->path();
+}
 
-bool frmMain::openDatabaseFile(const QString &path, bool reportFailure) { return m_session->open(path, reportFailure); }
+bool frmMain::openDatabaseFile(const QString &path, bool reportFailure)
+{
+    return m_session->open(path, reportFailure);
+}
 
-bool frmMain::closeDatabase() { return m_session->close(); }
+bool frmMain::closeDatabase()
+{
+    return m_session->close();
+}
 
-QStringList frmMain::recentFiles() const { return m_session->recentFiles(); }
+QStringList frmMain::recentFiles() const
+{
+    return m_session->recentFiles();
+}
 
-QString frmMain::prepareDemoDatabase() { return m_session->prepareDemoDatabase(); }
+QString frmMain::prepareDemoDatabase()
+{
+    return m_session->prepareDemoDatabase();
+}
 
 bool frmMain::closeAllWindows()
 {
@@ -264,11 +278,10 @@ void frmMain::openRecordEditor(RecordKind editor, const QString &clientId, const
         if (!open || open->ClientID() != clientId)
             continue;
         const bool same = (editor == RecordKind::FamilyMember && qobject_cast<frmFamilyMember *>(open))
-                          || (editor == RecordKind::FoodService && qobject_cast<frmFoodService *>(open))
-                          || (editor == RecordKind::Payment && qobject_cast<frmPaymentHistory *>(open))
-                          || (qobject_cast<frmIncomeExpense *>(open)
-                              && (editor == RecordKind::Income || editor == RecordKind::Expenses)
-                              && static_cast<frmIncomeExpense *>(open)->TableName() == table);
+            || (editor == RecordKind::FoodService && qobject_cast<frmFoodService *>(open))
+            || (editor == RecordKind::Payment && qobject_cast<frmPaymentHistory *>(open))
+            || (qobject_cast<frmIncomeExpense *>(open) && (editor == RecordKind::Income || editor == RecordKind::Expenses)
+                && static_cast<frmIncomeExpense *>(open)->TableName() == table);
         if (same) {
             activateChild(open);
             open->setRecordId(recordId);
@@ -349,8 +362,8 @@ frmHelp *frmMain::helpWindow()
 
 void frmMain::notAvailableYet()
 {
-    Prompt::message(QStringLiteral("TendMark"), QStringLiteral("This part of TendMark is not available yet."),
-                    Prompt::Icon::Information, Prompt::Ok);
+    Prompt::message(QStringLiteral("TendMark"), QStringLiteral("This part of TendMark is not available yet."), Prompt::Icon::Information,
+                    Prompt::Ok);
 }
 
 void frmMain::mnuFileSave_Click()
@@ -375,8 +388,7 @@ void frmMain::mnuFilePrintLabels_Click()
         notAvailableYet();
 }
 
-template<typename T>
-void frmMain::openSingle()
+template<typename T> void frmMain::openSingle()
 {
     if (!DatabaseSession::requireDatabase())
         return;
@@ -388,11 +400,20 @@ void frmMain::openSingle()
     activateChild(window);
 }
 
-void frmMain::mnuDataClientSummary_Click() { openSingle<frmClientSummary>(); }
+void frmMain::mnuDataClientSummary_Click()
+{
+    openSingle<frmClientSummary>();
+}
 
-void frmMain::mnuDataClientDetails_Click() { openSingle<frmClientDetails>(); }
+void frmMain::mnuDataClientDetails_Click()
+{
+    openSingle<frmClientDetails>();
+}
 
-void frmMain::mnuDataClientTable_Click() { openSingle<frmClientGrid>(); }
+void frmMain::mnuDataClientTable_Click()
+{
+    openSingle<frmClientGrid>();
+}
 
 void frmMain::mnuDataVolunteers_Click()
 {
@@ -467,9 +488,15 @@ void frmMain::openReport(const QString &)
         notAvailableYet();
 }
 
-void frmMain::mnuHelpContents_Click() { helpWindow()->showContents(); }
+void frmMain::mnuHelpContents_Click()
+{
+    helpWindow()->showContents();
+}
 
-void frmMain::mnuHelpIndex_Click() { helpWindow()->showIndex(); }
+void frmMain::mnuHelpIndex_Click()
+{
+    helpWindow()->showIndex();
+}
 
 void frmMain::mnuHelpAbout_Click()
 {

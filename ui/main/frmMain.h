@@ -87,8 +87,7 @@ protected:
 
 private:
     // Opens the one window of type T, or brings it forward.
-    template<typename T>
-    void openSingle();
+    template<typename T> void openSingle();
     bool closeAllWindows();
     void databaseChanged(const QString &path);
     void updateStartPanel();

@@ -57,9 +57,12 @@ QString pictureFilter()
     return QStringLiteral("Pictures (%1);;All Files (*)").arg(patterns.join(QLatin1Char(' ')));
 }
 
-QString caption(const QLineEdit *box) { return box->property("Caption").toString(); }
+QString caption(const QLineEdit *box)
+{
+    return box->property("Caption").toString();
+}
 
-} // namespace
+}   // namespace
 
 frmOptions::frmOptions(frmMain *main) : QDialog(main), m_main(main)
 {
@@ -79,7 +82,10 @@ frmOptions::frmOptions(frmMain *main) : QDialog(main), m_main(main)
 }
 
 // The focus watch ends before the dialog part goes, which still moves the focus.
-frmOptions::~frmOptions() { disconnect(qApp, nullptr, this, nullptr); }
+frmOptions::~frmOptions()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 void frmOptions::buildControls()
 {
@@ -322,8 +328,9 @@ bool frmOptions::Update()
     }
     m_validating = false;
     if (m_txtLogo->text().size() > basDatabase::Field(kOrganization, QStringLiteral("OrganizationLogo")).size) {
-        Prompt::message(QStringLiteral("Data Entry Error"), QStringLiteral("The logo's file path is too long. Move the picture to a shorter path."),
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(QStringLiteral("Data Entry Error"),
+                        QStringLiteral("The logo's file path is too long. Move the picture to a shorter path."), Prompt::Icon::Exclamation,
+                        Prompt::Ok);
         return false;
     }
 
@@ -333,8 +340,9 @@ bool frmOptions::Update()
         for (const OptionsStore::OrganizationColumn &c : OptionsStore::organizationColumns()) {
             const QString column = QString::fromLatin1(c.column);
             QWidget *control = organizationControl(column);
-            organization.*c.member = control == m_txtLogo ? m_txtLogo->text()
-                                                          : basTendmark::GetControlValue(control, basDatabase::Field(kOrganization, column));
+            organization.*c.member = control == m_txtLogo
+                ? m_txtLogo->text()
+                : basTendmark::GetControlValue(control, basDatabase::Field(kOrganization, column));
         }
         for (const auto &[check, member] : m_tabChecks)
             options.flags.*member = check->isChecked();

@@ -40,7 +40,7 @@ private:
     void focusChanged(QWidget *old, QWidget *now);
 
     frmMain *m_main;
-    QList<QLineEdit *> m_textBoxes;      // validated on leaving: name, address, city, zip, phone
+    QList<QLineEdit *> m_textBoxes;   // validated on leaving: name, address, city, zip, phone
     QComboBox *m_cboState = nullptr;
     QLineEdit *m_txtLogo = nullptr;
     QLabel *m_picLogo = nullptr;

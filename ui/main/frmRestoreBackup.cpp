@@ -13,7 +13,10 @@
 #include <QVBoxLayout>
 
 frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, QWidget *parent)
-    : QDialog(parent), m_session(session), m_backups(Backups::List(session.path())), m_grid(new QTableWidget)
+    : QDialog(parent)
+    , m_session(session)
+    , m_backups(Backups::List(session.path()))
+    , m_grid(new QTableWidget)
 {
     setObjectName(QStringLiteral("frmRestoreBackup"));
     setWindowTitle(QStringLiteral("Restore From Backup"));

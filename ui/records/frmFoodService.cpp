@@ -71,14 +71,14 @@ bool frmFoodService::confirmCommit()
                                .arg(days)
                                .arg(basTendmark::FormatDate(last)),
                            Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
-           == Prompt::Yes;
+        == Prompt::Yes;
 }
 
 RecordEditor::DeleteTexts frmFoodService::deleteTexts() const
 {
     const auto *type = qobject_cast<const QComboBox *>(boundControl(QStringLiteral("FoodServiceTypeID")));
     const QString description = basTendmark::GetFieldValue(madoPrimaryRS, QStringLiteral("FoodServiceDate")) + QLatin1Char(' ')
-                                + (type ? type->currentText() : QString());
+        + (type ? type->currentText() : QString());
     return {QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
             QStringLiteral("Delete Food Service Item?"), QStringLiteral("Food service item '%1' deleted.").arg(description),
             QStringLiteral("Delete Food Service Item")};

@@ -15,9 +15,15 @@ frmIncomeExpense::frmIncomeExpense(Workspace *main, QWidget *parent) : RecordEdi
     setWindowTitle(QStringLiteral("Income/Expense Item"));
 }
 
-QString frmIncomeExpense::tableName() const { return isIncome() ? QStringLiteral("Income") : QStringLiteral("Expenses"); }
+QString frmIncomeExpense::tableName() const
+{
+    return isIncome() ? QStringLiteral("Income") : QStringLiteral("Expenses");
+}
 
-QString frmIncomeExpense::keyColumn() const { return isIncome() ? QStringLiteral("IncomeItemID") : QStringLiteral("ExpenseItemID"); }
+QString frmIncomeExpense::keyColumn() const
+{
+    return isIncome() ? QStringLiteral("IncomeItemID") : QStringLiteral("ExpenseItemID");
+}
 
 QString frmIncomeExpense::typeColumn() const
 {
@@ -36,8 +42,8 @@ void frmIncomeExpense::buildFields()
              isIncome() ? QStringLiteral("Income Source") : QStringLiteral("Expense Category"), 0);
     auto *amount = new AmountBox;
     amount->setMaximumWidth(130);
-    addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1,
-             QStringLiteral("Amount"), 1);
+    addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1, QStringLiteral("Amount"),
+             1);
     fieldGrid()->setColumnStretch(1, 1);
 }
 
@@ -55,7 +61,6 @@ RecordEditor::DeleteTexts frmIncomeExpense::deleteTexts() const
 {
     const auto *type = qobject_cast<const QComboBox *>(boundControl(typeColumn()));
     const QString description = type ? type->currentText() : QString();
-    return {QStringLiteral("Are you sure you want to delete '%1'?").arg(description),
-            QStringLiteral("Delete %1 Item?").arg(m_tableName), QStringLiteral("'%1' deleted.").arg(description),
-            QStringLiteral("Delete %1 Item").arg(m_tableName)};
+    return {QStringLiteral("Are you sure you want to delete '%1'?").arg(description), QStringLiteral("Delete %1 Item?").arg(m_tableName),
+            QStringLiteral("'%1' deleted.").arg(description), QStringLiteral("Delete %1 Item").arg(m_tableName)};
 }

@@ -56,8 +56,7 @@ RecordEditor::DeleteTexts frmPaymentHistory::deleteTexts() const
 {
     const auto *type = qobject_cast<const QComboBox *>(boundControl(QStringLiteral("PaymentsTypeID")));
     const QString description = basTendmark::GetFieldValue(madoPrimaryRS, QStringLiteral("PaymentDate")) + QLatin1Char(' ')
-                                + (type ? type->currentText() : QString());
-    return {QStringLiteral("Are you sure you want to delete payment item '%1'?").arg(description),
-            QStringLiteral("Delete Payment Item?"), QStringLiteral("Payment item '%1' deleted.").arg(description),
-            QStringLiteral("Delete Payment Item")};
+        + (type ? type->currentText() : QString());
+    return {QStringLiteral("Are you sure you want to delete payment item '%1'?").arg(description), QStringLiteral("Delete Payment Item?"),
+            QStringLiteral("Payment item '%1' deleted.").arg(description), QStringLiteral("Delete Payment Item")};
 }

@@ -32,10 +32,13 @@ constexpr int kFirstEditColumn = 2;
 const QString kZipCodeTable = QStringLiteral("ZipCode");
 constexpr int kZipStateColumn = 4;
 
-} // namespace
+}   // namespace
 
 frmTableGrid::frmTableGrid(Workspace *main, const LookupTables::LookupTable &table)
-    : MdiChild(main), m_table(table), m_tableName(table.name()), m_tableKeyName(QLatin1String(table.keyColumn))
+    : MdiChild(main)
+    , m_table(table)
+    , m_tableName(table.name())
+    , m_tableKeyName(QLatin1String(table.keyColumn))
 {
     setObjectName(QStringLiteral("frmTableGrid"));
     setWindowTitle(QLatin1String(table.caption));
@@ -48,7 +51,8 @@ frmTableGrid::frmTableGrid(Workspace *main, const LookupTables::LookupTable &tab
         m_model->setColumnCount(kFirstEditColumn + int(m_columns.size()));
         const auto spec = GridModel::parseColumnSpec(columnHeaders);
         for (int c = 0; c < m_model->columnCount(); ++c) {
-            const QString heading = c < spec.size() ? spec.at(c).heading : (c >= kFirstEditColumn ? m_columns.at(c - kFirstEditColumn) : QString());
+            const QString heading
+                = c < spec.size() ? spec.at(c).heading : (c >= kFirstEditColumn ? m_columns.at(c - kFirstEditColumn) : QString());
             m_model->setHeaderData(c, Qt::Horizontal, heading);
             if (c < spec.size() && spec.at(c).widthTwips >= 0)
                 m_grid->setColumnWidth(c, basTendmark::TwipsToPixels(spec.at(c).widthTwips));
@@ -160,7 +164,7 @@ void frmTableGrid::PopulateGrid()
     const Query items = LookupTables::items(m_table, m_columns);
     QSqlQuery q = basDatabase::Execute(items.sql, items.binds);
     while (q.next()) {
-        QStringList texts{QString(), q.value(0).toString()};
+        QStringList texts {QString(), q.value(0).toString()};
         for (int i = 0; i < m_columns.size(); ++i)
             texts << q.value(i + 1).toString();
         addRow(texts);
@@ -170,9 +174,15 @@ void frmTableGrid::PopulateGrid()
     updateDeleteButton();
 }
 
-int frmTableGrid::newRecordRow() const { return m_model->rowCount() - 1; }
+int frmTableGrid::newRecordRow() const
+{
+    return m_model->rowCount() - 1;
+}
 
-int frmTableGrid::lastColumn() const { return m_model->columnCount() - 1; }
+int frmTableGrid::lastColumn() const
+{
+    return m_model->columnCount() - 1;
+}
 
 QString frmTableGrid::cellText(int row, int column) const
 {
@@ -391,7 +401,10 @@ bool frmTableGrid::eventFilter(QObject *watched, QEvent *event)
 
 // ---- saving ----
 
-bool frmTableGrid::SaveCurrentRecord() { return !m_dataChanged || cmdSave_Click(); }
+bool frmTableGrid::SaveCurrentRecord()
+{
+    return !m_dataChanged || cmdSave_Click();
+}
 
 bool frmTableGrid::cmdSave_Click()
 {
@@ -450,8 +463,8 @@ bool frmTableGrid::UpdateRow(Recordset &recordset, int row)
     if (key.isEmpty())
         recordset.addNew();
     else if (!recordset.find(key.toLongLong())) {
-        Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error locating record in database."),
-                        Prompt::Icon::Critical, Prompt::Ok);
+        Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error locating record in database."), Prompt::Icon::Critical,
+                        Prompt::Ok);
         return false;
     }
     for (int i = 0; i < m_columns.size(); ++i)
@@ -472,9 +485,8 @@ void frmTableGrid::DeleteCurrentRecord()
 bool frmTableGrid::TableInUse(const QString &key, bool &inUse)
 {
     inUse = false;
-    return basErrorHandler::Guard(QStringLiteral("frmTableGrid.TableInUse"), [&] {
-        inUse = LookupTables::inUse(m_table, key.toLongLong());
-    });
+    return basErrorHandler::Guard(QStringLiteral("frmTableGrid.TableInUse"),
+                                  [&] { inUse = LookupTables::inUse(m_table, key.toLongLong()); });
 }
 
 void frmTableGrid::cmdDelete_Click()
@@ -547,6 +559,8 @@ bool frmTableGrid::queryUnload()
         return true;
     return Prompt::message(QStringLiteral("Discard Changes?"),
                            QStringLiteral("The changes you made to %1 have not been saved.\r\n"
-                                          "Do you want to close and discard them?").arg(windowTitle()),
-                           Prompt::Icon::Question, Prompt::Yes | Prompt::No) == Prompt::Yes;
+                                          "Do you want to close and discard them?")
+                               .arg(windowTitle()),
+                           Prompt::Icon::Question, Prompt::Yes | Prompt::No)
+        == Prompt::Yes;
 }

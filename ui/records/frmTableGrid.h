@@ -56,7 +56,7 @@ private:
     void hideEditBox();
     bool EditBox_Validate();
     bool validateCell(int row, int column, const QString &text);
-    bool finishEdit();          // validates and closes the open edit box; false leaves it open
+    bool finishEdit();   // validates and closes the open edit box; false leaves it open
     bool editBoxKey(int key);
 
     bool cmdSave_Click();
@@ -70,8 +70,8 @@ private:
     const LookupTables::LookupTable &m_table;
     QString m_tableName;
     QString m_tableKeyName;
-    QStringList m_columns;        // the editable columns, grid columns 2..
-    QStringList m_captions;       // their headings, for messages
+    QStringList m_columns;   // the editable columns, grid columns 2..
+    QStringList m_captions;   // their headings, for messages
     QTableView *m_grid = nullptr;
     QStandardItemModel *m_model = nullptr;
     CellEditorDelegate *m_delegate = nullptr;

@@ -10,8 +10,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-namespace {
-}
+namespace { }
 
 frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
@@ -19,7 +18,10 @@ frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main
     setWindowTitle(QStringLiteral("Volunteers"));
 }
 
-QString frmVolunteer::query() const { return m_sql.isEmpty() ? RecordQueries::allVolunteers() : m_sql; }
+QString frmVolunteer::query() const
+{
+    return m_sql.isEmpty() ? RecordQueries::allVolunteers() : m_sql;
+}
 
 void frmVolunteer::setSQL(const QString &sql)
 {

@@ -23,7 +23,8 @@ class tst_ClientDetails : public QObject
     }
     static qint64 stone()
     {
-        return ClientWorld::addClient("Stone", "Sam", "S", {{"SocialSecurityNumber", "555667777"}, {"Address", "1 Oak"}, {"City", "Peoria"}});
+        return ClientWorld::addClient("Stone", "Sam", "S",
+                                      {{"SocialSecurityNumber", "555667777"}, {"Address", "1 Oak"}, {"City", "Peoria"}});
     }
     static QString status(QWidget *w) { return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text(); }
 
@@ -34,7 +35,8 @@ private slots:
         auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
         QVERIFY(w);
         QVERIFY(w->ClientID().isEmpty());   // empty table: a new client
-        typeRequired(w, QStringLiteral("O'Brien"), QStringLiteral("123456789"), QStringLiteral("12 Main St"), QStringLiteral("Springfield"));
+        typeRequired(w, QStringLiteral("O'Brien"), QStringLiteral("123456789"), QStringLiteral("12 Main St"),
+                     QStringLiteral("Springfield"));
         typeInto(w, QStringLiteral("BirthDate"), QStringLiteral("03151980"));
         typeInto(w, QStringLiteral("HomePhone"), QStringLiteral("2175551234"));
         typeInto(w, QStringLiteral("EmployerDurationYears"), QStringLiteral("4"));
@@ -45,7 +47,8 @@ private slots:
         QCOMPARE(TestDatabase::count("Client"), 1);
         const qint64 id = TestDatabase::scalar("SELECT ClientID FROM Client").toLongLong();
         QCOMPARE(TestDatabase::scalar("SELECT LastName || '|' || SocialSecurityNumber || '|' || HomePhone || '|' || BirthDate || '|'"
-                                      " || EmployerDurationYears || '|' || ifnull(MobilePhone, 'null') FROM Client").toString(),
+                                      " || EmployerDurationYears || '|' || ifnull(MobilePhone, 'null') FROM Client")
+                     .toString(),
                  QStringLiteral("O'Brien|123456789|2175551234|1980-03-15|4|null"));
         QCOMPARE(w->ClientID(), QString::number(id));
         QCOMPARE(status(w), QStringLiteral("Record: 1 of 1     ID: %1").arg(id));
@@ -60,14 +63,18 @@ private slots:
         auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
         typeInto(w, QStringLiteral("DriversLicenseNumber"), QStringLiteral("D123"));
         // field, its caption, a value
-        const QList<QStringList> steps = {{"LastName", "Last Name", "Lee"}, {"FirstName", "First Name", "Ann"},
-                                          {"SocialSecurityNumber", "Social Security No", "987654321"}, {"Address", "Address", "5 Elm"},
-                                          {"City", "City", "Peoria"}, {"State", "State", "IL"}};
+        const QList<QStringList> steps = {{"LastName", "Last Name", "Lee"},
+                                          {"FirstName", "First Name", "Ann"},
+                                          {"SocialSecurityNumber", "Social Security No", "987654321"},
+                                          {"Address", "Address", "5 Elm"},
+                                          {"City", "City", "Peoria"},
+                                          {"State", "State", "IL"}};
         for (const QStringList &step : steps) {
             world.prompts.clear();
             QVERIFY(!w->SaveCurrentRecord());
-            QCOMPARE(world.prompts.last(), (Prompt::Message{"Required Field Empty", step.at(1) + QStringLiteral(" is required."),
-                                                            Prompt::Icon::Exclamation, Prompt::Ok}));
+            QCOMPARE(world.prompts.last(),
+                     (Prompt::Message {"Required Field Empty", step.at(1) + QStringLiteral(" is required."), Prompt::Icon::Exclamation,
+                                       Prompt::Ok}));
             QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 0);
             typeInto(w, step.at(0), step.at(2));
         }
@@ -76,11 +83,12 @@ private slots:
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT DriversLicenseNumber FROM Client")).toString(), QStringLiteral("D123"));
         // Required labels are bold, the others are not.
         for (QLabel *label : w->findChildren<QLabel *>(QStringLiteral("lblLabels")))
-            QCOMPARE(label->font().bold(), label->text() == QLatin1String("Last Name") || label->text() == QLatin1String("First Name")
-                                               || label->text() == QLatin1String("Social Security No")
-                                               || (label->text() == QLatin1String("Address") && label->property("Index").toInt() < 20)
-                                               || (label->text() == QLatin1String("City") && label->property("Index").toInt() < 20)
-                                               || (label->text() == QLatin1String("State") && label->property("Index").toInt() < 20));
+            QCOMPARE(label->font().bold(),
+                     label->text() == QLatin1String("Last Name") || label->text() == QLatin1String("First Name")
+                         || label->text() == QLatin1String("Social Security No")
+                         || (label->text() == QLatin1String("Address") && label->property("Index").toInt() < 20)
+                         || (label->text() == QLatin1String("City") && label->property("Index").toInt() < 20)
+                         || (label->text() == QLatin1String("State") && label->property("Index").toInt() < 20));
     }
 
     void invalidValuesAreRefusedAndNothingIsWritten()
@@ -128,23 +136,27 @@ private slots:
     {
         ClientWorld world;
         stone();
-        basDatabase::Execute(QStringLiteral("CREATE TRIGGER NoWrites BEFORE UPDATE ON Client BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
+        basDatabase::Execute(
+            QStringLiteral("CREATE TRIGGER NoWrites BEFORE UPDATE ON Client BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
         auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
         typeInto(w, QStringLiteral("LastName"), QStringLiteral("Stoner"));
         typeInto(w, QStringLiteral("City"), QStringLiteral("Pekin"));
         QVERIFY(!w->SaveCurrentRecord());
         QCOMPARE(world.prompts.last().title, QStringLiteral("Application Error"));
         QVERIFY(w->DataChanged());
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT LastName || '/' || City FROM Client")).toString(), QStringLiteral("Stone/Peoria"));
+        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT LastName || '/' || City FROM Client")).toString(),
+                 QStringLiteral("Stone/Peoria"));
         QCOMPARE(w->recordset()->editMode(), Recordset::EditMode::None);
 
         // Nothing half-taken is left behind: once the database accepts, both changes land.
         basDatabase::Execute(QStringLiteral("DROP TRIGGER NoWrites"));
         QVERIFY(w->SaveCurrentRecord());
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT LastName || '/' || City FROM Client")).toString(), QStringLiteral("Stoner/Pekin"));
+        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT LastName || '/' || City FROM Client")).toString(),
+                 QStringLiteral("Stoner/Pekin"));
 
         // A new client that the database refuses is not written either.
-        basDatabase::Execute(QStringLiteral("CREATE TRIGGER NoInserts BEFORE INSERT ON Client BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
+        basDatabase::Execute(
+            QStringLiteral("CREATE TRIGGER NoInserts BEFORE INSERT ON Client BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
         w->findChild<QPushButton *>(QStringLiteral("cmdAdd"))->click();
         typeRequired(w, QStringLiteral("Young"), QStringLiteral("111000111"), QStringLiteral("9 Pine"), QStringLiteral("Peoria"));
         QVERIFY(!w->SaveCurrentRecord());
@@ -160,21 +172,23 @@ private slots:
     void duplicatesAreOfferedThroughThePicker()
     {
         ClientWorld world;
-        const qint64 obrien = ClientWorld::addClient("O'Brien", "Kate", "M",
-            {{"SocialSecurityNumber", "111223333"}, {"Address", "12 Main St"}, {"City", "Springfield"}});
+        const qint64 obrien = ClientWorld::addClient(
+            "O'Brien", "Kate", "M", {{"SocialSecurityNumber", "111223333"}, {"Address", "12 Main St"}, {"City", "Springfield"}});
         auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
         w->setClientID(QStringLiteral("ADD"));
 
         // The same address in other letter case: offered; Cancel saves anyway.
         world.prompts.answerPick(std::nullopt);
-        typeRequired(w, QStringLiteral("O'Brien"), QStringLiteral("444556666"), QStringLiteral("12 MAIN ST"), QStringLiteral("springfield"));
+        typeRequired(w, QStringLiteral("O'Brien"), QStringLiteral("444556666"), QStringLiteral("12 MAIN ST"),
+                     QStringLiteral("springfield"));
         QVERIFY(w->SaveCurrentRecord());
         QCOMPARE(world.prompts.pickRequests().size(), 1);
         const Prompt::PickRequest address = world.prompts.pickRequests().first();
         QCOMPARE(address.caption, QStringLiteral("Client Already On File?"));
-        QCOMPARE(address.label, QStringLiteral("The entered address is already on file for another client. Select an entry from the "
-                                               "following the list and click 'OK' to go to that client record. Click 'Cancel' to "
-                                               "continue saving the current record."));
+        QCOMPARE(address.label,
+                 QStringLiteral("The entered address is already on file for another client. Select an entry from the "
+                                "following the list and click 'OK' to go to that client record. Click 'Cancel' to "
+                                "continue saving the current record."));
         QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 2);
 
         // The same social security number: OK jumps to that client and drops the new one.
@@ -207,9 +221,12 @@ private slots:
 
         world.prompts.answer(Prompt::Yes);
         world.toolbar("Delete");
-        QCOMPARE(world.prompts.messages().first(), (Prompt::Message{"Delete Client?",
-            "This will delete client 'Doe, Jane Q' and all supporting data from the database. \r\nAre you sure you want to do this?",
-            Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No}));
+        QCOMPARE(
+            world.prompts.messages().first(),
+            (Prompt::Message {
+                "Delete Client?",
+                "This will delete client 'Doe, Jane Q' and all supporting data from the database. \r\nAre you sure you want to do this?",
+                Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No}));
         QCOMPARE(world.prompts.last().title, QStringLiteral("Delete Client"));
         QCOMPARE(world.prompts.last().text, QStringLiteral("Client 'Doe, Jane Q' deleted."));
         for (const char *table : {"Client", "Family", "FoodService", "Payments", "Income", "Expenses"})
@@ -235,7 +252,7 @@ private slots:
         QVERIFY(!w->findChild<QPushButton *>(QStringLiteral("cmdNext"))->isEnabled());
         QTest::keyClick(fieldOf(w, QStringLiteral("Comments")), Qt::Key_PageDown);   // stays on the last
         QCOMPARE(w->ClientID(), QString::number(c));
-        QTest::keyClick(last, Qt::Key_PageUp, Qt::ShiftModifier);                 // Shift counts as the plain key
+        QTest::keyClick(last, Qt::Key_PageUp, Qt::ShiftModifier);   // Shift counts as the plain key
         QCOMPARE(w->ClientID(), QString::number(b));
         QTest::keyClick(last, Qt::Key_PageUp, Qt::ControlModifier);
         QCOMPARE(w->ClientID(), QString::number(a));
@@ -245,7 +262,8 @@ private slots:
         // A change is saved before moving on; a blank new record is dropped.
         typeInto(w, QStringLiteral("FirstName"), QStringLiteral("Cyrus"));
         w->findChild<QPushButton *>(QStringLiteral("cmdFirst"))->click();
-        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT FirstName FROM Client WHERE ClientID = ?"), {c}).toString(), QStringLiteral("Cyrus"));
+        QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT FirstName FROM Client WHERE ClientID = ?"), {c}).toString(),
+                 QStringLiteral("Cyrus"));
         w->findChild<QPushButton *>(QStringLiteral("cmdAdd"))->click();
         w->findChild<QPushButton *>(QStringLiteral("cmdAdd"))->click();
         QVERIFY(w->ClientID().isEmpty());
@@ -307,18 +325,21 @@ private slots:
         auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
         auto *tabs = w->findChild<QTabWidget *>(QStringLiteral("tabData"));
         QCOMPARE(tabs->count(), 9);
-        const QStringList expected = {"Notes ", "Employer", "Family Members ", "Food Service", "Payment History",
-                                      "Income/Expenses ", "Health/Medical ", "FEMA", "Former Address"};
+        const QStringList expected
+            = {"Notes ",          "Employer", "Family Members ", "Food Service", "Payment History", "Income/Expenses ",
+               "Health/Medical ", "FEMA",     "Former Address"};
         for (int i = 0; i < 9; ++i) {
             QCOMPARE(tabs->tabText(i), expected.at(i));
             QCOMPARE(tabs->tabIcon(i).isNull(), !expected.at(i).endsWith(QLatin1Char(' ')));
             QCOMPARE(tabs->isTabVisible(i), i != frmClientDetails::NotesTab && i != frmClientDetails::FEMATab);
         }
         // A supporting row saved elsewhere shows at once.
-        TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), id}, {QStringLiteral("FoodServiceDate"), QStringLiteral("2026-02-11")}});
+        TestDatabase::insert(QStringLiteral("FoodService"),
+                             {{QStringLiteral("ClientID"), id}, {QStringLiteral("FoodServiceDate"), QStringLiteral("2026-02-11")}});
         world.main.recordEvents()->announce(QString::number(id), nullptr);
         QCOMPARE(tabs->tabText(frmClientDetails::FoodServiceTab), QStringLiteral("Food Service "));
-        QCOMPARE(w->findChild<QLabel *>(QStringLiteral("lblHousehold"))->text(), QStringLiteral("Household: 2   Last food service: 02/11/2026"));
+        QCOMPARE(w->findChild<QLabel *>(QStringLiteral("lblHousehold"))->text(),
+                 QStringLiteral("Household: 2   Last food service: 02/11/2026"));
     }
 
     void supportingRowsNeedASavedClient()
@@ -328,7 +349,8 @@ private slots:
         auto *tabs = w->findChild<QTabWidget *>(QStringLiteral("tabData"));
         tabs->widget(frmClientDetails::FoodServiceTab)->findChild<QPushButton *>(QStringLiteral("cmdGridDataAdd"))->click();
         QCOMPARE(world.prompts.last().title, QStringLiteral("Required Client Data Not Entered"));
-        QCOMPARE(world.prompts.last().text, QStringLiteral("Please enter the required client information before entering any supporting details."));
+        QCOMPARE(world.prompts.last().text,
+                 QStringLiteral("Please enter the required client information before entering any supporting details."));
     }
 
     void zipCodeFillsCityAndState()

@@ -22,7 +22,7 @@ protected:
     {
         if (event->type() == QEvent::Show && watched->objectName() == QLatin1String("frmMessage"))
             shown << static_cast<QWidget *>(watched)->windowTitle() + QLatin1Char('|')
-                         + watched->findChild<QLabel *>(QStringLiteral("lblMessage"))->text();
+                    + watched->findChild<QLabel *>(QStringLiteral("lblMessage"))->text();
         return false;
     }
 };
@@ -43,12 +43,13 @@ private slots:
     {
         ClientWorld world;
         ClientWorld::addClient(QStringLiteral("Zeller"), QStringLiteral("Zoe"));
-        const qint64 id = ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"), QStringLiteral("B"),
-                                                 {{QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
-                                                  {QStringLiteral("HomePhone"), QStringLiteral("2175551234")},
-                                                  {QStringLiteral("BirthDate"), QStringLiteral("1980-03-15")},
-                                                  {QStringLiteral("Address"), QStringLiteral("1 Main\nApt 2")},
-                                                  {QStringLiteral("EthnicOriginID"), TestDatabase::lookupId(QStringLiteral("EthnicOrigin"), QStringLiteral("Asian"))}});
+        const qint64 id = ClientWorld::addClient(
+            QStringLiteral("Abbot"), QStringLiteral("Amy"), QStringLiteral("B"),
+            {{QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
+             {QStringLiteral("HomePhone"), QStringLiteral("2175551234")},
+             {QStringLiteral("BirthDate"), QStringLiteral("1980-03-15")},
+             {QStringLiteral("Address"), QStringLiteral("1 Main\nApt 2")},
+             {QStringLiteral("EthnicOriginID"), TestDatabase::lookupId(QStringLiteral("EthnicOrigin"), QStringLiteral("Asian"))}});
         auto *w = world.open<frmClientGrid>("mnuDataClientTable");
         QVERIFY(w);
         QCOMPARE(w->windowTitle(), QStringLiteral("Client Table"));
@@ -71,15 +72,17 @@ private slots:
     void filterCaptionAndEmptyResult()
     {
         ClientWorld world;
-        ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"), QStringLiteral("B"), {{QStringLiteral("City"), QStringLiteral("Peoria")}});
-        ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bo"), QStringLiteral("C"), {{QStringLiteral("City"), QStringLiteral("Pekin")}});
+        ClientWorld::addClient(QStringLiteral("Abbot"), QStringLiteral("Amy"), QStringLiteral("B"),
+                               {{QStringLiteral("City"), QStringLiteral("Peoria")}});
+        ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bo"), QStringLiteral("C"),
+                               {{QStringLiteral("City"), QStringLiteral("Pekin")}});
         auto *w = world.open<frmClientGrid>("mnuDataClientTable");
         w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Pekin'"));
         QCOMPARE(w->windowTitle(), QStringLiteral("Client Table (Filter Applied)"));
         NoticeWatch notices;
         w->ExecuteSQL();
         const QString notice = QStringLiteral("Please Wait...|Please wait while the recordset is refreshed...");
-        QCOMPARE(notices.shown, QStringList{notice});
+        QCOMPARE(notices.shown, QStringList {notice});
         QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
         QCOMPARE(basTendmark::GridText(grid(w), 0, 2), QStringLiteral("Baker"));
         QVERIFY(world.prompts.messages().isEmpty());
@@ -96,11 +99,13 @@ private slots:
         // Refresh reads the list again under the same filter, with the same notice.
         w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City LIKE 'Pe%'"));
         w->ExecuteSQL();
-        ClientWorld::addClient(QStringLiteral("Carter"), QStringLiteral("Cy"), QStringLiteral("D"), {{QStringLiteral("City"), QStringLiteral("Pella")}});
-        ClientWorld::addClient(QStringLiteral("Dunn"), QStringLiteral("Di"), QStringLiteral("E"), {{QStringLiteral("City"), QStringLiteral("Ames")}});
+        ClientWorld::addClient(QStringLiteral("Carter"), QStringLiteral("Cy"), QStringLiteral("D"),
+                               {{QStringLiteral("City"), QStringLiteral("Pella")}});
+        ClientWorld::addClient(QStringLiteral("Dunn"), QStringLiteral("Di"), QStringLiteral("E"),
+                               {{QStringLiteral("City"), QStringLiteral("Ames")}});
         notices.shown.clear();
         button(w, "cmdRefresh")->click();
-        QCOMPARE(notices.shown, QStringList{notice});
+        QCOMPARE(notices.shown, QStringList {notice});
         QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 3);
         QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
 
@@ -151,8 +156,9 @@ private slots:
         world.prompts.answer(Prompt::Yes);
         button(w, "cmdClientDelete")->click();
         QCOMPARE(world.prompts.last().title, QStringLiteral("Delete Client?"));
-        QCOMPARE(world.prompts.last().text, QStringLiteral("This will delete client 'Baker, Bob B' and all supporting data from the database. "
-                                                           "\r\nAre you sure you want to do this?"));
+        QCOMPARE(world.prompts.last().text,
+                 QStringLiteral("This will delete client 'Baker, Bob B' and all supporting data from the database. "
+                                "\r\nAre you sure you want to do this?"));
         QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 1);
         QCOMPARE(TestDatabase::count(QStringLiteral("Payments")), 0);
         QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);

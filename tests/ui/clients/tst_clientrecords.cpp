@@ -55,8 +55,7 @@ class tst_ClientRecords : public QObject
         QCoreApplication::processEvents();
         QCOMPARE(world.main.activeChild(), w);
     }
-    template<typename T>
-    static T *activeEditor(ClientWorld &world, qint64 clientId)
+    template<typename T> static T *activeEditor(ClientWorld &world, qint64 clientId)
     {
         auto *editor = qobject_cast<T *>(world.main.activeChild());
         if (editor && editor->ClientID() != QString::number(clientId))
@@ -294,7 +293,8 @@ private slots:
 
         auto *summary = world.open<frmClientSummary>("mnuDataClientSummary");
         QTest::keyClick(summary, Qt::Key_PageDown, Qt::ControlModifier);
-        QCOMPARE(summary->ClientID(), TestDatabase::scalar(QStringLiteral("SELECT ClientID FROM Client WHERE LastName = 'Dunn'")).toString());
+        QCOMPARE(summary->ClientID(),
+                 TestDatabase::scalar(QStringLiteral("SELECT ClientID FROM Client WHERE LastName = 'Dunn'")).toString());
         world.prompts.answer(Prompt::Yes);
         world.toolbar("Delete");
         QCOMPARE(summary->ClientID(), QString::number(a));

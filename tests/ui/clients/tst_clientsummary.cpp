@@ -44,8 +44,10 @@ private slots:
         const QString longLast = QStringLiteral("Montgomery-Fitzwilliam-Abernathy");
         const qint64 other = ClientWorld::addClient(longLast, QStringLiteral("Alexandra"), QStringLiteral("C"),
                                                     {{QStringLiteral("SocialSecurityNumber"), QStringLiteral("987654321")}});
-        TestDatabase::insert(QStringLiteral("Payments"), {{QStringLiteral("ClientID"), id}, {QStringLiteral("AmountPaid"), 123450},
-                                                          {QStringLiteral("PaymentDate"), QStringLiteral("2025-12-01")}});
+        TestDatabase::insert(QStringLiteral("Payments"),
+                             {{QStringLiteral("ClientID"), id},
+                              {QStringLiteral("AmountPaid"), 123450},
+                              {QStringLiteral("PaymentDate"), QStringLiteral("2025-12-01")}});
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         const QStringList lines = block(w).split(QLatin1Char('\n'));
         QCOMPARE(lines.size(), 4);
@@ -76,7 +78,8 @@ private slots:
         ClientWorld world;
         const qint64 a = ClientWorld::addClient(QStringLiteral("Adams"), QStringLiteral("Ann"));
         const qint64 b = ClientWorld::addClient(QStringLiteral("Baker"), QStringLiteral("Bo"), QStringLiteral("C"));
-        TestDatabase::insert(QStringLiteral("Family"), {{QStringLiteral("ClientID"), b}, {QStringLiteral("FirstName"), QStringLiteral("Kid")}});
+        TestDatabase::insert(QStringLiteral("Family"),
+                             {{QStringLiteral("ClientID"), b}, {QStringLiteral("FirstName"), QStringLiteral("Kid")}});
         TestDatabase::insert(QStringLiteral("Income"), {{QStringLiteral("ClientID"), b}, {QStringLiteral("Amount"), 100}});
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         QTest::keyClick(w, Qt::Key_PageDown, Qt::ControlModifier);
@@ -95,9 +98,11 @@ private slots:
     {
         ClientWorld world;
         const qint64 a = ClientWorld::addClient(QStringLiteral("Adams"), QStringLiteral("Ann"));
-        TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), a}, {QStringLiteral("NumberOfBags"), 3},
-                                                             {QStringLiteral("FoodServiceDate"), QStringLiteral("2026-01-05")},
-                                                             {QStringLiteral("FoodServiceTypeID"), 1}});
+        TestDatabase::insert(QStringLiteral("FoodService"),
+                             {{QStringLiteral("ClientID"), a},
+                              {QStringLiteral("NumberOfBags"), 3},
+                              {QStringLiteral("FoodServiceDate"), QStringLiteral("2026-01-05")},
+                              {QStringLiteral("FoodServiceTypeID"), 1}});
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         QTableView *food = w->findChildren<QTableView *>(QStringLiteral("grdData")).at(1);
         QTest::mouseClick(food->viewport(), Qt::LeftButton, {}, food->visualRect(food->model()->index(0, 1)).center());

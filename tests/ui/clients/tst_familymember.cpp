@@ -47,7 +47,7 @@ private slots:
         for (QLabel *label : w->findChildren<QLabel *>(QStringLiteral("lblLabels")))
             if (label->font().bold())
                 bold << label->text();
-        QCOMPARE(bold, (QStringList{QStringLiteral("Relationship"), QStringLiteral("Last Name"), QStringLiteral("First Name")}));
+        QCOMPARE(bold, (QStringList {QStringLiteral("Relationship"), QStringLiteral("Last Name"), QStringLiteral("First Name")}));
         auto *relationships = qobject_cast<QComboBox *>(fieldOf(w, QStringLiteral("RelationshipID")));
         QVERIFY(relationships->findText(QStringLiteral("Daughter")) >= 0);
 
@@ -97,9 +97,10 @@ private slots:
         QCOMPARE(world.prompts.last().text, QStringLiteral("Birth Date is not a valid date."));
         typeInto(w, QStringLiteral("BirthDate"), QStringLiteral("12312001"));
         QVERIFY(w->SaveCurrentRecord());
-        QCOMPARE(TestDatabase::count(QStringLiteral("Family"), QStringLiteral("ClientID = ? AND RelationshipID = ? AND LastName = 'Adams' "
-                                                                              "AND FirstName = 'Beth' AND MobilePhone = '3095551234' "
-                                                                              "AND BirthDate = '2001-12-31' AND Comments = 'new member'"),
+        QCOMPARE(TestDatabase::count(QStringLiteral("Family"),
+                                     QStringLiteral("ClientID = ? AND RelationshipID = ? AND LastName = 'Adams' "
+                                                    "AND FirstName = 'Beth' AND MobilePhone = '3095551234' "
+                                                    "AND BirthDate = '2001-12-31' AND Comments = 'new member'"),
                                      {id, relationship("Daughter")}),
                  1);
     }
@@ -107,9 +108,10 @@ private slots:
     void employerZipFillsCityAndState()
     {
         ClientWorld world;
-        TestDatabase::insert(QStringLiteral("ZipCode"), {{QStringLiteral("ZipCode"), QStringLiteral("61602")},
-                                                         {QStringLiteral("City"), QStringLiteral("Peoria")},
-                                                         {QStringLiteral("State"), QStringLiteral("IL")}});
+        TestDatabase::insert(QStringLiteral("ZipCode"),
+                             {{QStringLiteral("ZipCode"), QStringLiteral("61602")},
+                              {QStringLiteral("City"), QStringLiteral("Peoria")},
+                              {QStringLiteral("State"), QStringLiteral("IL")}});
         auto *w = openFor(world, ClientWorld::addClient(QStringLiteral("Adams"), QStringLiteral("Ann")));
         typeInto(w, QStringLiteral("EmployerCity"), QStringLiteral("Keep"));
         typeInto(w, QStringLiteral("EmployerZip"), QStringLiteral("99999"));
@@ -123,10 +125,11 @@ private slots:
     {
         ClientWorld world;
         const qint64 id = ClientWorld::addClient(QStringLiteral("Adams"), QStringLiteral("Ann"));
-        const qint64 member = TestDatabase::insert(QStringLiteral("Family"), {{QStringLiteral("ClientID"), id},
-                                                                              {QStringLiteral("RelationshipID"), relationship("Son")},
-                                                                              {QStringLiteral("LastName"), QStringLiteral("Adams")},
-                                                                              {QStringLiteral("FirstName"), QStringLiteral("Tim")}});
+        const qint64 member = TestDatabase::insert(QStringLiteral("Family"),
+                                                   {{QStringLiteral("ClientID"), id},
+                                                    {QStringLiteral("RelationshipID"), relationship("Son")},
+                                                    {QStringLiteral("LastName"), QStringLiteral("Adams")},
+                                                    {QStringLiteral("FirstName"), QStringLiteral("Tim")}});
         auto *w = openFor(world, id, QString::number(member));
         QCOMPARE(w->FamilyMemberID(), QString::number(member));
         world.prompts.answer(Prompt::No);

@@ -41,7 +41,7 @@ private Q_SLOTS:
         QCOMPARE(one->columnWidth(1), 5200 / 15);
         QCOMPARE(one->model()->headerData(0, Qt::Horizontal).toString(), QString());
         QCOMPARE(one->model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Ethnic Origin"));
-        QCOMPARE(one->model()->rowCount(), 1); // formatting empties the grid to one blank row
+        QCOMPARE(one->model()->rowCount(), 1);   // formatting empties the grid to one blank row
 
         std::unique_ptr<QTableView> zip(grid(">ID,800|Zip Code,1100|<City,|^State,1100"));
         const int defaultWidth = zip->horizontalHeader()->defaultSectionSize();
@@ -69,7 +69,7 @@ private Q_SLOTS:
         QCOMPARE(g->model()->rowCount(), 2);
         QCOMPARE(GridRowKey(g.get(), 0), b);
         QCOMPARE(GridText(g.get(), 1, 1), QStringLiteral("O'Brien"));
-        QCOMPARE(GridText(g.get(), 1, 2), QString()); // null shows empty
+        QCOMPARE(GridText(g.get(), 1, 2), QString());   // null shows empty
         QCOMPARE(Model(g.get())->findKey(a), 1);
 
         basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {b});
@@ -77,7 +77,7 @@ private Q_SLOTS:
         QCOMPARE(g->model()->rowCount(), 1);
         QCOMPARE(GridRowKey(g.get(), 0), a);
         basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {a});
-        RemoveGridRow(g.get(), 0); // the last row is blanked, never lost
+        RemoveGridRow(g.get(), 0);   // the last row is blanked, never lost
         QCOMPARE(g->model()->rowCount(), 1);
         QCOMPARE(GridRowKey(g.get(), 0), 0);
         QCOMPARE(GridText(g.get(), 0, 1), QString());
@@ -110,14 +110,17 @@ private Q_SLOTS:
         TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 120000}});
         TestDatabase::insert("Income", {{"ClientID", c}, {"Amount", 9500}});
         std::unique_ptr<QTableView> g(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
-        PopulateDataGrid(g.get(), {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
-                                      + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID", {}, {}});
+        PopulateDataGrid(g.get(),
+                         {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
+                              + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID",
+                          {},
+                          {}});
         GridModel *model = Model(g.get());
         model->sortByColumn(2, Qt::AscendingOrder);
-        QCOMPARE(QStringList({GridText(g.get(), 0, 1), GridText(g.get(), 1, 1), GridText(g.get(), 2, 1)}), (QStringList{"B", "A", "C"}));
+        QCOMPARE(QStringList({GridText(g.get(), 0, 1), GridText(g.get(), 1, 1), GridText(g.get(), 2, 1)}), (QStringList {"B", "A", "C"}));
         model->sortByColumn(3, Qt::DescendingOrder);
         QCOMPARE(QStringList({GridText(g.get(), 0, 3), GridText(g.get(), 1, 3), GridText(g.get(), 2, 3)}),
-                 (QStringList{"$1,200.00", "$990.00", "$95.00"}));
+                 (QStringList {"$1,200.00", "$990.00", "$95.00"}));
         QCOMPARE(model->findKey(c), 2);
     }
 
@@ -132,7 +135,7 @@ private Q_SLOTS:
         const FieldInfo originId = basDatabase::Field("Client", "EthnicOriginID");
         QCOMPARE(GetComboItemIndex(&states, stateText, ""), -1);
         QCOMPARE(states.itemText(GetComboItemIndex(&states, stateText, "TX")), QStringLiteral("TX"));
-        QCOMPARE(GetComboItemIndex(&states, stateText, "tx"), -1); // text matches keep their case
+        QCOMPARE(GetComboItemIndex(&states, stateText, "tx"), -1);   // text matches keep their case
         QCOMPARE(GetComboItemIndex(&states, stateText, "ZZ"), -1);
 
         QComboBox origins;
@@ -149,8 +152,13 @@ private Q_SLOTS:
     void controlsShowAndReturnTheStoredValues()
     {
         TestDatabase db;
-        TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"HomePhone", "5551234567"}, {"BirthDate", "1980-12-31"},
-                                        {"SocialSecurityNumber", "123456789"}, {"FEMAContacted", 1}, {"State", "TX"}});
+        TestDatabase::insert("Client",
+                             {{"LastName", "O'Brien"},
+                              {"HomePhone", "5551234567"},
+                              {"BirthDate", "1980-12-31"},
+                              {"SocialSecurityNumber", "123456789"},
+                              {"FEMAContacted", 1},
+                              {"State", "TX"}});
         Recordset rs;
         rs.open("Client", "ClientID", "SELECT * FROM Client");
         QLineEdit last, phone, birth, ssn;
@@ -160,8 +168,9 @@ private Q_SLOTS:
         phone.setInputMask("(999) 999-9999");
         birth.setInputMask("99/99/9999");
         ssn.setInputMask("999-99-9999");
-        const QList<std::pair<QWidget *, const char *>> bound = {{&last, "LastName"}, {&phone, "HomePhone"}, {&birth, "BirthDate"},
-                                                                 {&ssn, "SocialSecurityNumber"}, {&fema, "FEMAContacted"}, {&state, "State"}};
+        const QList<std::pair<QWidget *, const char *>> bound
+            = {{&last, "LastName"},      {&phone, "HomePhone"}, {&birth, "BirthDate"}, {&ssn, "SocialSecurityNumber"},
+               {&fema, "FEMAContacted"}, {&state, "State"}};
         QList<QWidget *> controls;
         for (auto [w, column] : bound) {
             w->setProperty("DataField", column);
@@ -201,7 +210,7 @@ private Q_SLOTS:
         SetMDIChildDimensions(child, &area);
         QCOMPARE(sub->width(), int(area.viewport()->width() * 0.85));
         QCOMPARE(sub->height(), int(area.viewport()->height() * 0.75));
-        QCOMPARE(sub->pos(), QPoint(30, 40)); // no stored value: the design position stays
+        QCOMPARE(sub->pos(), QPoint(30, 40));   // no stored value: the design position stays
         sub->setGeometry(50, 60, 400, 300);
         SaveMDIChildDimensions(child);
         QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmTestChild"), QStringLiteral("50,60,400,300"));

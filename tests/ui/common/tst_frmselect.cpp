@@ -38,17 +38,24 @@ private slots:
 void TestFrmSelect::initTestCase()
 {
     m_db = std::make_unique<TestDatabase>();
-    m_first = TestDatabase::insert(QStringLiteral("Client"), {
-        {QStringLiteral("LastName"), QStringLiteral("Adams")}, {QStringLiteral("FirstName"), QStringLiteral("Ruth")},
-        {QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
-        {QStringLiteral("Address"), QStringLiteral("12 Elm St\r\nApt 4\nBack door")}, {QStringLiteral("City"), QStringLiteral("Dayton")},
-        {QStringLiteral("State"), QStringLiteral("OH")}, {QStringLiteral("ZipCode"), QStringLiteral("45402")},
-        {QStringLiteral("HomePhone"), QStringLiteral("9375551234")}});
-    m_second = TestDatabase::insert(QStringLiteral("Client"), {
-        {QStringLiteral("LastName"), QStringLiteral("Baker")}, {QStringLiteral("FirstName"), QStringLiteral("Tom")}});
+    m_first = TestDatabase::insert(QStringLiteral("Client"),
+                                   {{QStringLiteral("LastName"), QStringLiteral("Adams")},
+                                    {QStringLiteral("FirstName"), QStringLiteral("Ruth")},
+                                    {QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
+                                    {QStringLiteral("Address"), QStringLiteral("12 Elm St\r\nApt 4\nBack door")},
+                                    {QStringLiteral("City"), QStringLiteral("Dayton")},
+                                    {QStringLiteral("State"), QStringLiteral("OH")},
+                                    {QStringLiteral("ZipCode"), QStringLiteral("45402")},
+                                    {QStringLiteral("HomePhone"), QStringLiteral("9375551234")}});
+    m_second = TestDatabase::insert(
+        QStringLiteral("Client"),
+        {{QStringLiteral("LastName"), QStringLiteral("Baker")}, {QStringLiteral("FirstName"), QStringLiteral("Tom")}});
 }
 
-void TestFrmSelect::cleanupTestCase() { m_db.reset(); }
+void TestFrmSelect::cleanupTestCase()
+{
+    m_db.reset();
+}
 
 void TestFrmSelect::emptyResultKeepsOkDisabled()
 {
@@ -56,7 +63,7 @@ void TestFrmSelect::emptyResultKeepsOkDisabled()
     form.setRecordset({QStringLiteral("SELECT ClientID, LastName FROM Client WHERE LastName = ?"), {QStringLiteral("Nobody")}, {}});
     form.show();
     auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
-    QCOMPARE(grid->model()->rowCount(), 1); // the blank row
+    QCOMPARE(grid->model()->rowCount(), 1);   // the blank row
     auto *ok = form.findChild<QPushButton *>(QStringLiteral("cmdOK"));
     QVERIFY(!ok->isEnabled());
     grid->setCurrentIndex(grid->model()->index(0, 1));
@@ -84,12 +91,12 @@ void TestFrmSelect::valuesAreShownFormattedOnOneLine()
     QStringList headings;
     for (int c = 1; c < model->columnCount(); ++c)
         headings << model->headerData(c, Qt::Horizontal).toString();
-    QCOMPARE(headings, (QStringList{"Last Name", "First Name", "MI", "SSN", "Address", "City", "State", "Zip Code", "Home Phone"}));
+    QCOMPARE(headings, (QStringList {"Last Name", "First Name", "MI", "SSN", "Address", "City", "State", "Zip Code", "Home Phone"}));
     QCOMPARE(model->index(0, 1).data().toString(), QStringLiteral("Adams"));
     QCOMPARE(model->index(0, 4).data().toString(), QStringLiteral("123-45-6789"));
     QCOMPARE(model->index(0, 5).data().toString(), QStringLiteral("12 Elm St  Apt 4 Back door"));
     QCOMPARE(model->index(0, 9).data().toString(), QStringLiteral("(937) 555-1234"));
-    QCOMPARE(model->index(1, 4).data().toString(), QString()); // null shows empty
+    QCOMPARE(model->index(1, 4).data().toString(), QString());   // null shows empty
     QCOMPARE(grid->columnWidth(1), 1200 / 15);
 }
 
@@ -99,7 +106,7 @@ void TestFrmSelect::doubleClickChoosesTheRow()
     form.setRecordset({m_query, {}, {}});
     form.show();
     auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
-    QVERIFY(form.findChild<QPushButton *>(QStringLiteral("cmdOK"))->isEnabled()); // the first row starts current
+    QVERIFY(form.findChild<QPushButton *>(QStringLiteral("cmdOK"))->isEnabled());   // the first row starts current
     const QPoint second = grid->visualRect(grid->model()->index(1, 2)).center();
     QTest::mousePress(grid->viewport(), Qt::LeftButton, {}, second);
     QTest::mouseRelease(grid->viewport(), Qt::LeftButton, {}, second);

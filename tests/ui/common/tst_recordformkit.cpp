@@ -39,14 +39,21 @@ private Q_SLOTS:
         QTest::addColumn<int>("count");
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("buttons");
-        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42" << "  NL";
-        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42" << "FPNL";
-        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42" << "FP  ";
-        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42" << "    ";
-        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0" << "    ";
+        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42"
+                                        << "  NL";
+        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42"
+                                << "FPNL";
+        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42"
+                              << "FP  ";
+        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42"
+                                      << "    ";
+        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0"
+                              << "    ";
         // A new record keeps the text and buttons shown before it.
-        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7" << "  NL";
-        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0" << "    ";
+        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7"
+                                           << "  NL";
+        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0"
+                                         << "    ";
     }
 
     void stripShowsThePosition()
@@ -121,10 +128,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("value");
-        QTest::newRow("whole") << "1234" << "$1,234.00" << "1234.00";
-        QTest::newRow("one point only") << "12.5.7" << "$12.57" << "12.57";
-        QTest::newRow("letters and signs dropped") << "a1-b2,c" << "$12.00" << "12.00";
-        QTest::newRow("empty") << "" << "" << "";
+        QTest::newRow("whole") << "1234"
+                               << "$1,234.00"
+                               << "1234.00";
+        QTest::newRow("one point only") << "12.5.7"
+                                        << "$12.57"
+                                        << "12.57";
+        QTest::newRow("letters and signs dropped") << "a1-b2,c"
+                                                   << "$12.00"
+                                                   << "12.00";
+        QTest::newRow("empty") << ""
+                               << ""
+                               << "";
     }
 
     void amountBoxTakesMoneyOnly()
@@ -146,7 +161,7 @@ private Q_SLOTS:
         other->setFocus();
         QCOMPARE(box->text(), shown);
         QCOMPARE(changes.size(), edits);   // reformatting is no edit
-        box->setFocus();                   // back in the box, the dollar sign goes
+        box->setFocus();   // back in the box, the dollar sign goes
         QVERIFY(!box->text().contains(QLatin1Char('$')));
         QCOMPARE(box->value(), value);
     }
@@ -174,7 +189,7 @@ private Q_SLOTS:
         QTest::keyClicks(first, QStringLiteral("Doe"));
         QCOMPARE(edits.size(), 3);
         second->setFocus();
-        QCOMPARE(left, QStringList{QStringLiteral("LastName")});
+        QCOMPARE(left, QStringList {QStringLiteral("LastName")});
         QCOMPARE(fields.caption(first), QStringLiteral("Last Name"));
         QCOMPARE(fields.control(QStringLiteral("lastname")), first);
     }

@@ -56,13 +56,32 @@ private slots:
 void TestMainWindow::dataMenusNeedADatabase_data()
 {
     QTest::addColumn<QString>("name");
-    QStringList names = {"mnuFileSave", "mnuFileDelete", "mnuFilePrintLabels", "mnuDataClientSummary", "mnuDataClientDetails",
-                         "mnuDataClientTable", "mnuDataVolunteers", "mnuDataExportClients", "mnuDataExportVolunteers",
-                         "mnuDataFilter", "mnuDataSortSortAscending", "mnuDataSortSortDescending", "mnuReportsClientDetail",
-                         "mnuReportsClientList", "mnuReportsDemographics", "mnuReportsFoodServiceByClient",
-                         "mnuReportsGeographicSummary", "mnuReportsGroceryLog", "mnuReportsPaymentHistoryByClient",
-                         "mnuReportsVolunteerDetail", "mnuReportsVolunteerList", "mnuToolsOptions", "ViewBarClientSummary",
-                         "ViewBarClientDetails", "ViewBarClientTable", "ViewBarVolunteers"};
+    QStringList names = {"mnuFileSave",
+                         "mnuFileDelete",
+                         "mnuFilePrintLabels",
+                         "mnuDataClientSummary",
+                         "mnuDataClientDetails",
+                         "mnuDataClientTable",
+                         "mnuDataVolunteers",
+                         "mnuDataExportClients",
+                         "mnuDataExportVolunteers",
+                         "mnuDataFilter",
+                         "mnuDataSortSortAscending",
+                         "mnuDataSortSortDescending",
+                         "mnuReportsClientDetail",
+                         "mnuReportsClientList",
+                         "mnuReportsDemographics",
+                         "mnuReportsFoodServiceByClient",
+                         "mnuReportsGeographicSummary",
+                         "mnuReportsGroceryLog",
+                         "mnuReportsPaymentHistoryByClient",
+                         "mnuReportsVolunteerDetail",
+                         "mnuReportsVolunteerList",
+                         "mnuToolsOptions",
+                         "ViewBarClientSummary",
+                         "ViewBarClientDetails",
+                         "ViewBarClientTable",
+                         "ViewBarVolunteers"};
     for (const LookupTables::LookupTable &t : LookupTables::all())
         names << QString::fromLatin1(t.menuName);
     for (const QString &name : names)
@@ -79,8 +98,8 @@ void TestMainWindow::dataMenusNeedADatabase()
     QVERIFY(command);
     QVERIFY(command->isEnabled());
     command->trigger();
-    QCOMPARE(prompts.messages(), (QList<Prompt::Message>{{"No Database open", "There is no current database open.",
-                                                          Prompt::Icon::Exclamation, Prompt::Ok}}));
+    QCOMPARE(prompts.messages(),
+             (QList<Prompt::Message> {{"No Database open", "There is no current database open.", Prompt::Icon::Exclamation, Prompt::Ok}}));
     QVERIFY(main.mdiArea()->subWindowList().isEmpty());
     QVERIFY(!main.findChild<QDialog *>());
 }
@@ -121,7 +140,7 @@ void TestMainWindow::startPanelReopensARecentFile()
     QVERIFY(entries.size() >= 2);
     QCOMPARE(entries.at(0)->property("Path").toString(), db.path());
     QCOMPARE(entries.at(1)->property("Path").toString(), QFileInfo(gone).absoluteFilePath());
-    QVERIFY(!entries.at(1)->isEnabled()); // the file is not there any more
+    QVERIFY(!entries.at(1)->isEnabled());   // the file is not there any more
     ScriptedPrompts prompts;
     QTest::mouseClick(entries.at(0), Qt::LeftButton);
     QCOMPARE(main.databasePath(), db.path());
@@ -163,7 +182,7 @@ void TestMainWindow::viewBarFollowsTheViewMenu()
     QStringList captions;
     for (QAction *a : bar->actions())
         captions << a->text().replace(QLatin1Char('\n'), QLatin1Char(' '));
-    QCOMPARE(captions, (QStringList{"Client Summary", "Client Details", "Client Table", "Volunteers"}));
+    QCOMPARE(captions, (QStringList {"Client Summary", "Client Details", "Client Table", "Volunteers"}));
 }
 
 void TestMainWindow::helpShowsTheGuideAndItsIndex()
@@ -188,7 +207,7 @@ void TestMainWindow::helpShowsTheGuideAndItsIndex()
     for (int i = 0; i < list->count(); ++i)
         if (!list->item(i)->isHidden())
             shown << list->item(i)->text();
-    QCOMPARE(shown, QStringList{"An instance of TendMark is already open."});
+    QCOMPARE(shown, QStringList {"An instance of TendMark is already open."});
     QTest::keyClick(filter, Qt::Key_Return);
     QCOMPARE(help->browser()->source().toString(), QStringLiteral("qrc:/guide/troubleshooting.html#already-open"));
     QVERIFY(help->browser()->toPlainText().contains(QStringLiteral("only one copy can run at a time")));
@@ -201,14 +220,14 @@ void TestMainWindow::menuEntriesAreNamedForTheirMenus()
     QStringList names;
     // Every entry is named after the menus it sits in and carries an access key unique within its menu.
     std::function<void(QMenu *, const QString &)> walk = [&](QMenu *menu, const QString &prefix) {
-        Q_EMIT menu->aboutToShow(); // the Window menu lists its entries when it opens
+        Q_EMIT menu->aboutToShow();   // the Window menu lists its entries when it opens
         QSet<QChar> keys;
         for (QAction *a : menu->actions()) {
             if (a->isSeparator())
                 continue;
             const QString name = a->menu() ? a->menu()->menuAction()->objectName() : a->objectName();
             if (prefix == QLatin1String("mnuWindow") && name.isEmpty())
-                continue; // the list of open windows
+                continue;   // the list of open windows
             QVERIFY2(name.startsWith(prefix) && name.size() > prefix.size(), qPrintable(prefix + ": " + a->text()));
             names << name;
             const int amp = a->text().indexOf(QLatin1Char('&'));
@@ -229,7 +248,7 @@ void TestMainWindow::menuEntriesAreNamedForTheirMenus()
         menus << top->menu()->objectName();
         walk(top->menu(), top->menu()->objectName());
     }
-    QCOMPARE(menus, (QStringList{"mnuFile", "mnuData", "mnuView", "mnuReports", "mnuTools", "mnuWindow", "mnuHelp"}));
+    QCOMPARE(menus, (QStringList {"mnuFile", "mnuData", "mnuView", "mnuReports", "mnuTools", "mnuWindow", "mnuHelp"}));
     QVERIFY(names.size() > 50);
 }
 
@@ -239,27 +258,69 @@ void TestMainWindow::toolbarFollowsTheWindows_data()
     QTest::addColumn<QString>("window");
     QTest::addColumn<QString>("step");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("no window") << "" << "" << "000000";
-    QTest::newRow("details, saved client") << "mnuDataClientDetails" << "" << "011001";
-    QTest::newRow("details, new client") << "mnuDataClientDetails" << "add" << "001001";
-    QTest::newRow("details, typed") << "mnuDataClientDetails" << "type" << "111001";
-    QTest::newRow("details, no client on file") << "mnuDataClientDetails" << "empty" << "001001";
-    QTest::newRow("details, new client from the table") << "mnuDataClientTable" << "details add" << "001001";
-    QTest::newRow("details, new client from the summary") << "mnuDataClientSummary" << "details add" << "001001";
-    QTest::newRow("details, typed, then Add") << "mnuDataClientDetails" << "type add" << "001001";
-    QTest::newRow("details, new client typed") << "mnuDataClientDetails" << "add type" << "101001";
-    QTest::newRow("details, saved from the toolbar") << "mnuDataClientDetails" << "type Save" << "011001";
-    QTest::newRow("summary") << "mnuDataClientSummary" << "" << "011001";
-    QTest::newRow("grid, no client chosen") << "mnuDataClientTable" << "" << "001001";
-    QTest::newRow("grid, client chosen") << "mnuDataClientTable" << "choose" << "011001";
-    QTest::newRow("volunteers, new record") << "mnuDataVolunteers" << "" << "001001";
-    QTest::newRow("volunteers, one chosen") << "mnuDataVolunteers" << "choose" << "011001";
-    QTest::newRow("editor, new record") << "editor" << "add" << "000000";
-    QTest::newRow("editor, existing record") << "editor" << "" << "010000";
-    QTest::newRow("editor, typed") << "editor" << "type" << "110000";
-    QTest::newRow("editor, deleted from the toolbar") << "editor" << "Delete" << "000000";
-    QTest::newRow("lookup editor") << "mnuToolsTablesHousing" << "" << "000000";
-    QTest::newRow("lookup editor, new entry typed") << "mnuToolsTablesHousing" << "type" << "100000";
+    QTest::newRow("no window") << ""
+                               << ""
+                               << "000000";
+    QTest::newRow("details, saved client") << "mnuDataClientDetails"
+                                           << ""
+                                           << "011001";
+    QTest::newRow("details, new client") << "mnuDataClientDetails"
+                                         << "add"
+                                         << "001001";
+    QTest::newRow("details, typed") << "mnuDataClientDetails"
+                                    << "type"
+                                    << "111001";
+    QTest::newRow("details, no client on file") << "mnuDataClientDetails"
+                                                << "empty"
+                                                << "001001";
+    QTest::newRow("details, new client from the table") << "mnuDataClientTable"
+                                                        << "details add"
+                                                        << "001001";
+    QTest::newRow("details, new client from the summary") << "mnuDataClientSummary"
+                                                          << "details add"
+                                                          << "001001";
+    QTest::newRow("details, typed, then Add") << "mnuDataClientDetails"
+                                              << "type add"
+                                              << "001001";
+    QTest::newRow("details, new client typed") << "mnuDataClientDetails"
+                                               << "add type"
+                                               << "101001";
+    QTest::newRow("details, saved from the toolbar") << "mnuDataClientDetails"
+                                                     << "type Save"
+                                                     << "011001";
+    QTest::newRow("summary") << "mnuDataClientSummary"
+                             << ""
+                             << "011001";
+    QTest::newRow("grid, no client chosen") << "mnuDataClientTable"
+                                            << ""
+                                            << "001001";
+    QTest::newRow("grid, client chosen") << "mnuDataClientTable"
+                                         << "choose"
+                                         << "011001";
+    QTest::newRow("volunteers, new record") << "mnuDataVolunteers"
+                                            << ""
+                                            << "001001";
+    QTest::newRow("volunteers, one chosen") << "mnuDataVolunteers"
+                                            << "choose"
+                                            << "011001";
+    QTest::newRow("editor, new record") << "editor"
+                                        << "add"
+                                        << "000000";
+    QTest::newRow("editor, existing record") << "editor"
+                                             << ""
+                                             << "010000";
+    QTest::newRow("editor, typed") << "editor"
+                                   << "type"
+                                   << "110000";
+    QTest::newRow("editor, deleted from the toolbar") << "editor"
+                                                      << "Delete"
+                                                      << "000000";
+    QTest::newRow("lookup editor") << "mnuToolsTablesHousing"
+                                   << ""
+                                   << "000000";
+    QTest::newRow("lookup editor, new entry typed") << "mnuToolsTablesHousing"
+                                                    << "type"
+                                                    << "100000";
 }
 
 void TestMainWindow::toolbarFollowsTheWindows()
@@ -271,20 +332,23 @@ void TestMainWindow::toolbarFollowsTheWindows()
     frmMain main;
     main.show();
     QVERIFY(main.openDatabaseFile(db.path(), true));
-    const QString client = QString::number(TestDatabase::insert(
-        QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")}, {QStringLiteral("FirstName"), QStringLiteral("Ada")},
-                                   {QStringLiteral("SocialSecurityNumber"), QStringLiteral("900000001")},
-                                   {QStringLiteral("Address"), QStringLiteral("1 Test Lane")}, {QStringLiteral("City"), QStringLiteral("Testville")},
-                                   {QStringLiteral("State"), QStringLiteral("IL")}}));
-    const QString volunteer = QString::number(TestDatabase::insert(QStringLiteral("Volunteer"), {{QStringLiteral("LastName"), QStringLiteral("Nguyen")}}));
-    const qint64 service = TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), client},
-                                                                                {QStringLiteral("NumberOfBags"), 2}});
+    const QString client = QString::number(TestDatabase::insert(QStringLiteral("Client"),
+                                                                {{QStringLiteral("LastName"), QStringLiteral("Okafor")},
+                                                                 {QStringLiteral("FirstName"), QStringLiteral("Ada")},
+                                                                 {QStringLiteral("SocialSecurityNumber"), QStringLiteral("900000001")},
+                                                                 {QStringLiteral("Address"), QStringLiteral("1 Test Lane")},
+                                                                 {QStringLiteral("City"), QStringLiteral("Testville")},
+                                                                 {QStringLiteral("State"), QStringLiteral("IL")}}));
+    const QString volunteer
+        = QString::number(TestDatabase::insert(QStringLiteral("Volunteer"), {{QStringLiteral("LastName"), QStringLiteral("Nguyen")}}));
+    const qint64 service
+        = TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), client}, {QStringLiteral("NumberOfBags"), 2}});
     ScriptedPrompts prompts;
     const QStringList steps = step.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     if (steps.contains(QLatin1String("empty")))
         basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
     if (steps.contains(QLatin1String("details")))
-        action(main, "mnuDataClientDetails")->trigger(); // already open behind the window used
+        action(main, "mnuDataClientDetails")->trigger();   // already open behind the window used
     if (window == QLatin1String("editor"))
         main.openRecordEditor(RecordKind::FoodService, client, steps.contains(QLatin1String("add")) ? QString() : QString::number(service));
     else if (!window.isEmpty())
@@ -300,7 +364,7 @@ void TestMainWindow::toolbarFollowsTheWindows()
         } else if (s == QLatin1String("type")) {
             QWidget *box = nullptr;
             if (auto *grid = child->findChild<QTableView *>(); grid && window.startsWith(QLatin1String("mnuToolsTables"))) {
-                grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 2)); // the row for a new entry
+                grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 2));   // the row for a new entry
                 box = child->findChild<QLineEdit *>(QStringLiteral("txtEditBox"));
             } else {
                 for (QWidget *w : child->findChildren<QWidget *>())

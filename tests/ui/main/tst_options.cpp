@@ -33,8 +33,7 @@ private:
         return dialog;
     }
 
-    template<typename T>
-    static T *control(QWidget *form, const QString &dataField)
+    template<typename T> static T *control(QWidget *form, const QString &dataField)
     {
         for (T *w : form->findChildren<T *>())
             if (w->property("DataField").toString() == dataField)

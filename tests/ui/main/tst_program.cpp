@@ -70,7 +70,8 @@ private:
         for (const char *sub : {"home", "tmp", "run"})
             if (!QDir().mkpath(home.path(QString::fromLatin1(sub))))
                 return false;
-        return QFile::setPermissions(home.path(QStringLiteral("run")), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        return QFile::setPermissions(home.path(QStringLiteral("run")),
+                                     QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     }
 
 private slots:
@@ -99,7 +100,7 @@ private slots:
         QCOMPARE(second.exitCode(), 0);
         // message, title, icon (exclamation), buttons (OK), text
         QCOMPARE(logLines(home, QStringLiteral("second.log")),
-                 QStringList{QStringLiteral("message\tTendMark\t2\t1\tAn instance of TendMark is already open.")});
+                 QStringList {QStringLiteral("message\tTendMark\t2\t1\tAn instance of TendMark is already open.")});
 
         // The first copy carries on with its own database; the second one's file is not opened.
         QTest::qWait(500);

@@ -64,7 +64,7 @@ void dropVolunteerTable(const QString &path)
     QSqlDatabase::removeDatabase(QStringLiteral("alter"));
 }
 
-} // namespace
+}   // namespace
 
 class tst_safetywindows : public QObject
 {
@@ -91,7 +91,7 @@ private Q_SLOTS:
         client->setText(QString::number(id));
         audit->refill();
         const QTableWidget *grid = audit->grid();
-        QCOMPARE(grid->rowCount(), 2); // its insert and its delete, nobody else's
+        QCOMPARE(grid->rowCount(), 2);   // its insert and its delete, nobody else's
         QCOMPARE(grid->item(1, 4)->text(), QStringLiteral("delete"));
         QVERIFY(grid->item(1, 5)->text().contains(QStringLiteral("Keeper")));
         QCOMPARE(grid->editTriggers(), QAbstractItemView::NoEditTriggers);
@@ -103,7 +103,7 @@ private Q_SLOTS:
         auto *restore = d.main.findChild<frmRestoreBackup *>();
         QVERIFY(restore);
         QCOMPARE(restore->grid()->rowCount(), before + 1);
-        QCOMPARE(restore->grid()->currentRow(), 0); // the newest first
+        QCOMPARE(restore->grid()->currentRow(), 0);   // the newest first
         d.prompts.answer(Prompt::No);
         QVERIFY(!restore->restoreSelected());
         QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QVERIFY(restore->restoreSelected());
         QCOMPARE(d.main.databasePath(), d.db.path());
         QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 1);
-        QVERIFY(Backups::List(d.db.path()).size() > before + 1); // the file as it was is kept too
+        QVERIFY(Backups::List(d.db.path()).size() > before + 1);   // the file as it was is kept too
         QVERIFY(!d.main.findChildWindow<frmAuditLog>());
     }
 
@@ -119,7 +119,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("damaged");
         QTest::addColumn<int>("answer");
-        QTest::addColumn<int>("clientsAfter"); // -1: nothing opened
+        QTest::addColumn<int>("clientsAfter");   // -1: nothing opened
         QTest::newRow("damaged, open the latest backup") << true << int(Prompt::Yes) << 300;
         QTest::newRow("damaged, copy what can be read") << true << int(Prompt::No) << -2;
         QTest::newRow("incomplete, cancel") << false << int(Prompt::Cancel) << -1;
@@ -170,7 +170,7 @@ private Q_SLOTS:
             d.prompts.clear();
             d.prompts.answer(answer);
             QVERIFY(d.main.openDatabaseFile(path, true));
-            QCOMPARE(d.prompts.titles(), QStringList{"Private File"});
+            QCOMPARE(d.prompts.titles(), QStringList {"Private File"});
             QCOMPARE(bool(QFile::permissions(path) & QFile::ReadOther), answer == Prompt::No);
         }
 
@@ -180,7 +180,7 @@ private Q_SLOTS:
             QEvent activate(QEvent::WindowActivate);
             QApplication::sendEvent(&d.main, &activate);
         }
-        QCOMPARE(d.prompts.titles(), QStringList{"Database Moved"}); // once, not at every activation
+        QCOMPARE(d.prompts.titles(), QStringList {"Database Moved"});   // once, not at every activation
     }
 };
 

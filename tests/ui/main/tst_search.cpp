@@ -30,7 +30,7 @@ namespace {
 class SearchingWindow : public MdiChild
 {
 public:
-    SearchingWindow(Workspace *workspace, Kind kind) : MdiChild(workspace), m_kind(kind) {}
+    SearchingWindow(Workspace *workspace, Kind kind) : MdiChild(workspace), m_kind(kind) { }
     Kind kind() const override { return m_kind; }
     Commands commands() const override
     {
@@ -43,7 +43,7 @@ private:
     Kind m_kind;
 };
 
-} // namespace
+}   // namespace
 
 // The search bar, used as a person uses it: choose the field, type, press Search.
 class TestSearch : public QObject
@@ -84,22 +84,48 @@ void TestSearch::initTestCase()
     m_main = std::make_unique<frmMain>();
     m_main->show();
     QVERIFY(m_main->openDatabaseFile(m_db->path(), true));
-    m_obrien = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"FirstName", "Kathleen"}, {"MiddleInitial", "M"},
-        {"SocialSecurityNumber", "123456789"}, {"DriversLicenseNumber", "OH1234567"}, {"Address", "12 Elm St\r\nApt 4"},
-        {"BirthDate", "1961-04-23"}, {"HomePhone", "9375551234"}, {"MobilePhone", "9375559876"}, {"WorkPhone", "9375550000"},
-        {"EmployerName", "Kroger"}, {"EmployerAddress", "100 Main St"}});
-    m_smith = TestDatabase::insert("Client", {{"LastName", "Smith"}, {"FirstName", "John"}, {"SocialSecurityNumber", "987654321"},
-        {"Address", "400 Oak Ave"}, {"BirthDate", "1975-01-02"}, {"HomePhone", "9375552222"}});
+    m_obrien = TestDatabase::insert("Client",
+                                    {{"LastName", "O'Brien"},
+                                     {"FirstName", "Kathleen"},
+                                     {"MiddleInitial", "M"},
+                                     {"SocialSecurityNumber", "123456789"},
+                                     {"DriversLicenseNumber", "OH1234567"},
+                                     {"Address", "12 Elm St\r\nApt 4"},
+                                     {"BirthDate", "1961-04-23"},
+                                     {"HomePhone", "9375551234"},
+                                     {"MobilePhone", "9375559876"},
+                                     {"WorkPhone", "9375550000"},
+                                     {"EmployerName", "Kroger"},
+                                     {"EmployerAddress", "100 Main St"}});
+    m_smith = TestDatabase::insert("Client",
+                                   {{"LastName", "Smith"},
+                                    {"FirstName", "John"},
+                                    {"SocialSecurityNumber", "987654321"},
+                                    {"Address", "400 Oak Ave"},
+                                    {"BirthDate", "1975-01-02"},
+                                    {"HomePhone", "9375552222"}});
     m_smithers = TestDatabase::insert("Client", {{"LastName", "Smithers"}, {"FirstName", "Anna"}, {"Address", "7 Oak Ct"}});
     // Member ids differ from household ids, so handing over the wrong one shows.
     TestDatabase::insert("Family", {{"ClientID", m_smithers}, {"LastName", "Smithers"}, {"FirstName", "Zed"}});
-    TestDatabase::insert("Family", {{"ClientID", m_obrien}, {"LastName", "O'Brien"}, {"FirstName", "Sean"},
-        {"SocialSecurityNumber", "111223333"}, {"DriversLicenseNumber", "OH9990000"},
-        {"RelationshipID", TestDatabase::lookupId("Relationships", "Son")}});
-    TestDatabase::insert("Family", {{"ClientID", m_smith}, {"LastName", "Jones"}, {"FirstName", "Mary"},
-        {"RelationshipID", TestDatabase::lookupId("Relationships", "Spouse")}});
-    m_volunteer = TestDatabase::insert("Volunteer", {{"LastName", "Nguyen"}, {"FirstName", "Linh"}, {"EMailAddress", "linh@example.org"},
-        {"EmergencyContact", "Bao Nguyen"}, {"EmergencyContactPhone", "9375557777"}, {"Comments", "Saturdays\r\nonly"}});
+    TestDatabase::insert("Family",
+                         {{"ClientID", m_obrien},
+                          {"LastName", "O'Brien"},
+                          {"FirstName", "Sean"},
+                          {"SocialSecurityNumber", "111223333"},
+                          {"DriversLicenseNumber", "OH9990000"},
+                          {"RelationshipID", TestDatabase::lookupId("Relationships", "Son")}});
+    TestDatabase::insert("Family",
+                         {{"ClientID", m_smith},
+                          {"LastName", "Jones"},
+                          {"FirstName", "Mary"},
+                          {"RelationshipID", TestDatabase::lookupId("Relationships", "Spouse")}});
+    m_volunteer = TestDatabase::insert("Volunteer",
+                                       {{"LastName", "Nguyen"},
+                                        {"FirstName", "Linh"},
+                                        {"EMailAddress", "linh@example.org"},
+                                        {"EmergencyContact", "Bao Nguyen"},
+                                        {"EmergencyContactPhone", "9375557777"},
+                                        {"Comments", "Saturdays\r\nonly"}});
     TestDatabase::insert("Volunteer", {{"LastName", "Nguyen"}, {"FirstName", "Tam"}});
 }
 
@@ -148,22 +174,54 @@ void TestSearch::eachClientFieldFindsItsRecord_data()
     QTest::addColumn<QString>("on");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("who");
-    QTest::newRow("last name with a quote") << "Last Name" << "o'brien" << "obrien";
-    QTest::newRow("first name, part") << "First Name" << "athle" << "obrien";
-    QTest::newRow("ssn typed with dashes") << "Social Security Number" << "123-45" << "obrien";
-    QTest::newRow("licence, from the start") << "Driver's License Number" << "oh123" << "obrien";
-    QTest::newRow("address") << "Address" << "elm st" << "obrien";
-    QTest::newRow("birth date") << "Birth Date" << "4/23/1961" << "obrien";
-    QTest::newRow("home phone as formatted") << "Home Phone" << "(937) 555-1234" << "obrien";
-    QTest::newRow("mobile phone, part") << "Mobile Phone" << "555-9876" << "obrien";
-    QTest::newRow("work phone") << "Work Phone" << "5550000" << "obrien";
-    QTest::newRow("employer name") << "Employer Name" << "KROGER" << "obrien";
-    QTest::newRow("employer address") << "Employer Address" << "100 main" << "obrien";
-    QTest::newRow("family last name gives the household") << "Family Member Last Name" << "jones" << "smith";
-    QTest::newRow("family first name") << "Family Member First Name" << "sean" << "obrien";
-    QTest::newRow("family member's household") << "Family Member First Name" << "zed" << "smithers";
-    QTest::newRow("family ssn") << "Family Member Social Security Number" << "111-22" << "obrien";
-    QTest::newRow("family licence") << "Family Member Driver's License Number" << "OH999" << "obrien";
+    QTest::newRow("last name with a quote") << "Last Name"
+                                            << "o'brien"
+                                            << "obrien";
+    QTest::newRow("first name, part") << "First Name"
+                                      << "athle"
+                                      << "obrien";
+    QTest::newRow("ssn typed with dashes") << "Social Security Number"
+                                           << "123-45"
+                                           << "obrien";
+    QTest::newRow("licence, from the start") << "Driver's License Number"
+                                             << "oh123"
+                                             << "obrien";
+    QTest::newRow("address") << "Address"
+                             << "elm st"
+                             << "obrien";
+    QTest::newRow("birth date") << "Birth Date"
+                                << "4/23/1961"
+                                << "obrien";
+    QTest::newRow("home phone as formatted") << "Home Phone"
+                                             << "(937) 555-1234"
+                                             << "obrien";
+    QTest::newRow("mobile phone, part") << "Mobile Phone"
+                                        << "555-9876"
+                                        << "obrien";
+    QTest::newRow("work phone") << "Work Phone"
+                                << "5550000"
+                                << "obrien";
+    QTest::newRow("employer name") << "Employer Name"
+                                   << "KROGER"
+                                   << "obrien";
+    QTest::newRow("employer address") << "Employer Address"
+                                      << "100 main"
+                                      << "obrien";
+    QTest::newRow("family last name gives the household") << "Family Member Last Name"
+                                                          << "jones"
+                                                          << "smith";
+    QTest::newRow("family first name") << "Family Member First Name"
+                                       << "sean"
+                                       << "obrien";
+    QTest::newRow("family member's household") << "Family Member First Name"
+                                               << "zed"
+                                               << "smithers";
+    QTest::newRow("family ssn") << "Family Member Social Security Number"
+                                << "111-22"
+                                << "obrien";
+    QTest::newRow("family licence") << "Family Member Driver's License Number"
+                                    << "OH999"
+                                    << "obrien";
 }
 
 void TestSearch::eachClientFieldFindsItsRecord()
@@ -187,13 +245,21 @@ void TestSearch::noMatchSaysSo_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("title");
     const char *none = "No Record Found";
-    QTest::newRow("unknown name") << "Last Name" << "Zyx" << none;
-    QTest::newRow("wildcard typed is literal") << "Last Name" << "%" << none;
-    QTest::newRow("underscore typed is literal") << "First Name" << "J_hn" << none;
-    QTest::newRow("ssn matches from the start only") << "Social Security Number" << "456" << none;
-    QTest::newRow("licence matches from the start only") << "Driver's License Number" << "1234" << none;
-    QTest::newRow("other birth date") << "Birth Date" << "04/24/1961" << none;
-    QTest::newRow("impossible birth date") << "Birth Date" << "13/45/1961" << "Data Entry Error";
+    QTest::newRow("unknown name") << "Last Name"
+                                  << "Zyx" << none;
+    QTest::newRow("wildcard typed is literal") << "Last Name"
+                                               << "%" << none;
+    QTest::newRow("underscore typed is literal") << "First Name"
+                                                 << "J_hn" << none;
+    QTest::newRow("ssn matches from the start only") << "Social Security Number"
+                                                     << "456" << none;
+    QTest::newRow("licence matches from the start only") << "Driver's License Number"
+                                                         << "1234" << none;
+    QTest::newRow("other birth date") << "Birth Date"
+                                      << "04/24/1961" << none;
+    QTest::newRow("impossible birth date") << "Birth Date"
+                                           << "13/45/1961"
+                                           << "Data Entry Error";
 }
 
 void TestSearch::noMatchSaysSo()
@@ -209,8 +275,9 @@ void TestSearch::noMatchSaysSo()
     if (title == QLatin1String("Data Entry Error"))
         QCOMPARE(prompts.last().icon, Prompt::Icon::Exclamation);
     else
-        QCOMPARE(prompts.last(), (Prompt::Message{"No Record Found", "No record was found matching the specified criteria.",
-                                                  Prompt::Icon::None, Prompt::Ok}));
+        QCOMPARE(
+            prompts.last(),
+            (Prompt::Message {"No Record Found", "No record was found matching the specified criteria.", Prompt::Icon::None, Prompt::Ok}));
 }
 
 void TestSearch::severalMatchesOpenThePicker()
@@ -221,8 +288,9 @@ void TestSearch::severalMatchesOpenThePicker()
     QCOMPARE(prompts.pickRequests().size(), 1);
     const Prompt::PickRequest request = prompts.pickRequests().first();
     QCOMPARE(request.caption, QStringLiteral("Select Client"));
-    QCOMPARE(request.label, QStringLiteral("2 entries were found that match the specified criteria. \r\n"
-                                           "Select an entry from the list, then click 'OK'."));
+    QCOMPARE(request.label,
+             QStringLiteral("2 entries were found that match the specified criteria. \r\n"
+                            "Select an entry from the list, then click 'OK'."));
     // The picker lists the search's own rows, counted the same way.
     const SearchQueries::Query searched = SearchQueries::client(QStringLiteral("Last Name"), QStringLiteral("smith"));
     QCOMPARE(request.query.sql, searched.sql);
@@ -242,11 +310,16 @@ void TestSearch::volunteerSearch_data()
     QTest::addColumn<QString>("on");
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("rows");
-    QTest::newRow("both by last name") << "Last Name" << "nguyen" << 2;
-    QTest::newRow("e-mail") << "E-Mail Address" << "EXAMPLE.ORG" << 1;
-    QTest::newRow("emergency phone as formatted") << "Emergency Contact Phone" << "(937) 555-7777" << 1;
-    QTest::newRow("comments across lines") << "Comments" << "saturdays" << 1;
-    QTest::newRow("nobody") << "Affiliation" << "church" << 0;
+    QTest::newRow("both by last name") << "Last Name"
+                                       << "nguyen" << 2;
+    QTest::newRow("e-mail") << "E-Mail Address"
+                            << "EXAMPLE.ORG" << 1;
+    QTest::newRow("emergency phone as formatted") << "Emergency Contact Phone"
+                                                  << "(937) 555-7777" << 1;
+    QTest::newRow("comments across lines") << "Comments"
+                                           << "saturdays" << 1;
+    QTest::newRow("nobody") << "Affiliation"
+                            << "church" << 0;
 }
 
 void TestSearch::volunteerSearch()
@@ -300,14 +373,14 @@ QString shownClient(MdiChild *window)
     if (auto *list = qobject_cast<frmClientGrid *>(window)) {
         auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
         return QString::number(basTendmark::GridRowKey(grid, grid->currentIndex().row())) + QLatin1Char(' ')
-               + QString::number(grid->selectionModel()->isRowSelected(grid->currentIndex().row(), {}));
+            + QString::number(grid->selectionModel()->isRowSelected(grid->currentIndex().row(), {}));
     }
     if (qobject_cast<frmClientDetails *>(window))
         return fieldText(window, QStringLiteral("LastName")) + QLatin1Char(',') + fieldText(window, QStringLiteral("FirstName"));
     return window->findChild<QTextEdit *>(QStringLiteral("rtbClientInfo"))->toPlainText();
 }
 
-} // namespace
+}   // namespace
 
 void TestSearch::clientWindowShowsTheClientFound_data()
 {

@@ -27,11 +27,20 @@ public:
     }
 };
 
-QAction *menu(frmMain &w, const char *name) { return w.findChild<QAction *>(QString::fromLatin1(name)); }
-QString statusText(frmMain &w) { return w.findChild<QLabel *>("Status")->text(); }
-QString lastOpened() { return basRegistry::GetString(basRegistry::SettingsKey(), "LastOpened", "<none>"); }
+QAction *menu(frmMain &w, const char *name)
+{
+    return w.findChild<QAction *>(QString::fromLatin1(name));
+}
+QString statusText(frmMain &w)
+{
+    return w.findChild<QLabel *>("Status")->text();
+}
+QString lastOpened()
+{
+    return basRegistry::GetString(basRegistry::SettingsKey(), "LastOpened", "<none>");
+}
 
-} // namespace
+}   // namespace
 
 class TestStartup : public QObject
 {
@@ -98,7 +107,7 @@ private Q_SLOTS:
         ScriptedPrompts prompts;
         frmMain w;
         w.startUp();
-        prompts.answerFile(QString()); // cancelled
+        prompts.answerFile(QString());   // cancelled
         w.toolbarButton("Open")->trigger();
         QCOMPARE(prompts.fileRequests().last().title, QStringLiteral("Open Database"));
         QVERIFY(prompts.fileRequests().last().filter.contains("*.tmdb"));
@@ -110,7 +119,7 @@ private Q_SLOTS:
         QCOMPARE(lastOpened(), db.path());
         QVERIFY(w.recentFiles().contains(db.path()));
 
-        prompts.answerFile(QString()); // cancelling leaves the open database alone
+        prompts.answerFile(QString());   // cancelling leaves the open database alone
         menu(w, "mnuFileOpen")->trigger();
         QVERIFY(basDatabase::IsOpen());
         QCOMPARE(w.databasePath(), db.path());
@@ -135,8 +144,9 @@ private Q_SLOTS:
         QCOMPARE(prompts.messages().size(), 2);
         const Prompt::Message refusal = prompts.messages().at(0);
         QCOMPARE(refusal.title, QStringLiteral("Database Open Error"));
-        QCOMPARE(refusal.text, QStringLiteral("The selected database file may not be a valid TendMark database.\r\n"
-                                              "Please make sure that you are selecting the correct database file."));
+        QCOMPARE(refusal.text,
+                 QStringLiteral("The selected database file may not be a valid TendMark database.\r\n"
+                                "Please make sure that you are selecting the correct database file."));
         QCOMPARE(refusal.icon, Prompt::Icon::Exclamation);
         QCOMPARE(prompts.messages().at(1).title, QStringLiteral("Application Error"));
         QVERIFY(prompts.messages().at(1).text.contains("Module: \t\tfrmMain.mnuFileOpen_Click"));
@@ -176,8 +186,8 @@ private Q_SLOTS:
         QVERIFY(w->toolbarButton("Delete")->isEnabled());
         child->close();
         QTRY_COMPARE(w->openChildCount(), 0);
-        QTRY_VERIFY(w->mdiArea()->subWindowList().isEmpty()); // no empty frame stays behind
-        QVERIFY(!w->toolbarButton("Delete")->isEnabled()); // the last window closed resets the toolbar
+        QTRY_VERIFY(w->mdiArea()->subWindowList().isEmpty());   // no empty frame stays behind
+        QVERIFY(!w->toolbarButton("Delete")->isEnabled());   // the last window closed resets the toolbar
         QVERIFY(!w->toolbarButton("Filter")->isEnabled());
         w->show();
         QVERIFY(QTest::qWaitForWindowActive(w));
@@ -188,8 +198,8 @@ private Q_SLOTS:
         QCOMPARE(w->activeChild(), second);
         QTest::keyClick(second, Qt::Key_Escape);
         QTRY_COMPARE(w->openChildCount(), 1);
-        QCOMPARE(w->activeChild(), first); // Escape closes through the frame, so the next window takes over
-        delete w; // with a child still open
+        QCOMPARE(w->activeChild(), first);   // Escape closes through the frame, so the next window takes over
+        delete w;   // with a child still open
     }
 
     void closingTheWindowSavesTheSettings()
@@ -199,7 +209,7 @@ private Q_SLOTS:
             frmMain w;
             w.restoreWindowGeometry();
             const QRect screen = w.screen()->availableGeometry();
-            QVERIFY(w.width() >= screen.width() * 85 / 100); // first start: most of the screen
+            QVERIFY(w.width() >= screen.width() * 85 / 100);   // first start: most of the screen
             QVERIFY(screen.contains(w.geometry()));
             w.setGeometry(40, 50, 1000, 700);
             w.startUp(db.path());

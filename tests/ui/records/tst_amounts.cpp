@@ -17,11 +17,11 @@ private slots:
         choose(combo(w, "PaymentsTypeID"), QStringLiteral("Utilities"));
         QLineEdit *paid = lineEdit(w, "AmountPaid");
         typeInto(paid, QStringLiteral("1234.5"));
-        lineEdit(w, "AmountRequested")->setFocus();    // leaving formats the amount
+        lineEdit(w, "AmountRequested")->setFocus();   // leaving formats the amount
         QCOMPARE(paid->text(), QStringLiteral("$1,234.50"));
-        paid->setFocus();                               // entering shows it bare
+        paid->setFocus();   // entering shows it bare
         QCOMPARE(paid->text(), QStringLiteral("1,234.50"));
-        QVERIFY(w->SaveCurrentRecord());                // an empty Amount Requested is fine
+        QVERIFY(w->SaveCurrentRecord());   // an empty Amount Requested is fine
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT AmountPaid FROM Payments")).toLongLong(), 123450);
         QVERIFY(TestDatabase::scalar(QStringLiteral("SELECT AmountRequested FROM Payments")).isNull());
         QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT ClientID FROM Payments")).toLongLong(), desk.clientId);
@@ -86,11 +86,12 @@ private slots:
     void paymentDelete()
     {
         EditorDesk desk;
-        const qint64 id = TestDatabase::insert(QStringLiteral("Payments"),
-                                               {{QStringLiteral("ClientID"), desk.clientId},
-                                                {QStringLiteral("PaymentDate"), QStringLiteral("2024-02-03")},
-                                                {QStringLiteral("PaymentsTypeID"), TestDatabase::lookupId(QStringLiteral("PaymentTypes"), QStringLiteral("Rent"))},
-                                                {QStringLiteral("AmountPaid"), 5000}});
+        const qint64 id = TestDatabase::insert(
+            QStringLiteral("Payments"),
+            {{QStringLiteral("ClientID"), desk.clientId},
+             {QStringLiteral("PaymentDate"), QStringLiteral("2024-02-03")},
+             {QStringLiteral("PaymentsTypeID"), TestDatabase::lookupId(QStringLiteral("PaymentTypes"), QStringLiteral("Rent"))},
+             {QStringLiteral("AmountPaid"), 5000}});
         auto *w = desk.open<frmPaymentHistory>(RecordKind::Payment, QString::number(id));
         QCOMPARE(lineEdit(w, "AmountPaid")->text(), QStringLiteral("$50.00"));
         desk.prompts.answer(Prompt::Yes);

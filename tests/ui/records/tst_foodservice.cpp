@@ -20,14 +20,17 @@ protected:
     void refillForClient(const QString &clientId) override { refilledFor << clientId; }
 };
 
-QString iso(const QDate &d) { return d.toString(Qt::ISODate); }
+QString iso(const QDate &d)
+{
+    return d.toString(Qt::ISODate);
+}
 
 void closeWindow(QWidget *w)
 {
     qobject_cast<QMdiSubWindow *>(w->parentWidget())->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
-} // namespace
+}   // namespace
 
 class tst_FoodService : public QObject
 {
@@ -36,8 +39,11 @@ class tst_FoodService : public QObject
 private:
     qint64 addService(EditorDesk &desk, const QDate &date, int bags)
     {
-        return TestDatabase::insert("FoodService", {{"ClientID", desk.clientId}, {"FoodServiceDate", iso(date)},
-            {"FoodServiceTypeID", TestDatabase::lookupId("FoodServiceTypes", "Senior box")}, {"NumberOfBags", bags}});
+        return TestDatabase::insert("FoodService",
+                                    {{"ClientID", desk.clientId},
+                                     {"FoodServiceDate", iso(date)},
+                                     {"FoodServiceTypeID", TestDatabase::lookupId("FoodServiceTypes", "Senior box")},
+                                     {"NumberOfBags", bags}});
     }
 
 private slots:
@@ -66,15 +72,18 @@ private slots:
         menu(desk.main, "mnuFileSave")->trigger();
 
         QVERIFY(!w->DataChanged());
-        QCOMPARE(TestDatabase::count("FoodService", "ClientID = ? AND FoodServiceDate = ? AND NumberOfBags = 3 AND Comments IS NULL"
-                                     " AND FoodServiceTypeID = ?", {desk.clientId, iso(QDate::currentDate()),
-                                     TestDatabase::lookupId("FoodServiceTypes", "Holiday basket")}), 1);
+        QCOMPARE(
+            TestDatabase::count("FoodService",
+                                "ClientID = ? AND FoodServiceDate = ? AND NumberOfBags = 3 AND Comments IS NULL"
+                                " AND FoodServiceTypeID = ?",
+                                {desk.clientId, iso(QDate::currentDate()), TestDatabase::lookupId("FoodServiceTypes", "Holiday basket")}),
+            1);
         QCOMPARE(TestDatabase::count("FoodService"), 1);
         const QString id = TestDatabase::scalar("SELECT FoodServiceID FROM FoodService").toString();
         QCOMPARE(w->FoodServiceID(), id);
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: ") + id);
         QVERIFY(desk.main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
-        QCOMPARE(stub->refilledFor, QStringList{QString::number(desk.clientId)});
+        QCOMPARE(stub->refilledFor, QStringList {QString::number(desk.clientId)});
         QVERIFY(desk.prompts.messages().isEmpty());
     }
 
@@ -90,7 +99,7 @@ private slots:
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("1"));
         button(w, "cmdAdd")->click();   // saves, then a new blank record
         button(w, "cmdAdd")->click();
-        w->cmdFirst_Click();            // the blank one is dropped
+        w->cmdFirst_Click();   // the blank one is dropped
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 2);
         QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(first));
 
@@ -111,13 +120,13 @@ private slots:
         // The type is checked before the bags.
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("0"));
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Required Field Empty", "Food Service Type is required.",
-                                                       Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Required Field Empty", "Food Service Type is required.", Prompt::Icon::Exclamation, Prompt::Ok}));
 
         choose(combo(w, "FoodServiceTypeID"), QStringLiteral("Senior box"));
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Data Entry Error", "Number of bags cannot be zero.",
-                                                       Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Data Entry Error", "Number of bags cannot be zero.", Prompt::Icon::Exclamation, Prompt::Ok}));
 
         lineEdit(w, "NumberOfBags")->clear();
         w->cmdNext_Click();
@@ -126,8 +135,8 @@ private slots:
         typeInto(lineEdit(w, "NumberOfBags"), QStringLiteral("2"));
         dateEdit(w, "FoodServiceDate")->setDate(QDate::currentDate().addDays(1));
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Data Entry Error", "Future date not allowed.",
-                                                       Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation, Prompt::Ok}));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
         QVERIFY(w->DataChanged());
 
@@ -201,8 +210,9 @@ private slots:
         desk.prompts.answer(Prompt::Cancel);
         closeWindow(w);
         QVERIFY(!guard.isNull());
-        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Save Record?", "Current record has changed. Do you want to save it?",
-                                                       Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel}));
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Save Record?", "Current record has changed. Do you want to save it?", Prompt::Icon::Question,
+                                   Prompt::Yes | Prompt::No | Prompt::Cancel}));
 
         // Yes with a required field empty keeps the window open.
         lineEdit(w, "NumberOfBags")->clear();
@@ -235,12 +245,12 @@ private slots:
         desk.main.addChild(stub);
         auto *w = desk.open<frmFoodService>(RecordKind::FoodService, QString::number(id));
         const QString description = day.toString(QStringLiteral("MM/dd/yyyy")) + QStringLiteral(" Senior box");
-        const Prompt::Message question{"Delete Food Service Item?",
-                                       QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
-                                       Prompt::Icon::Question, Prompt::Yes | Prompt::No};
+        const Prompt::Message question {"Delete Food Service Item?",
+                                        QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
+                                        Prompt::Icon::Question, Prompt::Yes | Prompt::No};
         desk.prompts.answer(Prompt::No);
         menu(desk.main, "mnuFileDelete")->trigger();
-        QCOMPARE(desk.prompts.messages(), QList<Prompt::Message>{question});
+        QCOMPARE(desk.prompts.messages(), QList<Prompt::Message> {question});
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
         QVERIFY(stub->refilledFor.isEmpty());
 
@@ -252,7 +262,7 @@ private slots:
         QCOMPARE(desk.prompts.messages().at(1).title, QStringLiteral("Delete Food Service Item"));
         QCOMPARE(desk.prompts.messages().at(1).text, QStringLiteral("Food service item '%1' deleted.").arg(description));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 0);
-        QCOMPARE(stub->refilledFor, QStringList{QString::number(desk.clientId)});
+        QCOMPARE(stub->refilledFor, QStringList {QString::number(desk.clientId)});
         QVERIFY(w->FoodServiceID().isEmpty());
         QCOMPARE(dateEdit(w, "FoodServiceDate")->date(), QDate::currentDate());
         QCOMPARE(combo(w, "FoodServiceTypeID")->currentIndex(), -1);
@@ -329,9 +339,11 @@ private slots:
 
         desk.prompts.answer(Prompt::No);
         QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(), (Prompt::Message{"Recent Food Service",
-            QStringLiteral("This client received food 5 days ago (on %1). Save this food service anyway?")
-                .arg(earlier.toString(QStringLiteral("MM/dd/yyyy"))), Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No}));
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Recent Food Service",
+                                   QStringLiteral("This client received food 5 days ago (on %1). Save this food service anyway?")
+                                       .arg(earlier.toString(QStringLiteral("MM/dd/yyyy"))),
+                                   Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No}));
         QCOMPARE(TestDatabase::count(QStringLiteral("FoodService")), 1);
         QVERIFY(w->DataChanged());
 

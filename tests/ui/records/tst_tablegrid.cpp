@@ -39,7 +39,7 @@ private:
             return -1;
         }
         // The cell editor open now, if any.
-        template <class Box> Box *openBox(const char *name) const
+        template<class Box> Box *openBox(const char *name) const
         {
             for (Box *box : form->findChildren<Box *>(QString::fromLatin1(name)))
                 if (box->isVisible())
@@ -78,7 +78,9 @@ private:
     static QString firstDescription(const char *table, const char *column, int offset = 0)
     {
         return TestDatabase::scalar(QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid LIMIT 1 OFFSET %3")
-                                        .arg(QLatin1String(column), QLatin1String(table)).arg(offset)).toString();
+                                        .arg(QLatin1String(column), QLatin1String(table))
+                                        .arg(offset))
+            .toString();
     }
 
 private Q_SLOTS:
@@ -140,12 +142,18 @@ void tst_tablegrid::itemsInUseAreNotDeleted_data()
     QTest::addColumn<QString>("table");
     QTest::addColumn<QString>("keyColumn");
     QTest::addColumn<QString>("referringTable");
-    QTest::newRow("food service type used by a food service")
-        << "mnuToolsTablesFoodServiceTypes" << "FoodServiceTypes" << "FoodServiceTypeID" << "FoodService";
-    QTest::newRow("education level used only by a family member")
-        << "mnuToolsTablesEducationLevel" << "EducationLevel" << "EducationLevelID" << "Family";
-    QTest::newRow("expense category used by an expense")
-        << "mnuToolsTablesExpenseCategories" << "ExpenseCategories" << "ExpenseCategoryID" << "Expenses";
+    QTest::newRow("food service type used by a food service") << "mnuToolsTablesFoodServiceTypes"
+                                                              << "FoodServiceTypes"
+                                                              << "FoodServiceTypeID"
+                                                              << "FoodService";
+    QTest::newRow("education level used only by a family member") << "mnuToolsTablesEducationLevel"
+                                                                  << "EducationLevel"
+                                                                  << "EducationLevelID"
+                                                                  << "Family";
+    QTest::newRow("expense category used by an expense") << "mnuToolsTablesExpenseCategories"
+                                                         << "ExpenseCategories"
+                                                         << "ExpenseCategoryID"
+                                                         << "Expenses";
 }
 
 void tst_tablegrid::itemsInUseAreNotDeleted()
@@ -166,10 +174,11 @@ void tst_tablegrid::itemsInUseAreNotDeleted()
     s.prompts.answer(Prompt::Yes);   // would confirm, were it asked
     e.click("cmdDelete");
     QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(s.prompts.last(), (Prompt::Message{"Delete Record",
-                                                "This item is currently in use in the database.\r\n"
-                                                "You must change all references to this item before it can be deleted.",
-                                                Prompt::Icon::Exclamation, Prompt::Ok}));
+    QCOMPARE(s.prompts.last(),
+             (Prompt::Message {"Delete Record",
+                               "This item is currently in use in the database.\r\n"
+                               "You must change all references to this item before it can be deleted.",
+                               Prompt::Icon::Exclamation, Prompt::Ok}));
     QCOMPARE(TestDatabase::count(table), before);
     QCOMPARE(e.text(row, 1).toLongLong(), key);
 }
@@ -189,8 +198,9 @@ void tst_tablegrid::deleteConfirmsAndKeepsOtherEdits()
     e.enter(row, 2);
     s.prompts.answer(Prompt::No);
     e.click("cmdDelete");
-    QCOMPARE(s.prompts.last(), (Prompt::Message{"Delete Record", "Are you sure you want to delete 'Holiday Box'?",
-                                                Prompt::Icon::Question, Prompt::Yes | Prompt::No}));
+    QCOMPARE(s.prompts.last(),
+             (Prompt::Message {"Delete Record", "Are you sure you want to delete 'Holiday Box'?", Prompt::Icon::Question,
+                               Prompt::Yes | Prompt::No}));
     QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeID = ?", {key}), 1);
     // Whatever the answer, Delete waits for a row to be chosen again; the other row's edit waits for Save.
     QVERIFY(!del->isEnabled());
@@ -228,8 +238,8 @@ void tst_tablegrid::halfFilledNewRowWritesNothing()
     QTest::keyClicks(e.txt(), QStringLiteral("Austin"));
     e.click("cmdSave");
 
-    QCOMPARE(s.prompts.last(), (Prompt::Message{"Required Fields Missing", "Fields cannot be empty on new record.",
-                                                Prompt::Icon::Exclamation, Prompt::Ok}));
+    QCOMPARE(s.prompts.last(),
+             (Prompt::Message {"Required Fields Missing", "Fields cannot be empty on new record.", Prompt::Icon::Exclamation, Prompt::Ok}));
     QCOMPARE(TestDatabase::count("ZipCode"), before);
     QCOMPARE(TestDatabase::scalar("SELECT City FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("Austin"));
     // The typing is still there to finish.
@@ -265,7 +275,7 @@ void tst_tablegrid::editedCellsAreValidated()
     Editor e = open(s.main, "mnuToolsTablesHousing");
     e.type(0, 2, QString());
     e.key(Qt::Key_Tab);
-    QCOMPARE(s.prompts.last(), (Prompt::Message{"Required Field", "Field cannot be empty.", Prompt::Icon::Exclamation, Prompt::Ok}));
+    QCOMPARE(s.prompts.last(), (Prompt::Message {"Required Field", "Field cannot be empty.", Prompt::Icon::Exclamation, Prompt::Ok}));
     QVERIFY(e.txt());
 
     QTest::keyClicks(e.txt(), QString(51, QLatin1Char('h')));
@@ -298,7 +308,8 @@ void tst_tablegrid::changesAndNewRowSaveTogether()
     QCOMPARE(TestDatabase::count("Relationships"), before + 1);
     QCOMPARE(firstDescription("Relationships", "RelationshipDescription"), QStringLiteral("O'Brien's Kin"));
     const qint64 added = TestDatabase::scalar("SELECT RelationshipID FROM Relationships WHERE RelationshipDescription = ?",
-                                              {QStringLiteral("Mother's Partner")}).toLongLong();
+                                              {QStringLiteral("Mother's Partner")})
+                             .toLongLong();
     QVERIFY(added > 0);
     // The grid is read again: the new row has its key and a fresh new-record row follows.
     QCOMPARE(e.model->rowCount(), before + 2);
@@ -405,8 +416,8 @@ void tst_tablegrid::aRowGoneFromTheTableIsReportedWhenChosen()
     basDatabase::Execute(QStringLiteral("DELETE FROM FoodServiceTypes WHERE FoodServiceTypeID = ?"), {key});
     e.enter(row, 2);
     QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(s.prompts.last(), (Prompt::Message{"Application Error", "Error locating record in database.",
-                                                Prompt::Icon::Critical, Prompt::Ok}));
+    QCOMPARE(s.prompts.last(),
+             (Prompt::Message {"Application Error", "Error locating record in database.", Prompt::Icon::Critical, Prompt::Ok}));
     // Moving within the row says nothing more.
     e.enter(row, 1);
     QCOMPARE(s.prompts.messages().size(), 1);

@@ -75,9 +75,10 @@ private slots:
     void newVolunteerWithZipCode()
     {
         EditorDesk desk;
-        TestDatabase::insert(QStringLiteral("ZipCode"), {{QStringLiteral("ZipCode"), QStringLiteral("97201")},
-                                                         {QStringLiteral("City"), QStringLiteral("Portland")},
-                                                         {QStringLiteral("State"), QStringLiteral("OR")}});
+        TestDatabase::insert(QStringLiteral("ZipCode"),
+                             {{QStringLiteral("ZipCode"), QStringLiteral("97201")},
+                              {QStringLiteral("City"), QStringLiteral("Portland")},
+                              {QStringLiteral("State"), QStringLiteral("OR")}});
         auto *w = openVolunteers(desk);
         QVERIFY(w->VolunteerID().isEmpty());   // none yet: a blank new volunteer
         typeInto(lineEdit(w, "LastName"), QStringLiteral("O'Neil"));
