@@ -1,6 +1,6 @@
 #include "CliRun.h"
+#include "TestDatabase.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QProcess>
 #include <QSqlDatabase>
@@ -9,13 +9,6 @@
 #include <QTest>
 
 namespace {
-
-QByteArray hashOf(const QString &path)
-{
-    QFile f(path);
-    f.open(QIODevice::ReadOnly);
-    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
-}
 
 int count(const QString &path, const QString &sql)
 {
@@ -74,11 +67,11 @@ private Q_SLOTS:
             QVERIFY(f.open(QIODevice::WriteOnly));
             f.write("beans, rice, flour\n");
         }
-        const QByteArray before = hashOf(notes);
+        const QByteArray before = TestDatabase::fileHash(notes);
         const CliRun r = cli({"check", notes});
         QCOMPARE(r.exitCode, 1);
         QVERIFY(r.err.contains("not a TendMark database"));
-        QCOMPARE(hashOf(notes), before);
+        QCOMPARE(TestDatabase::fileHash(notes), before);
         QCOMPARE(cli({"check", dir.filePath("missing.tmdb")}).exitCode, 1);
     }
 

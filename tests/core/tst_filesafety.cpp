@@ -6,8 +6,8 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
+#include "TestDatabase.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -20,13 +20,6 @@
 #include <unistd.h>
 
 namespace {
-
-QByteArray hashOf(const QString &path)
-{
-    QFile f(path);
-    f.open(QIODevice::ReadOnly);
-    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
-}
 
 int modeOf(const QString &path)
 {
@@ -112,7 +105,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
         alter(path, damage);
-        const QByteArray before = hashOf(path);
+        const QByteArray before = TestDatabase::fileHash(path);
         const Schema::FileCheck check = Schema::ExamineForOpening(path);
         QCOMPARE(int(check.state), state);
         QString reason;
@@ -120,7 +113,7 @@ private Q_SLOTS:
         basDatabase::CloseConnection();
         if (state == int(Schema::FileState::Ok))
             return;
-        QCOMPARE(hashOf(path), before);   // refused files are left as they were
+        QCOMPARE(TestDatabase::fileHash(path), before);   // refused files are left as they were
         QVERIFY(!reason.isEmpty());
         if (!named.isEmpty()) {
             QVERIFY2(check.problems.contains(named), qPrintable(check.problems.join('|')));
@@ -133,11 +126,11 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
         scribble(path);
-        const QByteArray before = hashOf(path);
+        const QByteArray before = TestDatabase::fileHash(path);
         QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Damaged);
         QVERIFY(!Schema::CheckFile(path).isEmpty());
         QVERIFY(!basDatabase::OpenConnection(path));
-        QCOMPARE(hashOf(path), before);
+        QCOMPARE(TestDatabase::fileHash(path), before);
 
         const QString rescued = dir.filePath(QStringLiteral("rescued.tmdb"));
         FileHealth::CopyReport report;
@@ -159,11 +152,11 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
-        const QByteArray before = hashOf(path);
+        const QByteArray before = TestDatabase::fileHash(path);
         const QDateTime modified = QFileInfo(path).lastModified();
         QCOMPARE(Schema::CheckFile(path), QStringList());
         QVERIFY(!Schema::ExamineForOpening(path).recovered);
-        QCOMPARE(hashOf(path), before);
+        QCOMPARE(TestDatabase::fileHash(path), before);
         QCOMPARE(QFileInfo(path).lastModified(), modified);
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"pantry.tmdb"});
     }

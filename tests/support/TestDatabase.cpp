@@ -5,7 +5,9 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 #include <QSqlQuery>
 #include <QTest>
 
@@ -65,4 +67,12 @@ qint64 TestDatabase::lookupId(const QString &table, const QString &description)
     return scalar(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?").arg(SqlText::id(key), SqlText::id(table), SqlText::id(desc)),
                   {description})
         .toLongLong();
+}
+
+QByteArray TestDatabase::fileHash(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
 }

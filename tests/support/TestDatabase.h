@@ -21,6 +21,8 @@ public:
     static QVariant scalar(const QString &sql, const QVariantList &binds = {});
     static int count(const QString &table, const QString &where = {}, const QVariantList &binds = {});
     static qint64 lookupId(const QString &table, const QString &description);
+    // The SHA-256 of a file's bytes: equal before and after means the file was not touched.
+    static QByteArray fileHash(const QString &path);
 
 private:
     QTemporaryDir m_dir;

@@ -4,9 +4,9 @@
 #include "basDatabase.h"
 #include "frmAuditLog.h"
 #include "frmRestoreBackup.h"
+#include "TestDatabase.h"
 
 #include <QApplication>
-#include <QCryptographicHash>
 #include <QFile>
 #include <QLineEdit>
 #include <QSqlDatabase>
@@ -15,13 +15,6 @@
 #include <QTest>
 
 namespace {
-
-QByteArray hashOf(const QString &path)
-{
-    QFile f(path);
-    f.open(QIODevice::ReadOnly);
-    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
-}
 
 int clientsNamed(const QString &lastName)
 {
@@ -133,7 +126,7 @@ private Q_SLOTS:
         Desk d;
         const QString path = pantryWithBackup(d, QStringLiteral("pantry.tmdb"));
         damaged ? scribble(path) : dropVolunteerTable(path);
-        const QByteArray before = hashOf(path);
+        const QByteArray before = TestDatabase::fileHash(path);
         const QString rescued = d.db.folder() + QStringLiteral("/rescued.tmdb");
         d.prompts.clear();
         d.prompts.answer(answer);
@@ -146,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(told.buttons, Prompt::Yes | Prompt::No | Prompt::Cancel);
         QVERIFY2(told.text.contains(QStringLiteral("will not change this file")) && told.text.contains(QStringLiteral("latest backup")),
                  qPrintable(told.text));
-        QCOMPARE(hashOf(path), before);
+        QCOMPARE(TestDatabase::fileHash(path), before);
         if (clientsAfter == -1) {
             QVERIFY(d.main.databasePath().isEmpty());
             QVERIFY(!QFile::exists(rescued));
