@@ -42,6 +42,15 @@ int message(const QString &title, const QString &text, Icon icon, Buttons button
     return current->message({title, text, icon, buttons});
 }
 
+QString folderName(const QString &title, const QString &directory)
+{
+    FileRequest r;
+    r.folder = true;
+    r.title = title;
+    r.directory = directory;
+    return current->fileName(r);
+}
+
 QString openFileName(const QString &title, const QString &filter, const QString &directory)
 {
     FileRequest r;

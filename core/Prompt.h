@@ -28,6 +28,7 @@ struct Message
 struct FileRequest
 {
     bool save = false;
+    bool folder = false;   // choose an existing folder rather than a file
     QString title;
     QString filter;   // Qt filter syntax: "Database Files (*.tmdb)"
     QString defaultSuffix;   // without the dot
@@ -61,6 +62,7 @@ int message(const QString &title, const QString &text, Icon icon = Icon::None, B
 QString openFileName(const QString &title, const QString &filter, const QString &directory = {});
 QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix, const QString &defaultName = {},
                      const QString &directory = {});
+QString folderName(const QString &title, const QString &directory = {});
 std::optional<QString> pick(const PickRequest &request);
 std::optional<QFont> font(const QString &title, const QFont &initial);
 

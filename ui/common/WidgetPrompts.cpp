@@ -55,7 +55,7 @@ QString WidgetPrompts::fileName(const Prompt::FileRequest &r)
 {
     QFileDialog dialog(QApplication::activeWindow(), r.title, r.directory, r.filter);
     dialog.setAcceptMode(r.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(r.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setFileMode(r.folder ? QFileDialog::Directory : r.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     if (!r.defaultSuffix.isEmpty())
         dialog.setDefaultSuffix(r.defaultSuffix);
     if (!r.defaultName.isEmpty())

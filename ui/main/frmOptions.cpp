@@ -5,6 +5,7 @@
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
+#include "basRegistry.h"
 #include "basTendmark.h"
 #include "frmMain.h"
 
@@ -203,6 +204,35 @@ void frmOptions::buildControls()
     layout->addWidget(food);
     connect(m_spnInterval, &QSpinBox::valueChanged, this, [this] { setDataChanged(true); });
 
+    // Where this computer keeps its automatic backups, and how many recent ones.
+    auto *backups = new QGroupBox(QStringLiteral("Backups on this computer"), this);
+    auto *backupLayout = new QGridLayout(backups);
+    m_txtBackupFolder = new QLineEdit(backups);
+    m_txtBackupFolder->setObjectName(QStringLiteral("txtBackupFolder"));
+    m_txtBackupFolder->setPlaceholderText(QStringLiteral("A \"backups\" folder beside the database"));
+    auto *folderLabel = new QLabel(QStringLiteral("Backup &folder"), backups);
+    folderLabel->setBuddy(m_txtBackupFolder);
+    auto *cmdBackupFolder = new QPushButton(QStringLiteral("B&rowse..."), backups);
+    cmdBackupFolder->setObjectName(QStringLiteral("cmdBackupFolder"));
+    m_spnBackupsToKeep = new QSpinBox(backups);
+    m_spnBackupsToKeep->setObjectName(QStringLiteral("spnBackupsToKeep"));
+    m_spnBackupsToKeep->setRange(1, 100);
+    auto *keepLabel = new QLabel(QStringLiteral("Recent backups &kept"), backups);
+    keepLabel->setBuddy(m_spnBackupsToKeep);
+    auto *keepHint = new QLabel(QStringLiteral("Besides these, one a day is kept for 30 days and one a month for a year."), backups);
+    keepHint->setWordWrap(true);
+    keepHint->setEnabled(false);
+    backupLayout->addWidget(folderLabel, 0, 0);
+    backupLayout->addWidget(m_txtBackupFolder, 0, 1);
+    backupLayout->addWidget(cmdBackupFolder, 0, 2);
+    backupLayout->addWidget(keepLabel, 1, 0);
+    backupLayout->addWidget(m_spnBackupsToKeep, 1, 1, Qt::AlignLeft);
+    backupLayout->addWidget(keepHint, 2, 0, 1, 3);
+    layout->addWidget(backups);
+    connect(m_txtBackupFolder, &QLineEdit::textEdited, this, [this] { setDataChanged(true); });
+    connect(m_spnBackupsToKeep, &QSpinBox::valueChanged, this, [this] { setDataChanged(true); });
+    connect(cmdBackupFolder, &QPushButton::clicked, this, &frmOptions::cmdBackupFolder_Click);
+
     layout->addStretch();
     auto *buttons = new QDialogButtonBox(this);
     auto *ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
@@ -258,6 +288,10 @@ void frmOptions::PopulateOptionsControls()
     for (const auto &[check, member] : m_tabChecks)
         check->setChecked(options.flags.*member);
     m_spnInterval->setValue(options.foodVisitIntervalDays);
+    const QString key = basRegistry::SettingsKey();
+    m_txtBackupFolder->setText(basRegistry::GetString(key, QStringLiteral("BackupFolder")));
+    const int kept = basRegistry::GetString(key, QStringLiteral("BackupsToKeep")).toInt();
+    m_spnBackupsToKeep->setValue(kept > 0 ? kept : 10);
 }
 
 void frmOptions::showLogo(const QString &path)
@@ -351,6 +385,9 @@ bool frmOptions::Update()
     });
     if (!saved)
         return false;
+    const QString key = basRegistry::SettingsKey();
+    basRegistry::SetString(key, QStringLiteral("BackupFolder"), m_txtBackupFolder->text().trimmed());
+    basRegistry::SetString(key, QStringLiteral("BackupsToKeep"), QString::number(m_spnBackupsToKeep->value()));
     setDataChanged(false);
     m_main->DisplayOrganizationName();
     m_main->refreshOptionFlags();
@@ -368,6 +405,15 @@ void frmOptions::cmdOk_Click()
 void frmOptions::cmdApply_Click()
 {
     basErrorHandler::Guard(QStringLiteral("frmOptions.cmdApply_Click"), [&] { Update(); });
+}
+
+void frmOptions::cmdBackupFolder_Click()
+{
+    const QString folder = Prompt::folderName(QStringLiteral("Select Backup Folder"), m_txtBackupFolder->text());
+    if (folder.isEmpty())
+        return;
+    m_txtBackupFolder->setText(QDir::toNativeSeparators(folder));
+    setDataChanged(true);
 }
 
 void frmOptions::cmdBrowse_Click()

@@ -35,6 +35,7 @@ private:
     void cmdOk_Click();
     void cmdApply_Click();
     void cmdBrowse_Click();
+    void cmdBackupFolder_Click();
     void showLogo(const QString &path);
     void setDataChanged(bool changed);
     void focusChanged(QWidget *old, QWidget *now);
@@ -46,6 +47,8 @@ private:
     QLabel *m_picLogo = nullptr;
     QList<std::pair<QCheckBox *, bool OptionFlags::*>> m_tabChecks;
     QSpinBox *m_spnInterval = nullptr;
+    QLineEdit *m_txtBackupFolder = nullptr;
+    QSpinBox *m_spnBackupsToKeep = nullptr;
     QPushButton *m_cmdApply = nullptr;
     QPushButton *m_cmdCancel = nullptr;
     bool m_loading = false;

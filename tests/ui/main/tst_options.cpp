@@ -1,3 +1,4 @@
+#include "Backups.h"
 #include "Desk.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
@@ -8,6 +9,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -61,6 +64,7 @@ private Q_SLOTS:
     void emptyNameShowsPlaceholderTitle();
     void missingRowsAreAddedAndCancelWritesNothing();
     void logoIsChosenThroughTheFileDialog();
+    void backupPlaceAndCountAreKeptForThisComputer();
 };
 
 void tst_options::savesAndReloadsEveryField()
@@ -231,6 +235,28 @@ void tst_options::logoIsChosenThroughTheFileDialog()
 
     click(dialog, "cmdOk");
     QCOMPARE(TestDatabase::scalar("SELECT OrganizationLogo FROM Organization").toString(), picture);
+}
+
+void tst_options::backupPlaceAndCountAreKeptForThisComputer()
+{
+    Session s;
+    const QString folder = s.db.folder() + QStringLiteral("/usb");
+    QVERIFY(QDir().mkpath(folder));
+    frmOptions *dialog = openOptions(s.main);
+    s.prompts.answerFile(folder);
+    click(dialog, "cmdBackupFolder");
+    QVERIFY(s.prompts.fileRequests().last().folder);
+    dialog->findChild<QSpinBox *>(QStringLiteral("spnBackupsToKeep"))->setValue(3);
+    click(dialog, "cmdOk");
+    QCOMPARE(QDir(Backups::Folder(s.db.path())), QDir(folder));
+    QCOMPARE(Backups::KeepLast(), 3);
+
+    // Cleared, the backups go beside the database again.
+    dialog = openOptions(s.main);
+    QCOMPARE(dialog->findChild<QSpinBox *>(QStringLiteral("spnBackupsToKeep"))->value(), 3);
+    retype(dialog->findChild<QLineEdit *>(QStringLiteral("txtBackupFolder")), QString());
+    click(dialog, "cmdOk");
+    QCOMPARE(Backups::Folder(s.db.path()), QFileInfo(s.db.path()).absoluteDir().filePath(QStringLiteral("backups")));
 }
 
 QTEST_MAIN(tst_options)
