@@ -234,6 +234,10 @@ bool Read(QSqlDatabase db, const Filter &filter, QList<Entry> *entries, QString 
         sql += QStringLiteral(" AND ChangedAt >= ?");
         binds << filter.since.toString(Qt::ISODate);
     }
+    if (filter.until.isValid()) {
+        sql += QStringLiteral(" AND ChangedAt < ?");
+        binds << filter.until.addDays(1).toString(Qt::ISODate);
+    }
     if (!filter.table.isEmpty()) {
         sql += QStringLiteral(" AND TableName = ?");
         binds << filter.table;

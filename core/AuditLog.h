@@ -43,6 +43,7 @@ struct Filter
 {
     qlonglong clientId = 0;   // 0: every client
     QDate since;   // invalid: from the start
+    QDate until;   // invalid: to the end; else up to and including that day
     QString table;   // empty: every table
     QString user;   // empty: every user
 };

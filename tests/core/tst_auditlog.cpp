@@ -49,7 +49,7 @@ private Q_SLOTS:
             const QString keyColumn = basDatabase::Fields(table).constFirst().name;
             basDatabase::Execute(QStringLiteral("UPDATE %1 SET %2 = %2 WHERE %2 = ?").arg(table, keyColumn),
                                  {key});   // no change: no entry
-            const QList<AuditLog::Entry> all = entries({0, {}, table, {}});
+            const QList<AuditLog::Entry> all = entries({0, {}, {}, table, {}});
             QCOMPARE(all.size(), 1);
             QCOMPARE(all.at(0).operation, QStringLiteral("insert"));
             QCOMPARE(all.at(0).key, key);
@@ -57,7 +57,7 @@ private Q_SLOTS:
             for (auto it = values.constBegin(); it != values.constEnd(); ++it)
                 QCOMPARE(json(all.at(0).newValues).value(it.key()).toString(), it.value().toString());
         }
-        QCOMPARE(entries({client, {}, {}, {}}).size(), 6);   // the client and its five kinds of rows
+        QCOMPARE(entries({client, {}, {}, {}, {}}).size(), 6);   // the client and its five kinds of rows
     }
 
     void updatesKeepOnlyTheChangedColumnsAndDeletesKeepTheRecord()
@@ -67,7 +67,7 @@ private Q_SLOTS:
         TestDatabase::insert("Family", {{"ClientID", client}, {"LastName", "Ames"}, {"FirstName", "Bo"}});
         basDatabase::Execute(QStringLiteral("UPDATE Client SET FirstName = 'Anne', City = 'Dayton' WHERE ClientID = ?"), {client});
         basDatabase::Execute(QStringLiteral("DELETE FROM Client WHERE ClientID = ?"), {client});
-        const QList<AuditLog::Entry> log = entries({client, {}, {}, {}});
+        const QList<AuditLog::Entry> log = entries({client, {}, {}, {}, {}});
         QStringList kinds;
         for (const AuditLog::Entry &e : log)
             kinds << e.table + QLatin1Char(' ') + e.operation;
@@ -78,8 +78,8 @@ private Q_SLOTS:
         QCOMPARE(json(log.at(3).oldValues).value("FirstName").toString(), QStringLiteral("Bo"));
         QVERIFY(AuditLog::Describe(log.at(2)).contains(QStringLiteral("update Client %1").arg(client)));
 
-        QCOMPARE(entries({client, QDate::currentDate().addDays(1), {}, {}}).size(), 0);
-        QCOMPARE(entries({client, QDate::currentDate(), {}, AuditLog::OperatingSystemUser()}).size(), 5);
+        QCOMPARE(entries({client, QDate::currentDate().addDays(1), {}, {}, {}}).size(), 0);
+        QCOMPARE(entries({client, QDate::currentDate(), {}, {}, AuditLog::OperatingSystemUser()}).size(), 5);
     }
 
     void theLogCannotBeChanged_data()

@@ -34,6 +34,8 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
     , m_user(named(new QLineEdit, "txtUser"))
     , m_useSince(named(new QCheckBox(QStringLiteral("Since")), "chkSince"))
     , m_since(named(new QDateEdit(QDate::currentDate().addMonths(-1)), "dtpSince"))
+    , m_useUntil(named(new QCheckBox(QStringLiteral("Until")), "chkUntil"))
+    , m_until(named(new QDateEdit(QDate::currentDate()), "dtpUntil"))
     , m_grid(named(new QTableWidget, "grdAuditLog"))
     , m_count(named(new QLabel, "lblCount"))
 {
@@ -44,9 +46,11 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
     m_user->setPlaceholderText(QStringLiteral("every user"));
     m_table->addItem(QStringLiteral("(All)"));
     m_table->addItems(AuditLog::AuditedTables());
-    m_since->setCalendarPopup(true);
-    m_since->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    m_since->setEnabled(false);
+    for (QDateEdit *date : {m_since, m_until}) {
+        date->setCalendarPopup(true);
+        date->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+        date->setEnabled(false);
+    }
 
     auto *filters = new QHBoxLayout;
     const auto add = [filters](const QString &caption, QWidget *w) {
@@ -59,6 +63,8 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
     add(QStringLiteral("User:"), m_user);
     add({}, m_useSince);
     add({}, m_since);
+    add({}, m_useUntil);
+    add({}, m_until);
     auto *refresh = named(new QPushButton(QStringLiteral("&Refresh")), "cmdRefresh");
     filters->addWidget(refresh);
     filters->addStretch();
@@ -82,11 +88,13 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
     connect(m_client, &QLineEdit::editingFinished, this, &frmAuditLog::refill);
     connect(m_user, &QLineEdit::editingFinished, this, &frmAuditLog::refill);
     connect(m_table, &QComboBox::currentIndexChanged, this, &frmAuditLog::refill);
-    connect(m_useSince, &QCheckBox::toggled, this, [this](bool on) {
-        m_since->setEnabled(on);
-        refill();
-    });
-    connect(m_since, &QDateEdit::dateChanged, this, &frmAuditLog::refill);
+    for (auto [use, date] : {std::pair {m_useSince, m_since}, std::pair {m_useUntil, m_until}}) {
+        connect(use, &QCheckBox::toggled, this, [this, date](bool on) {
+            date->setEnabled(on);
+            refill();
+        });
+        connect(date, &QDateEdit::dateChanged, this, &frmAuditLog::refill);
+    }
     refill();
 }
 
@@ -98,6 +106,8 @@ void frmAuditLog::refill()
     filter.user = m_user->text().trimmed();
     if (m_useSince->isChecked())
         filter.since = m_since->date();
+    if (m_useUntil->isChecked())
+        filter.until = m_until->date();
     QList<AuditLog::Entry> entries;
     QString error;
     if (!AuditLog::Read(basDatabase::Connection(), filter, &entries, &error)) {

@@ -29,6 +29,8 @@ private:
     QLineEdit *m_user;
     QCheckBox *m_useSince;
     QDateEdit *m_since;
+    QCheckBox *m_useUntil;
+    QDateEdit *m_until;
     QTableWidget *m_grid;
     QLabel *m_count;
 };

@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QCheckBox>
+#include <QDateEdit>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTableWidget>
@@ -87,6 +89,12 @@ private Q_SLOTS:
         QCOMPARE(grid->rowCount(), 2);   // its insert and its delete, nobody else's
         QCOMPARE(grid->item(1, 4)->text(), QStringLiteral("delete"));
         QVERIFY(grid->item(1, 5)->text().contains(QStringLiteral("Keeper")));
+        // Up to yesterday the client had not been written yet; up to today both lines show.
+        audit->findChild<QDateEdit *>(QStringLiteral("dtpUntil"))->setDate(QDate::currentDate().addDays(-1));
+        audit->findChild<QCheckBox *>(QStringLiteral("chkUntil"))->setChecked(true);
+        QCOMPARE(grid->rowCount(), 0);
+        audit->findChild<QDateEdit *>(QStringLiteral("dtpUntil"))->setDate(QDate::currentDate());
+        QCOMPARE(grid->rowCount(), 2);
         QCOMPARE(grid->editTriggers(), QAbstractItemView::NoEditTriggers);
         client->setText(QString::number(id + 1));
         audit->refill();
