@@ -1,5 +1,6 @@
 #include "frmOptions.h"
 
+#include "Backups.h"
 #include "DataBinding.h"
 #include "OptionsStore.h"
 #include "Prompt.h"
@@ -290,8 +291,7 @@ void frmOptions::PopulateOptionsControls()
     m_spnInterval->setValue(options.foodVisitIntervalDays);
     const QString key = basRegistry::SettingsKey();
     m_txtBackupFolder->setText(basRegistry::GetString(key, QStringLiteral("BackupFolder")));
-    const int kept = basRegistry::GetString(key, QStringLiteral("BackupsToKeep")).toInt();
-    m_spnBackupsToKeep->setValue(kept > 0 ? kept : 10);
+    m_spnBackupsToKeep->setValue(Backups::KeepLast());
 }
 
 void frmOptions::showLogo(const QString &path)
