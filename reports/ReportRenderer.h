@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ReportDocument.h"
+
+class QPagedPaintDevice;
+
+// Turns a report document into pages: the organisation header on every page,
+// tables continued with their headings, "Page N of M" and the run date below.
+namespace ReportRenderer {
+
+// Draws every page onto the device (a QPrinter or a QPdfWriter). False when
+// cancelled through progress or when the device cannot be painted on (*error says why).
+bool render(const Report::Document &document, QPagedPaintDevice *device, const Report::Progress &progress, QString *error);
+
+// Writes the pages to a PDF file; the file appears whole or not at all.
+bool writePdf(const Report::Document &document, const QString &path, const Report::Progress &progress, QString *error);
+
+}   // namespace ReportRenderer
