@@ -3,6 +3,7 @@
 #include "cli/Console.h"
 #include "Schema.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -10,6 +11,8 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTextStream>
+
+#include <memory>
 
 namespace {
 
@@ -34,6 +37,7 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "  backup FILE [DIR]                 write a checked copy of a database (default: its backups folder)\n"
                            "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
                            "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
+                           "  report NAME FILE --pdf OUT | --csv OUT [options]  write a report without windows\n"
                            "\n"
                            "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
@@ -127,7 +131,12 @@ int commandCheck(const QStringList &args)
 int main(int argc, char *argv[])
 {
     PrivateFiles::RestrictNewFiles();
-    QCoreApplication app(argc, argv);
+    // Reports draw pages and charts, which need a GUI application; without a display, offscreen.
+    const bool drawing = argc > 1 && qstrcmp(argv[1], "report") == 0;
+    if (drawing && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::unique_ptr<QCoreApplication> app(drawing ? new QApplication(argc, argv) : new QCoreApplication(argc, argv));
     QCoreApplication::setApplicationName(QStringLiteral("tendmark-cli"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TENDMARK_VERSION));
     QStringList args = QCoreApplication::arguments();
@@ -149,6 +158,8 @@ int main(int argc, char *argv[])
         return commandRestore(args);
     if (command == QLatin1String("audit"))
         return commandAudit(args);
+    if (command == QLatin1String("report"))
+        return commandReport(args);
     err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
     return 2;
 }
