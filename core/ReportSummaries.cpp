@@ -104,11 +104,13 @@ Query clientsByAgeGroup(const QDate &start, const QDate &end, const QDate &today
 
 Query groceryTotalsQuery(const QDate &start, const QDate &end, const QDate &today)
 {
+    // Services are counted per client first, so that each client's age is worked out once.
     Query q;
-    q.sql = QStringLiteral("SELECT COUNT(*), COUNT(DISTINCT ClientID), SUM(a > 18 AND a < 60), SUM(a > 59), SUM(a < 18), "
-                           "SUM(a IS NULL) FROM (SELECT f.ClientID, %1 AS a FROM FoodService f "
-                           "LEFT JOIN Client c ON c.ClientID = f.ClientID "
-                           "WHERE f.FoodServiceDate BETWEEN ? AND ? AND f.NumberOfBags > 0)")
+    q.sql = QStringLiteral("SELECT SUM(n), COUNT(*), SUM(CASE WHEN a > 18 AND a < 60 THEN n END), SUM(CASE WHEN a > 59 THEN n END), "
+                           "SUM(CASE WHEN a < 18 THEN n END), SUM(CASE WHEN a IS NULL THEN n END) "
+                           "FROM (SELECT s.n, %1 AS a FROM (SELECT ClientID, COUNT(*) AS n FROM FoodService "
+                           "WHERE FoodServiceDate BETWEEN ? AND ? AND NumberOfBags > 0 GROUP BY ClientID) s "
+                           "LEFT JOIN Client c ON c.ClientID = s.ClientID)")
                 .arg(age(QStringLiteral("c.BirthDate")));
     q.binds = {today.year(), iso(start), iso(end)};
     return q;
