@@ -11,8 +11,6 @@
 #include <QLineEdit>
 #include <QCheckBox>
 #include <QDateEdit>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTableWidget>
 #include <QTest>
 
@@ -20,7 +18,7 @@ namespace {
 
 int clientsNamed(const QString &lastName)
 {
-    return TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = ?"), {lastName});
+    return TestDatabase::count("Client", "LastName = ?", {lastName});
 }
 
 // A database of 300 clients, opened once in the window (which backs it up) and closed again.
@@ -30,33 +28,12 @@ QString pantryWithBackup(Desk &d, const QString &name)
     QString error;
     if (!Schema::CreateDatabase(path, false, &error) || !d.main.openDatabaseFile(path, true))
         qFatal("%s", qPrintable(error));
-    basDatabase::Execute(QStringLiteral("BEGIN"));
+    basDatabase::Execute("BEGIN");
     for (int i = 0; i < 300; ++i)
-        TestDatabase::insert(QStringLiteral("Client"), {{"LastName", QStringLiteral("Row%1").arg(i)}, {"Comments", QString(300, 'c')}});
-    basDatabase::Execute(QStringLiteral("COMMIT"));
+        TestDatabase::insert("Client", {{"LastName", QStringLiteral("Row%1").arg(i)}, {"Comments", QString(300, 'c')}});
+    basDatabase::Execute("COMMIT");
     d.main.closeDatabase();
     return path;
-}
-
-void scribble(const QString &path)
-{
-    QFile f(path);
-    f.open(QIODevice::ReadWrite);
-    for (qint64 page = f.size() / 4096 / 2; page * 4096 < f.size(); page += 8) {
-        f.seek(page * 4096);
-        f.write(QByteArray(64, '\xA5'));
-    }
-}
-
-void dropVolunteerTable(const QString &path)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("alter"));
-        db.setDatabaseName(path);
-        db.open();
-        QSqlQuery(db).exec(QStringLiteral("DROP TABLE Volunteer"));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("alter"));
 }
 
 }   // namespace
@@ -69,7 +46,7 @@ private Q_SLOTS:
     void backupAuditAndRestoreBringBackADeletedClient()
     {
         Desk d;
-        const qint64 id = TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Keeper"}, {"FirstName", "Ann"}});
+        const qint64 id = TestDatabase::insert("Client", {{"LastName", "Keeper"}, {"FirstName", "Ann"}});
         const int before = int(Backups::List(d.db.path()).size());
         d.main.findChild<QAction *>(QStringLiteral("mnuFileBackupNow"))->trigger();
         QCOMPARE(d.prompts.last().title, QStringLiteral("Backup Now"));
@@ -77,7 +54,7 @@ private Q_SLOTS:
         QVERIFY2(d.prompts.last().text.contains(QDir::toNativeSeparators(made)), qPrintable(d.prompts.last().text));
         QCOMPARE(int(Backups::List(d.db.path()).size()), before + 1);
 
-        basDatabase::Execute(QStringLiteral("DELETE FROM Client WHERE ClientID = ?"), {id});
+        basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {id});
         QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
 
         auto *audit = d.open<frmAuditLog>("mnuToolsAuditLog");
@@ -133,7 +110,10 @@ private Q_SLOTS:
         QFETCH(int, clientsAfter);
         Desk d;
         const QString path = pantryWithBackup(d, QStringLiteral("pantry.tmdb"));
-        damaged ? scribble(path) : dropVolunteerTable(path);
+        if (damaged)
+            TestDatabase::scribble(path);
+        else
+            QVERIFY(TestDatabase::onFile(path, {"DROP TABLE Volunteer"}).isValid());
         const QByteArray before = TestDatabase::fileHash(path);
         const QString rescued = d.db.folder() + QStringLiteral("/rescued.tmdb");
         d.prompts.clear();
@@ -154,11 +134,11 @@ private Q_SLOTS:
             return;
         }
         QCOMPARE(d.main.databasePath(), rescued);
-        const int clients = TestDatabase::count(QStringLiteral("Client"));
+        const int clients = TestDatabase::count("Client");
         if (clientsAfter > 0)
             QCOMPARE(clients, clientsAfter);
         else
-            QVERIFY2(clients > 0 && clients < 300 && d.prompts.titles().count(QStringLiteral("Damaged Database")) == 2,
+            QVERIFY2(clients > 0 && clients < 300 && d.prompts.titles().count("Damaged Database") == 2,
                      qPrintable(d.prompts.titles().join('|')));
     }
 
