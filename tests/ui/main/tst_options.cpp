@@ -47,8 +47,7 @@ private Q_SLOTS:
     void savesAndReloadsEveryField();
     void overLongNameIsRefusedAndNothingSaved();
     void missingRowsAreAddedAndCancelWritesNothing();
-    void logoIsChosenThroughTheFileDialog();
-    void backupPlaceAndCountAreKeptForThisComputer();
+    void logoAndBackupPlaceAreChosenThroughTheFileDialog();
 };
 
 void tst_options::savesAndReloadsEveryField()
@@ -171,7 +170,7 @@ void tst_options::missingRowsAreAddedAndCancelWritesNothing()
     QCOMPARE(s.main.optionFlags().showIncomeExpensesTab, true);
 }
 
-void tst_options::logoIsChosenThroughTheFileDialog()
+void tst_options::logoAndBackupPlaceAreChosenThroughTheFileDialog()
 {
     Desk s;
     const QString picture = s.db.folder() + QStringLiteral("/logo.png");
@@ -195,21 +194,15 @@ void tst_options::logoIsChosenThroughTheFileDialog()
     QCOMPARE(s.prompts.last().title, QStringLiteral("Select Organization Logo"));
     QCOMPARE(s.prompts.last().icon, Prompt::Icon::Exclamation);
 
-    click(dialog, "cmdOk");
-    QCOMPARE(organization("OrganizationLogo"), picture);
-}
-
-void tst_options::backupPlaceAndCountAreKeptForThisComputer()
-{
-    Desk s;
+    // The backup place and count are kept for this computer, not in the database.
     const QString folder = s.db.folder() + QStringLiteral("/usb");
     QVERIFY(QDir().mkpath(folder));
-    frmOptions *dialog = openOptions(s.main);
     s.prompts.answerFile(folder);
     click(dialog, "cmdBackupFolder");
     QVERIFY(s.prompts.fileRequests().last().folder);
     dialog->findChild<QSpinBox *>(QStringLiteral("spnBackupsToKeep"))->setValue(3);
     click(dialog, "cmdOk");
+    QCOMPARE(organization("OrganizationLogo"), picture);
     QCOMPARE(QDir(Backups::Folder(s.db.path())), QDir(folder));
     QCOMPARE(Backups::KeepLast(), 3);
 
