@@ -33,7 +33,7 @@ private:
     }
 
 private Q_SLOTS:
-    void formatDataGridAppliesTheSpecification()
+    void formatDataGridAppliesTheColumnLayout()
     {
         std::unique_ptr<QTableView> one(grid("^Ethnic Origin,5200"));
         QCOMPARE(one->model()->columnCount(), 2);
