@@ -14,7 +14,6 @@
 #include <QSqlRecord>
 #include <QTest>
 
-Q_DECLARE_METATYPE(NavigationStrip::Move)
 Q_DECLARE_METATYPE(ClientRecordQueries::Kind)
 Q_DECLARE_METATYPE(ClientRecordQueries::Form)
 
@@ -62,36 +61,6 @@ private Q_SLOTS:
         QCOMPARE(window.findChild<QLabel *>(QStringLiteral("lblStatus"))->text(), label);
         QCOMPARE(enabledButtons(window), buttons);
         QVERIFY(!window.findChild<QPushButton *>(QStringLiteral("cmdAdd")));
-    }
-
-    void stripTakesTheKeysOfItsWindow_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<NavigationStrip::Move>("move");
-        QTest::newRow("Page Up") << int(Qt::Key_PageUp) << int(Qt::NoModifier) << NavigationStrip::Move::Previous;
-        QTest::newRow("Ctrl+Page Up") << int(Qt::Key_PageUp) << int(Qt::ControlModifier) << NavigationStrip::Move::First;
-        QTest::newRow("Page Down") << int(Qt::Key_PageDown) << int(Qt::NoModifier) << NavigationStrip::Move::Next;
-        QTest::newRow("Ctrl+Page Down") << int(Qt::Key_PageDown) << int(Qt::ControlModifier) << NavigationStrip::Move::Last;
-        // Only Ctrl alone counts: with Shift as well it is the plain key.
-        QTest::newRow("Ctrl+Shift+Page Down") << int(Qt::Key_PageDown) << int(Qt::ControlModifier | Qt::ShiftModifier)
-                                              << NavigationStrip::Move::Next;
-    }
-
-    void stripTakesTheKeysOfItsWindow()
-    {
-        QFETCH(int, key);
-        QFETCH(int, modifiers);
-        QFETCH(NavigationStrip::Move, move);
-        QWidget window;
-        auto *edit = new QLineEdit(&window);
-        NavigationStrip strip(&window, true);
-        strip.watchKeys();
-        QSignalSpy moves(&strip, &NavigationStrip::moveRequested);
-        QTest::keyClick(edit, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(moves.size(), 1);
-        QCOMPARE(moves.at(0).at(0).value<NavigationStrip::Move>(), move);
-        QVERIFY(edit->text().isEmpty());
     }
 
     void stepStopsAtTheEnds()
