@@ -42,7 +42,8 @@ private:
     }
 
 private slots:
-    void newClientOpensOnBlankRecordAndSaves()
+    // A client's first service: a blank record, the refusals in their order, then saved from the File menu.
+    void newServiceIsCheckedThenSaved()
     {
         EditorDesk desk;
         auto *stub = new ClientWindowStub(&desk.main);
@@ -60,12 +61,39 @@ private slots:
         QVERIFY(w->label(1)->font().bold());
         QVERIFY(!w->label(3)->font().bold());
 
-        choose(combo(w, "FoodServiceTypeID"), "Holiday basket");
+        // The type is checked before the bags.
+        typeInto(lineEdit(w, "NumberOfBags"), "0");
         QVERIFY(w->DataChanged());
         QVERIFY(desk.main.toolbarButton(QStringLiteral("Save"))->isEnabled());
+        QVERIFY(!w->SaveCurrentRecord());
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Required Field Empty", "Food Service Type is required.", Prompt::Icon::Exclamation, Prompt::Ok}));
+        choose(combo(w, "FoodServiceTypeID"), "Holiday basket");
+        QVERIFY(!w->SaveCurrentRecord());
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Data Entry Error", "Number of bags cannot be zero.", Prompt::Icon::Exclamation, Prompt::Ok}));
+        lineEdit(w, "NumberOfBags")->clear();
+        w->cmdNext_Click();
+        QCOMPARE(desk.prompts.last().text, QStringLiteral("Number of bags is required."));
         typeInto(lineEdit(w, "NumberOfBags"), "3");
-        menu(desk.main, "mnuFileSave")->trigger();
+        dateEdit(w, "FoodServiceDate")->setDate(QDate::currentDate().addDays(1));
+        QVERIFY(!w->SaveCurrentRecord());
+        QCOMPARE(desk.prompts.last(),
+                 (Prompt::Message {"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(TestDatabase::count("FoodService"), 0);
+        QVERIFY(w->DataChanged());
+        // Leaving the date field with a future date is refused at once, and the focus stays.
+        desk.prompts.clear();
+        dateEdit(w, "FoodServiceDate")->setFocus();
+        lineEdit(w, "NumberOfBags")->setFocus();
+        QCOMPARE(desk.prompts.titles(), QStringList {"Data Entry Error"});
+        QCOMPARE(desk.prompts.last().text, QStringLiteral("Future date not allowed."));
+        QCoreApplication::processEvents();
+        QCOMPARE(QApplication::focusWidget(), dateEdit(w, "FoodServiceDate"));
 
+        dateEdit(w, "FoodServiceDate")->setDate(QDate::currentDate());
+        desk.prompts.clear();
+        menu(desk.main, "mnuFileSave")->trigger();
         QVERIFY(!w->DataChanged());
         QCOMPARE(
             TestDatabase::count("FoodService",
@@ -125,47 +153,6 @@ private slots:
         QVERIFY(guard.isNull());
         QCOMPARE(TestDatabase::count("FoodService"), 3);
         QVERIFY(desk.prompts.messages().isEmpty());
-    }
-
-    void refusals()
-    {
-        EditorDesk desk;
-        auto *w = desk.open<frmFoodService>(RecordKind::FoodService);
-        // The type is checked before the bags.
-        typeInto(lineEdit(w, "NumberOfBags"), "0");
-        QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(),
-                 (Prompt::Message {"Required Field Empty", "Food Service Type is required.", Prompt::Icon::Exclamation, Prompt::Ok}));
-
-        choose(combo(w, "FoodServiceTypeID"), "Senior box");
-        QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(),
-                 (Prompt::Message {"Data Entry Error", "Number of bags cannot be zero.", Prompt::Icon::Exclamation, Prompt::Ok}));
-
-        lineEdit(w, "NumberOfBags")->clear();
-        w->cmdNext_Click();
-        QCOMPARE(desk.prompts.last().text, QStringLiteral("Number of bags is required."));
-
-        typeInto(lineEdit(w, "NumberOfBags"), "2");
-        dateEdit(w, "FoodServiceDate")->setDate(QDate::currentDate().addDays(1));
-        QVERIFY(!w->SaveCurrentRecord());
-        QCOMPARE(desk.prompts.last(),
-                 (Prompt::Message {"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation, Prompt::Ok}));
-        QCOMPARE(TestDatabase::count("FoodService"), 0);
-        QVERIFY(w->DataChanged());
-
-        // Leaving the date field with a future date is refused at once, and the focus stays.
-        const int before = desk.prompts.messages().size();
-        dateEdit(w, "FoodServiceDate")->setFocus();
-        lineEdit(w, "NumberOfBags")->setFocus();
-        QCOMPARE(desk.prompts.messages().size(), before + 1);
-        QCOMPARE(desk.prompts.last().text, QStringLiteral("Future date not allowed."));
-        QCoreApplication::processEvents();
-        QCOMPARE(QApplication::focusWidget(), dateEdit(w, "FoodServiceDate"));
-
-        dateEdit(w, "FoodServiceDate")->setDate(QDate::currentDate());
-        QVERIFY(w->SaveCurrentRecord());
-        QCOMPARE(TestDatabase::count("FoodService"), 1);
     }
 
     // The services are in date order; the keys move from any field; a change is saved before the move.
