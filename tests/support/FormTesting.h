@@ -18,6 +18,7 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
 
 struct ClientWorld : Desk
@@ -124,6 +125,15 @@ inline QComboBox *combo(RecordEditor *w, const char *column)
 inline QDateEdit *dateEdit(RecordEditor *w, const char *column)
 {
     return qobject_cast<QDateEdit *>(w->boundControl(QLatin1String(column)));
+}
+
+// Clicks a row of a grid as a user does (twice: a double-click).
+inline void clickRow(QTableView *grid, int row, bool twice = false)
+{
+    const QPoint at = grid->visualRect(grid->model()->index(row, 2)).center();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+    if (twice)
+        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
 }
 
 inline void choose(QComboBox *list, const QString &text)

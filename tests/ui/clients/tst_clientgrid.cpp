@@ -32,11 +32,6 @@ class tst_ClientGrid : public QObject
     Q_OBJECT
 
     static QTableView *grid(QWidget *w) { return w->findChild<QTableView *>(QStringLiteral("grdData")); }
-    static QPushButton *button(QWidget *w, const char *name) { return w->findChild<QPushButton *>(QString::fromLatin1(name)); }
-    static void clickRow(QTableView *g, int row)
-    {
-        QTest::mouseClick(g->viewport(), Qt::LeftButton, {}, g->visualRect(g->model()->index(row, 2)).center());
-    }
 
 private slots:
     void showsClientsSortedWithFormattedColumnsAndSortsByAHeading()

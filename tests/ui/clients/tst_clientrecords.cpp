@@ -26,13 +26,6 @@ class tst_ClientRecords : public QObject
                 return g;
         return nullptr;
     }
-    static void clickRow(QTableView *g, int row, bool twice = false)
-    {
-        const QPoint at = g->visualRect(g->model()->index(row, 1)).center();
-        QTest::mouseClick(g->viewport(), Qt::LeftButton, {}, at);
-        if (twice)
-            QTest::mouseDClick(g->viewport(), Qt::LeftButton, {}, at);
-    }
     static void bringBack(ClientWorld &world, MdiChild *w)
     {
         world.main.activateChild(w);

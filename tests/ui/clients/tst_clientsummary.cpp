@@ -16,7 +16,6 @@ class tst_ClientSummary : public QObject
     Q_OBJECT
 
     static QString block(QWidget *w) { return w->findChild<QTextEdit *>(QStringLiteral("rtbClientInfo"))->toPlainText(); }
-    static QString status(QWidget *w) { return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text(); }
 
 private slots:
     void emptyTable()
@@ -24,11 +23,11 @@ private slots:
         ClientWorld world;
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         QVERIFY(w);
-        QCOMPARE(status(w), QStringLiteral("Record: 0 of 0"));
+        QCOMPARE(statusText(w), QStringLiteral("Record: 0 of 0"));
         QVERIFY(block(w).isEmpty());
         QVERIFY(!w->findChild<QPushButton *>(QStringLiteral("cmdClientEdit"))->isEnabled());
         QTest::keyClick(w, Qt::Key_PageDown);
-        QCOMPARE(status(w), QStringLiteral("Record: 0 of 0"));
+        QCOMPARE(statusText(w), QStringLiteral("Record: 0 of 0"));
     }
 
     void clientBlockAndGrids()
@@ -51,7 +50,7 @@ private slots:
         QCOMPARE(lines.at(1), QStringLiteral("12 Main St"));
         QCOMPARE(lines.at(2), QStringLiteral("Peoria, IL  61602"));
         QCOMPARE(lines.at(3), QStringLiteral("(309) 555-1212"));
-        QCOMPARE(status(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(id));
+        QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 2     ID: %1").arg(id));
         const auto grids = w->findChildren<QTableView *>(QStringLiteral("grdData"));
         QCOMPARE(grids.size(), 3);
         QTableView *payments = grids.at(2);
@@ -77,7 +76,7 @@ private slots:
                              {{"ClientID", a}, {"NumberOfBags", 3}, {"FoodServiceDate", "2026-01-05"}, {"FoodServiceTypeID", 1}});
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
         QTableView *food = w->findChildren<QTableView *>(QStringLiteral("grdData")).at(1);
-        QTest::mouseClick(food->viewport(), Qt::LeftButton, {}, food->visualRect(food->model()->index(0, 1)).center());
+        clickRow(food, 0);
         auto *remove = w->findChildren<ClientSubGrid *>().at(1)->findChild<QPushButton *>(QStringLiteral("cmdGridDataDelete"));
         QVERIFY(remove->isEnabled());
         world.prompts.answer(Prompt::Yes);
