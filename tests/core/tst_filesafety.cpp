@@ -17,26 +17,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-QString newFile(const QTemporaryDir &dir, const QString &name)
-{
-    const QString path = dir.filePath(name);
-    QString error;
-    if (!Schema::CreateDatabase(path, false, &error))
-        qFatal("%s", qPrintable(error));
-    basDatabase::OpenConnection(path, &error);
-    basDatabase::Execute(QStringLiteral("BEGIN"));
-    for (int i = 0; i < 300; ++i)
-        basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName, FirstName, Comments) VALUES (?, 'Ann', ?)"),
-                             {QStringLiteral("Row%1").arg(i), QString(300, QLatin1Char('c'))});
-    basDatabase::Execute(QStringLiteral("COMMIT"));
-    basDatabase::CloseConnection();
-    return path;
-}
-
-}   // namespace
-
 class TestFileSafety : public QObject
 {
     Q_OBJECT
@@ -68,7 +48,7 @@ private Q_SLOTS:
         QFETCH(int, state);
         QFETCH(QString, named);
         QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
         if (!damage.isEmpty())
             QVERIFY(TestDatabase::onFile(path, damage).isValid());
         const QByteArray before = TestDatabase::fileHash(path);
@@ -99,7 +79,7 @@ private Q_SLOTS:
     void damagedFileIsRefusedAndItsReadableRowsCanBeCopied()
     {
         QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
         TestDatabase::scribble(path);
         const QByteArray before = TestDatabase::fileHash(path);
         QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Damaged);
@@ -126,7 +106,7 @@ private Q_SLOTS:
     void filesAreOwnerOnly()
     {
         QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
+        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
         QCOMPARE(TestDatabase::fileMode(path), 0600);
         QVERIFY(basDatabase::OpenConnection(path));
         basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName) VALUES ('Wal')"));

@@ -129,3 +129,17 @@ QVariant TestDatabase::onFile(const QString &path, const QStringList &statements
     QSqlDatabase::removeDatabase(name);
     return result;
 }
+
+QString TestDatabase::filledFile(const QString &path)
+{
+    QString error;
+    if (!Schema::CreateDatabase(path, false, &error) || !basDatabase::OpenConnection(path, &error))
+        qFatal("%s", qPrintable(error));
+    basDatabase::Execute(QStringLiteral("BEGIN"));
+    for (int i = 0; i < 300; ++i)
+        basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName, FirstName, Comments) VALUES (?, 'Ann', ?)"),
+                             {QStringLiteral("Row%1").arg(i), QString(300, QLatin1Char('c'))});
+    basDatabase::Execute(QStringLiteral("COMMIT"));
+    basDatabase::CloseConnection();
+    return path;
+}

@@ -24,6 +24,8 @@ public:
     // The SHA-256 of a file's bytes: equal before and after means the file was not touched.
     static QByteArray fileHash(const QString &path);
     static bool writeFile(const QString &path, const QByteArray &bytes);
+    // Creates a closed database at path holding 300 clients with long comments: pages enough to damage.
+    static QString filledFile(const QString &path);
     // The permission bits of a file or folder (0600, 0700...).
     static int fileMode(const QString &path);
     // Overwrites some pages of the records (the second half of the file) with noise, as a failing disk would.

@@ -24,14 +24,10 @@ int clientsNamed(const QString &lastName)
 // A database of 300 clients, opened once in the window (which backs it up) and closed again.
 QString pantryWithBackup(Desk &d, const QString &name)
 {
-    const QString path = d.db.folder() + QLatin1Char('/') + name;
-    QString error;
-    if (!Schema::CreateDatabase(path, false, &error) || !d.main.openDatabaseFile(path, true))
-        qFatal("%s", qPrintable(error));
-    basDatabase::Execute("BEGIN");
-    for (int i = 0; i < 300; ++i)
-        TestDatabase::insert("Client", {{"LastName", QStringLiteral("Row%1").arg(i)}, {"Comments", QString(300, 'c')}});
-    basDatabase::Execute("COMMIT");
+    d.main.closeDatabase();
+    const QString path = TestDatabase::filledFile(d.db.folder() + QLatin1Char('/') + name);
+    if (!d.main.openDatabaseFile(path, true))
+        qFatal("cannot open %s", qPrintable(path));
     d.main.closeDatabase();
     return path;
 }
