@@ -1,4 +1,4 @@
-#include "../core/ReportFixture.h"
+#include "ReportFixture.h"
 #include "CliRun.h"
 #include "basDatabase.h"
 
