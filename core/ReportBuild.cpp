@@ -27,6 +27,8 @@ bool Context::fail(const QString &text, const QString &title)
 bool scopeSelection(Context &context, RecordScope::Kind kind, const QString &alias, RecordScope::Selection *selection)
 {
     const Parameters &p = context.parameters;
+    if (p.reportType == RecordScope::CurrentRecordset && p.scope.sql.trimmed().isEmpty())
+        return context.fail(QStringLiteral("There is no current recordset."));
     *selection = RecordScope::select(kind, p.reportType, p.scope, alias);
     if (!selection->ok)
         return context.fail(QStringLiteral("Error in SQL syntax:\n%1\nCorrect syntax and try again.").arg(selection->error),
