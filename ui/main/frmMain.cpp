@@ -30,6 +30,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QLabel>
+#include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
@@ -185,13 +186,22 @@ void frmMain::DisplayOrganizationName()
 
 void frmMain::showCommands(const MdiChild::Commands &commands)
 {
-    const std::pair<const char *, bool> states[] = {{"Save", commands.save},
-                                                    {"Delete", commands.del},
-                                                    {"Filter", commands.filter},
-                                                    {"Sort Ascending", commands.sortAscending},
-                                                    {"Sort Descending", commands.sortDescending}};
-    for (const auto &[key, enabled] : states)
-        toolbarButton(QString::fromLatin1(key))->setEnabled(enabled);
+    // The toolbar button and its menu entry offer the same command.
+    const struct
+    {
+        const char *key;
+        const char *menuEntry;
+        bool enabled;
+    } states[] = {{"Save", "mnuFileSave", commands.save},
+                  {"Delete", "mnuFileDelete", commands.del},
+                  {"Filter", "mnuDataFilter", commands.filter},
+                  {"Sort Ascending", "mnuDataSortSortAscending", commands.sortAscending},
+                  {"Sort Descending", "mnuDataSortSortDescending", commands.sortDescending}};
+    for (const auto &state : states) {
+        toolbarButton(QString::fromLatin1(state.key))->setEnabled(state.enabled);
+        // Looked up in the menus only: a window being destroyed may call this from its destructor.
+        menuBar()->findChild<QAction *>(QLatin1String(state.menuEntry))->setEnabled(state.enabled);
+    }
     m_searchBar->offer(commands.searchBar);
 }
 

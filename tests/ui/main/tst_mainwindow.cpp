@@ -56,18 +56,17 @@ private slots:
 void TestMainWindow::dataMenusNeedADatabase_data()
 {
     QTest::addColumn<QString>("name");
-    QStringList names = {"mnuFileSave",
-                         "mnuFileDelete",
-                         "mnuFilePrintLabels",
+    QTest::addColumn<bool>("offered");
+    // A window's own commands are off while no window is open, so none of them can be chosen.
+    for (const char *name : {"mnuFileSave", "mnuFileDelete", "mnuDataFilter", "mnuDataSortSortAscending", "mnuDataSortSortDescending"})
+        QTest::newRow(name) << QString::fromLatin1(name) << false;
+    QStringList names = {"mnuFilePrintLabels",
                          "mnuDataClientSummary",
                          "mnuDataClientDetails",
                          "mnuDataClientTable",
                          "mnuDataVolunteers",
                          "mnuDataExportClients",
                          "mnuDataExportVolunteers",
-                         "mnuDataFilter",
-                         "mnuDataSortSortAscending",
-                         "mnuDataSortSortDescending",
                          "mnuReportsClientDetail",
                          "mnuReportsClientList",
                          "mnuReportsDemographics",
@@ -85,18 +84,21 @@ void TestMainWindow::dataMenusNeedADatabase_data()
     for (const LookupTables::LookupTable &t : LookupTables::all())
         names << QString::fromLatin1(t.menuName);
     for (const QString &name : names)
-        QTest::newRow(qPrintable(name)) << name;
+        QTest::newRow(qPrintable(name)) << name << true;
 }
 
 void TestMainWindow::dataMenusNeedADatabase()
 {
     QFETCH(QString, name);
+    QFETCH(bool, offered);
     frmMain main;
     main.show();
     ScriptedPrompts prompts;
     QAction *command = main.findChild<QAction *>(name);
     QVERIFY(command);
-    QVERIFY(command->isEnabled());
+    QCOMPARE(command->isEnabled(), offered);
+    if (!offered)
+        return;
     command->trigger();
     QCOMPARE(prompts.messages(),
              (QList<Prompt::Message> {{"No Database open", "There is no current database open.", Prompt::Icon::Exclamation, Prompt::Ok}}));
@@ -254,7 +256,7 @@ void TestMainWindow::menuEntriesAreNamedForTheirMenus()
 
 void TestMainWindow::toolbarFollowsTheWindows_data()
 {
-    // expected: Save, Delete, Filter, Sort Ascending, Sort Descending, search bar
+    // expected: Save, Delete, Filter, Sort Ascending, Sort Descending (buttons and menu entries), search bar
     QTest::addColumn<QString>("window");
     QTest::addColumn<QString>("step");
     QTest::addColumn<QString>("expected");
@@ -381,11 +383,21 @@ void TestMainWindow::toolbarFollowsTheWindows()
         }
     }
 
+    // The menu entry of each command follows the same state as its button.
+    const std::pair<const char *, const char *> commands[] = {{"Save", "mnuFileSave"},
+                                                              {"Delete", "mnuFileDelete"},
+                                                              {"Filter", "mnuDataFilter"},
+                                                              {"Sort Ascending", "mnuDataSortSortAscending"},
+                                                              {"Sort Descending", "mnuDataSortSortDescending"}};
     QString states;
-    for (const char *key : {"Save", "Delete", "Filter", "Sort Ascending", "Sort Descending"})
+    QString menuStates;
+    for (const auto &[key, entry] : commands) {
         states += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+        menuStates += action(main, entry)->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+    }
     states += main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
     QCOMPARE(states, expected);
+    QCOMPARE(menuStates, expected.left(5));
     if (step == QLatin1String("type Save") || step == QLatin1String("type add"))
         QCOMPARE(TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = 'OkaforZed'")), 1);
     if (step == QLatin1String("Delete"))
@@ -396,6 +408,7 @@ void TestMainWindow::toolbarFollowsTheWindows()
     QTRY_VERIFY(main.mdiArea()->subWindowList().isEmpty());
     QTRY_COMPARE(main.openChildCount(), 0);
     QVERIFY(!main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
+    QVERIFY(!action(main, "mnuFileDelete")->isEnabled());
     main.closeDatabase();
 }
 
