@@ -22,7 +22,7 @@ struct LookupTable
     const char *table;
     const char *keyColumn;
     const char *descriptionColumn;
-    const char *caption;   // the lookup editor's title
+    const char *caption;   // the lookup editor's title; this and menuCaption are translated in the "LookupTables" context
     const char *menuName;   // the Tools > Tables command
     const char *menuCaption;   // the caption with its access key
     const char *columnSpec;   // the lookup editor's column layout

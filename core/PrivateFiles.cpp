@@ -1,5 +1,6 @@
 #include "PrivateFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -50,7 +51,8 @@ bool MoveIntoPlace(const QString &finished, const QString &target, QString *erro
     if (std::rename(QFile::encodeName(finished).constData(), QFile::encodeName(target).constData()) == 0)
         return true;
     if (error)
-        *error = QStringLiteral("The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
+        *error
+            = QCoreApplication::translate("PrivateFiles", "The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
     return false;
 }
 
@@ -87,13 +89,14 @@ bool MoveIntoPlace(const QString &finished, const QString &target, QString *erro
 {
     if (QFileInfo::exists(target) && !QFile::remove(target)) {
         if (error)
-            *error = QStringLiteral("The file '%1' cannot be replaced.").arg(QDir::toNativeSeparators(target));
+            *error = QCoreApplication::translate("PrivateFiles", "The file '%1' cannot be replaced.").arg(QDir::toNativeSeparators(target));
         return false;
     }
     if (QFile::rename(finished, target))
         return true;
     if (error)
-        *error = QStringLiteral("The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
+        *error
+            = QCoreApplication::translate("PrivateFiles", "The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
     return false;
 }
 

@@ -4,6 +4,7 @@
 #include "basDatabase.h"
 #include "basTendmark.h"
 
+#include <QCoreApplication>
 #include <QSqlQuery>
 #include <QStringList>
 
@@ -123,7 +124,8 @@ Query client(const QString &field, const QString &text)
         if (e.match == Match::Date) {
             const QDate date = basTendmark::ParseDate(text);
             if (!date.isValid())
-                return problem(QStringLiteral("Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
+                return problem(
+                    QCoreApplication::translate("SearchQueries", "Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
             return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}};
         }
         const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : text;
@@ -137,7 +139,7 @@ Query client(const QString &field, const QString &text)
         return familyQuery(QStringLiteral("SocialSecurityNumber"), Match::StartsWith, withoutDashes(text));
     if (field == QLatin1String("Family Member Driver's License Number"))
         return familyQuery(QStringLiteral("DriversLicenseNumber"), Match::StartsWith, text);
-    return problem(QStringLiteral("Choose a field to search on."));
+    return problem(QCoreApplication::translate("SearchQueries", "Choose a field to search on."));
 }
 
 Query volunteer(const QString &field, const QString &text)
@@ -176,7 +178,7 @@ Query volunteer(const QString &field, const QString &text)
                 {},
                 {}};
     }
-    return problem(QStringLiteral("Choose a field to search on."));
+    return problem(QCoreApplication::translate("SearchQueries", "Choose a field to search on."));
 }
 
 Outcome run(const Query &query)
