@@ -21,7 +21,7 @@
 
 namespace {
 
-const QString kCaption = QStringLiteral("Client Table");
+const char *const kCaption = QT_TRANSLATE_NOOP("frmClientGrid", "Client Table");
 
 // Shows the wait cursor for the lifetime of the object.
 struct WaitCursor
@@ -35,8 +35,8 @@ struct WaitMessage
 {
     explicit WaitMessage(QWidget *owner) : notice(owner)
     {
-        notice.setWindowTitle(QStringLiteral("Please Wait..."));
-        notice.setMessage(QStringLiteral("Please wait while the recordset is refreshed..."));
+        notice.setWindowTitle(frmClientGrid::tr("Please Wait..."));
+        notice.setMessage(frmClientGrid::tr("Please wait while the recordset is refreshed..."));
         notice.showNow();
     }
     ~WaitMessage() { notice.hide(); }
@@ -48,7 +48,7 @@ struct WaitMessage
 frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientGrid"));
-    setWindowTitle(kCaption);
+    setWindowTitle(tr(kCaption));
 
     grdData = new QTableView(this);
     grdData->setObjectName(QStringLiteral("grdData"));
@@ -66,11 +66,10 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
         b->setToolTip(tip);
         return b;
     };
-    cmdClientAdd = button("cmdClientAdd", QStringLiteral("&Add..."), QStringLiteral("Click to add a new client."));
-    cmdClientEdit = button("cmdClientEdit", QStringLiteral("&Edit..."), QStringLiteral("Click to edit the selected client's details."));
-    cmdClientDelete
-        = button("cmdClientDelete", QStringLiteral("&Delete"), QStringLiteral("Click to delete the selected client from the database."));
-    cmdRefresh = button("cmdRefresh", QStringLiteral("Refresh"), QStringLiteral("Read the list again from the database."));
+    cmdClientAdd = button("cmdClientAdd", tr("&Add..."), tr("Click to add a new client."));
+    cmdClientEdit = button("cmdClientEdit", tr("&Edit..."), tr("Click to edit the selected client's details."));
+    cmdClientDelete = button("cmdClientDelete", tr("&Delete"), tr("Click to delete the selected client from the database."));
+    cmdRefresh = button("cmdRefresh", tr("Refresh"), tr("Read the list again from the database."));
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdClientAdd);
@@ -108,10 +107,10 @@ void frmClientGrid::setSQL(const QString &sql)
 {
     if (sql.isEmpty()) {
         m_baseSql = RecordQueries::allClients();
-        setWindowTitle(kCaption);
+        setWindowTitle(tr(kCaption));
     } else {
         m_baseSql = sql;
-        setWindowTitle(kCaption + QStringLiteral(" (Filter Applied)"));
+        setWindowTitle(tr("%1 (Filter Applied)").arg(tr(kCaption)));
     }
 }
 

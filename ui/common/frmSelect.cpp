@@ -61,10 +61,10 @@ frmSelect::frmSelect(QWidget *parent) : QDialog(parent)
     m_lblGrid->setWordWrap(true);
     m_grdData = new QTableView(this);
     m_grdData->setObjectName(QStringLiteral("grdData"));
-    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    m_cmdOK = new QPushButton(tr("OK"), this);
     m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
     m_cmdOK->setDefault(true);
-    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    m_cmdCancel = new QPushButton(tr("Cancel"), this);
     m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     auto *buttons = new QDialogButtonBox(this);
     buttons->addButton(m_cmdOK, QDialogButtonBox::AcceptRole);
