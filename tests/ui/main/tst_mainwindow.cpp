@@ -28,7 +28,19 @@
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
+#include <QTranslator>
 #include <QtTest>
+
+// Marks every text it is asked for, so a test can tell what is translated.
+class MarkingTranslator : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *sourceText, const char *, int) const override
+    {
+        return *sourceText ? QStringLiteral("[%1]").arg(QString::fromUtf8(sourceText)) : QString();
+    }
+};
 
 // The frame: the start panel with no database, the view bar, help.
 class TestMainWindow : public QObject
@@ -51,6 +63,7 @@ private slots:
     void startPanelOpensTheDemo();
     void viewBarFollowsTheViewMenu();
     void helpShowsTheGuideAndItsIndex();
+    void aTranslationChangesTheTextsNotTheNames();
 };
 
 void TestMainWindow::dataMenusNeedADatabase_data()
@@ -475,6 +488,44 @@ void TestMainWindow::windowMenuArrangesTheWindows()
     subs.at(2)->showNormal();
     arrange("mnuWindowCascade");
     QVERIFY(subs.at(1)->pos() != subs.at(0)->pos());
+    main.closeDatabase();
+}
+
+void TestMainWindow::aTranslationChangesTheTextsNotTheNames()
+{
+    TestDatabase db(false);
+    ScriptedPrompts prompts;
+    MarkingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    const auto removeTranslator = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
+    frmMain main;
+    main.show();
+    QVERIFY(main.openDatabaseFile(db.path(), true));
+    const QString client
+        = QString::number(TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")}}));
+    for (const char *window : {"mnuDataClientDetails", "mnuDataClientSummary", "mnuDataVolunteers", "mnuToolsTablesHousing"})
+        action(main, window)->trigger();
+    for (RecordKind kind : {RecordKind::FamilyMember, RecordKind::FoodService, RecordKind::Payment, RecordKind::Income})
+        main.openRecordEditor(kind, client, {});
+    QCOMPARE(main.mdiArea()->subWindowList().size(), 8);
+
+    // The shown texts come from the translation, menus, lookup tables and buttons alike...
+    QCOMPARE(main.findChild<QMenu *>(QStringLiteral("mnuFile"))->title(), QStringLiteral("[&File]"));
+    QCOMPARE(action(main, "mnuToolsTablesHousing")->text(), QStringLiteral("[&Housing]"));
+    QCOMPARE(main.toolbarButton(QStringLiteral("Save"))->text(), QStringLiteral("[Save]"));
+    QCOMPARE(main.toolbarButton(QStringLiteral("Search"))->text(), QStringLiteral("[Search]"));
+    QCOMPARE(main.findChild<QWidget *>(QStringLiteral("frmClientDetails"))->windowTitle(), QStringLiteral("[Client Details]"));
+    // ...while the names the program finds things by stay as they are.
+    int bound = 0;
+    for (QWidget *w : main.findChildren<QWidget *>()) {
+        const QString field = w->property("DataField").toString();
+        QVERIFY2(!field.contains(QLatin1Char('[')) && !w->objectName().contains(QLatin1Char('[')), qPrintable(w->objectName() + field));
+        bound += field.isEmpty() ? 0 : 1;
+    }
+    QVERIFY(bound > 60);
+    for (QAction *a : main.findChildren<QAction *>())
+        QVERIFY2(!a->objectName().contains(QLatin1Char('[')), qPrintable(a->objectName()));
+    QVERIFY(prompts.messages().isEmpty());
     main.closeDatabase();
 }
 
