@@ -58,31 +58,58 @@ Query familyQuery(const QString &column, Match match, const QString &text)
 
 }   // namespace
 
+namespace {
+
+const char *const kClientFields[] = {
+    QT_TRANSLATE_NOOP("SearchQueries", "Last Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "First Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Social Security Number"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Driver's License Number"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Birth Date"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Home Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Mobile Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Work Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Employer Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Employer Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member Last Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member First Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member Social Security Number"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member Driver's License Number"),
+};
+
+const char *const kVolunteerFields[] = {
+    QT_TRANSLATE_NOOP("SearchQueries", "Last Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "First Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Home Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Mobile Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Work Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "E-Mail Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Emergency Contact"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Emergency Contact Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Affiliation"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Comments"),
+};
+
+template<size_t N> QStringList names(const char *const (&fields)[N])
+{
+    QStringList list;
+    for (const char *field : fields)
+        list << QString::fromUtf8(field);
+    return list;
+}
+
+}   // namespace
+
 QStringList clientFields()
 {
-    return {QStringLiteral("Last Name"),
-            QStringLiteral("First Name"),
-            QStringLiteral("Social Security Number"),
-            QStringLiteral("Driver's License Number"),
-            QStringLiteral("Address"),
-            QStringLiteral("Birth Date"),
-            QStringLiteral("Home Phone"),
-            QStringLiteral("Mobile Phone"),
-            QStringLiteral("Work Phone"),
-            QStringLiteral("Employer Name"),
-            QStringLiteral("Employer Address"),
-            QStringLiteral("Family Member Last Name"),
-            QStringLiteral("Family Member First Name"),
-            QStringLiteral("Family Member Social Security Number"),
-            QStringLiteral("Family Member Driver's License Number")};
+    return names(kClientFields);
 }
 
 QStringList volunteerFields()
 {
-    return {QStringLiteral("Last Name"),      QStringLiteral("First Name"),        QStringLiteral("Address"),
-            QStringLiteral("Home Phone"),     QStringLiteral("Mobile Phone"),      QStringLiteral("Work Phone"),
-            QStringLiteral("E-Mail Address"), QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"),
-            QStringLiteral("Affiliation"),    QStringLiteral("Comments")};
+    return names(kVolunteerFields);
 }
 
 Query client(const QString &field, const QString &text)

@@ -7,6 +7,7 @@
 #include "basErrorHandler.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -68,11 +69,12 @@ void SearchBar::AddSearchForItem()
     const QStringList fields = m_kind == MdiChild::Kind::Volunteer ? SearchQueries::volunteerFields() : SearchQueries::clientFields();
     QStringList current;
     for (int i = 0; i < m_cboSearchOn->count(); ++i)
-        current << m_cboSearchOn->itemText(i);
+        current << m_cboSearchOn->itemData(i).toString();
     if (current == fields)
         return;
     m_cboSearchOn->clear();
-    m_cboSearchOn->addItems(fields);
+    for (const QString &field : fields)
+        m_cboSearchOn->addItem(QCoreApplication::translate("SearchQueries", field.toUtf8().constData()), field);
 }
 
 void SearchBar::cmdSearch_Click()
@@ -88,14 +90,15 @@ void SearchBar::cmdSearch_Click()
 void SearchBar::SearchForClient()
 {
     basErrorHandler::Guard(QStringLiteral("frmMain.SearchForClient"), [this] {
-        runSearch(SearchQueries::client(m_cboSearchOn->currentText(), m_cboSearchFor->currentText()), MdiChild::Kind::Client);
+        runSearch(SearchQueries::client(m_cboSearchOn->currentData().toString(), m_cboSearchFor->currentText()), MdiChild::Kind::Client);
     });
 }
 
 void SearchBar::SearchForVolunteer()
 {
     basErrorHandler::Guard(QStringLiteral("frmMain.SearchForVolunteer"), [this] {
-        runSearch(SearchQueries::volunteer(m_cboSearchOn->currentText(), m_cboSearchFor->currentText()), MdiChild::Kind::Volunteer);
+        runSearch(SearchQueries::volunteer(m_cboSearchOn->currentData().toString(), m_cboSearchFor->currentText()),
+                  MdiChild::Kind::Volunteer);
     });
 }
 

@@ -525,6 +525,13 @@ void TestMainWindow::aTranslationChangesTheTextsNotTheNames()
     QVERIFY(bound > 60);
     for (QAction *a : main.findChildren<QAction *>())
         QVERIFY2(!a->objectName().contains(QLatin1Char('[')), qPrintable(a->objectName()));
+    // The search bar shows its fields translated and searches by the untranslated one.
+    main.activateChild(qobject_cast<MdiChild *>(main.findChild<QWidget *>(QStringLiteral("frmClientDetails"))));
+    auto *searchOn = main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"));
+    QCOMPARE(searchOn->itemText(0), QStringLiteral("[Last Name]"));
+    searchOn->setCurrentIndex(0);
+    main.findChild<QComboBox *>(QStringLiteral("cboSearchFor"))->setEditText(QStringLiteral("Okafor"));
+    main.toolbarButton(QStringLiteral("Search"))->trigger();
     QVERIFY(prompts.messages().isEmpty());
     main.closeDatabase();
 }
