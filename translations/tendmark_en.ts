@@ -63,6 +63,194 @@
     </message>
 </context>
 <context>
+    <name>ColumnHeadings</name>
+    <message>
+        <location filename="../core/LookupTables.cpp" line="+17"/>
+        <source>^ID,800|^Education Level,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Ethnic Origin,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Expense Categories,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Food Service Types,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Housing,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>&gt;ID,800|^Income Sources,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Marital Status,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Other Types of Assistance,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Payment Types,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Relationship,5000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Religious Preference,5200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>^ID,800|^Zip Code,1100|&lt;City,3000|^State,1100</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="+370"/>
+        <source>Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Date,1000|Type of Service,2700|^Bags,600|Comments,2850</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>&lt;Source,2350|^Amount,900</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&lt;Category,2350|^Amount,900</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../ui/clients/frmClientGrid.cpp" line="+58"/>
+        <source>&gt;ID,700|&lt;Last Name,1400|&lt;First Name,1200|&lt;MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|&lt;Ethnic Origin,1300|&lt;Marital Status,1400|&lt;Address,2500|&lt;City,1100|^State,600|&lt;Zip Code,1000|&lt;Home Phone,1300|&lt;Work Phone,1300|&lt;Mobile Phone,1300|&lt;Comments,4000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../ui/clients/frmClientSummary.cpp" line="+65"/>
+        <source>Relationship,1200|Name,2220|^Age,500</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>^Date,1000|Type of Service,2330|^Bags,590</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>^Date,1000|Type of Payment,2120|^Amount,800</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../ui/common/frmSelect.cpp" line="+27"/>
+        <source>&lt;Last Name,1200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;First Name,1200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;MI,400</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>^SSN,1000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>^DLN,1000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Address,2700</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;City,2700</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;State,800</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Zip Code,1000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>^Birth Date,1000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Home Phone,1300</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Mobile Phone,1300</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Work Phone,1300</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Employer Name,2000</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Employer Address,2700</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&lt;Relationship,1400</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>DatabaseSession</name>
     <message>
         <location filename="../ui/main/DatabaseSession.cpp" line="+26"/>
@@ -285,7 +473,7 @@ TendMark will not change this file.<byte value="xd"/>
 <context>
     <name>LookupTables</name>
     <message>
-        <location filename="../core/LookupTables.cpp" line="+14"/>
+        <location filename="../core/LookupTables.cpp" line="-91"/>
         <source>Education Level</source>
         <translation type="unfinished"></translation>
     </message>
@@ -811,6 +999,19 @@ Table</source>
     <message>
         <location line="-7"/>
         <source>The file &apos;%1&apos; cannot be replaced.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>QCoreApplication</name>
+    <message>
+        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="-1"/>
+        <source>Monthly Income:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Monthly Expenses:</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1572,7 +1773,7 @@ Are you sure you want to do this?</source>
 <context>
     <name>frmClientDetails</name>
     <message>
-        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="+85"/>
+        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="-299"/>
         <source>The number of people in the household and the date of the last food service.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2017,16 +2218,6 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+19"/>
-        <source>Monthly Income:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+1"/>
-        <source>Monthly Expenses:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <location filename="../ui/clients/frmClientDetails.cpp" line="+23"/>
         <source>Client Details</source>
         <translation type="unfinished"></translation>
@@ -2112,7 +2303,7 @@ Are you sure you want to do this?</source>
 <context>
     <name>frmClientGrid</name>
     <message>
-        <location filename="../ui/clients/frmClientGrid.cpp" line="+24"/>
+        <location filename="../ui/clients/frmClientGrid.cpp" line="-33"/>
         <source>Client Table</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2127,7 +2318,7 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+30"/>
+        <location line="+32"/>
         <source>&amp;Add...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2175,7 +2366,7 @@ Are you sure you want to do this?</source>
 <context>
     <name>frmClientSummary</name>
     <message>
-        <location filename="../ui/clients/frmClientSummary.cpp" line="+21"/>
+        <location filename="../ui/clients/frmClientSummary.cpp" line="-49"/>
         <source>Client Summary</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2210,17 +2401,17 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+1"/>
+        <location line="+3"/>
         <source>Food Service</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+2"/>
+        <location line="+3"/>
         <source>Payment History</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+24"/>
+        <location line="+25"/>
         <source>Add...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3012,7 +3203,7 @@ A backup of the database as it is now is made first.</source>
 <context>
     <name>frmSelect</name>
     <message>
-        <location filename="../ui/common/frmSelect.cpp" line="+64"/>
+        <location filename="../ui/common/frmSelect.cpp" line="+23"/>
         <source>OK</source>
         <translation type="unfinished"></translation>
     </message>

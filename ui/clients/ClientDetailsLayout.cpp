@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -365,17 +366,23 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
     };
     switch (tab) {
     case FamilyTab:
-        fit(rows->addGrid(RecordKind::FamilyMember, QStringLiteral("Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400")));
+        fit(rows->addGrid(RecordKind::FamilyMember,
+                          QCoreApplication::translate("ColumnHeadings", "Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400")));
         break;
     case FoodServiceTab:
-        fit(rows->addGrid(RecordKind::FoodService, QStringLiteral("Date,1000|Type of Service,2700|^Bags,600|Comments,2850")));
+        fit(rows->addGrid(RecordKind::FoodService,
+                          QCoreApplication::translate("ColumnHeadings", "Date,1000|Type of Service,2700|^Bags,600|Comments,2850")));
         break;
     case PaymentTab:
-        fit(rows->addGrid(RecordKind::Payment, QStringLiteral("Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100")));
+        fit(rows->addGrid(
+            RecordKind::Payment,
+            QCoreApplication::translate("ColumnHeadings", "Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100")));
         break;
     default:
-        fit(rows->addGrid(RecordKind::Income, QStringLiteral("<Source,2350|^Amount,900"), tr("Monthly Income:")));
-        fit(rows->addGrid(RecordKind::Expenses, QStringLiteral("<Category,2350|^Amount,900"), tr("Monthly Expenses:")));
+        fit(rows->addGrid(RecordKind::Income, QCoreApplication::translate("ColumnHeadings", "<Source,2350|^Amount,900"),
+                          tr("Monthly Income:")));
+        fit(rows->addGrid(RecordKind::Expenses, QCoreApplication::translate("ColumnHeadings", "<Category,2350|^Amount,900"),
+                          tr("Monthly Expenses:")));
         break;
     }
     connect(rows, &ClientSubGrid::rowDeleted, this, [this] {

@@ -11,6 +11,7 @@
 #include "RecordQueries.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -52,10 +53,12 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 
     grdData = new QTableView(this);
     grdData->setObjectName(QStringLiteral("grdData"));
-    grdData->setProperty("ColumnSpec",
-                         QStringLiteral(">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
-                                        "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
-                                        "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
+    grdData->setProperty(
+        "ColumnSpec",
+        QCoreApplication::translate("ColumnHeadings",
+                                    ">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
+                                    "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
+                                    "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
     basTendmark::FormatDataGrid(grdData);
     basClient::FitColumns(grdData);
     grdData->horizontalHeader()->setSectionsClickable(true);

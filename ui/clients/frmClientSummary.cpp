@@ -8,6 +8,7 @@
 #include "basErrorHandler.h"
 #include "basTendmark.h"
 
+#include <QCoreApplication>
 #include <QFontDatabase>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -60,10 +61,14 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
     });
 
     auto *grids = new QHBoxLayout;
-    grids->addWidget(buildGrid(tr("Family Members"), RecordKind::FamilyMember, QStringLiteral("Relationship,1200|Name,2220|^Age,500")), 5);
-    grids->addWidget(buildGrid(tr("Food Service"), RecordKind::FoodService, QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590")),
+    grids->addWidget(buildGrid(tr("Family Members"), RecordKind::FamilyMember,
+                               QCoreApplication::translate("ColumnHeadings", "Relationship,1200|Name,2220|^Age,500")),
                      5);
-    grids->addWidget(buildGrid(tr("Payment History"), RecordKind::Payment, QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800")),
+    grids->addWidget(buildGrid(tr("Food Service"), RecordKind::FoodService,
+                               QCoreApplication::translate("ColumnHeadings", "^Date,1000|Type of Service,2330|^Bags,590")),
+                     5);
+    grids->addWidget(buildGrid(tr("Payment History"), RecordKind::Payment,
+                               QCoreApplication::translate("ColumnHeadings", "^Date,1000|Type of Payment,2120|^Amount,800")),
                      5);
 
     m_strip = new NavigationStrip(this, false);

@@ -42,7 +42,7 @@ frmTableGrid::frmTableGrid(Workspace *main, const LookupTables::LookupTable &tab
 {
     setObjectName(QStringLiteral("frmTableGrid"));
     setWindowTitle(QCoreApplication::translate("LookupTables", table.caption));
-    const QString columnHeaders = QLatin1String(table.columnSpec);
+    const QString columnHeaders = QCoreApplication::translate("ColumnHeadings", table.columnSpec);
     buildControls(columnHeaders);
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.Form_Load"), [&] {
         for (const FieldInfo &field : basDatabase::Fields(m_tableName))
