@@ -5,6 +5,7 @@
 #include "Schema.h"
 #include "basRegistry.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -121,7 +122,7 @@ bool BackupNow(const QString &database, const QString &folderIn, QString *made, 
 {
     const QString folder = folderIn.isEmpty() ? Folder(database) : folderIn;
     if (!PrivateFiles::MakePrivateFolder(folder)) {
-        *error = QStringLiteral("The backup folder %1 cannot be created.").arg(QDir::toNativeSeparators(folder));
+        *error = QCoreApplication::translate("Backups", "The backup folder %1 cannot be created.").arg(QDir::toNativeSeparators(folder));
         return false;
     }
     bool recovered = false;
@@ -146,7 +147,7 @@ bool BackupNow(const QString &database, const QString &folderIn, QString *made, 
     if (!copied || Schema::ExamineForOpening(building).state != Schema::FileState::Ok
         || !PrivateFiles::MoveIntoPlace(building, target, error)) {
         QFile::remove(building);
-        *error = QStringLiteral("The backup of %1 could not be made in %2. %3")
+        *error = QCoreApplication::translate("Backups", "The backup of %1 could not be made in %2. %3")
                      .arg(QFileInfo(database).fileName(), QDir::toNativeSeparators(folder), sqlError)
                      .trimmed();
         return false;
@@ -186,7 +187,7 @@ bool keepAsItIs(const QString &database, QString *error)
         && PrivateFiles::MoveIntoPlace(building, target, error))
         return true;
     QFile::remove(building);
-    *error = QStringLiteral("%1 could not be kept in %2 before the backup was put in its place.")
+    *error = QCoreApplication::translate("Backups", "%1 could not be kept in %2 before the backup was put in its place.")
                  .arg(QFileInfo(database).fileName(), QDir::toNativeSeparators(folder));
     return false;
 }
@@ -205,7 +206,8 @@ bool Restore(const QString &backup, const QString &database, QString *error)
         if (!BackupNow(database, {}, &made, error) && !keepAsItIs(database, error))
             return false;
         if (QFileInfo::exists(database + QStringLiteral("-wal"))) {
-            *error = QStringLiteral("%1 is open in a program; close it first.").arg(QDir::toNativeSeparators(database));
+            *error = QCoreApplication::translate("Backups", "%1 is open in a program; close it first.")
+                         .arg(QDir::toNativeSeparators(database));
             return false;
         }
     }
@@ -213,7 +215,8 @@ bool Restore(const QString &backup, const QString &database, QString *error)
     const QString building = target.absoluteDir().filePath(QStringLiteral(".%1.restoring").arg(target.fileName()));
     QFile::remove(building);
     if (!QFile::copy(backup, building)) {
-        *error = QStringLiteral("The backup could not be copied beside %1.").arg(QDir::toNativeSeparators(database));
+        *error
+            = QCoreApplication::translate("Backups", "The backup could not be copied beside %1.").arg(QDir::toNativeSeparators(database));
         return false;
     }
     PrivateFiles::MakePrivate(building);

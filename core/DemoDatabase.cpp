@@ -3,6 +3,7 @@
 #include "DemoData.h"
 #include "Schema.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QSqlDatabase>
@@ -22,7 +23,8 @@ bool Ensure(QString *error)
     if (QFileInfo::exists(path))
         return true;
     if (!QDir().mkpath(QFileInfo(path).absolutePath())) {
-        *error = QStringLiteral("The folder %1 could not be created.").arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
+        *error = QCoreApplication::translate("DemoDatabase", "The folder %1 could not be created.")
+                     .arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
         return false;
     }
     // Built under another name and renamed by CreateDatabase, so a failure never leaves half a demo

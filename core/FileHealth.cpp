@@ -4,6 +4,7 @@
 #include "Schema.h"
 #include "Transaction.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -31,7 +32,8 @@ bool FinishInterruptedSave(const QString &path, bool *recovered, QString *error)
     if (!pending)
         return true;
     if (!PrivateFiles::OwnedByMe(path)) {
-        *error = QStringLiteral("A save to it was cut short, and only the user who owns the file can finish it.");
+        *error
+            = QCoreApplication::translate("FileHealth", "A save to it was cut short, and only the user who owns the file can finish it.");
         return false;
     }
     sqlite3 *db = nullptr;
@@ -44,7 +46,8 @@ bool FinishInterruptedSave(const QString &path, bool *recovered, QString *error)
             rc = sqlite3_exec(db, "PRAGMA wal_checkpoint(TRUNCATE)", nullptr, nullptr, nullptr);
     }
     if (rc != SQLITE_OK)
-        *error = QStringLiteral("A save to it was cut short and could not be finished (%1).").arg(QString::fromUtf8(sqlite3_errstr(rc)));
+        *error = QCoreApplication::translate("FileHealth", "A save to it was cut short and could not be finished (%1).")
+                     .arg(QString::fromUtf8(sqlite3_errstr(rc)));
     sqlite3_close(db);
     *recovered = rc == SQLITE_OK;
     return rc == SQLITE_OK;
@@ -119,7 +122,8 @@ bool CopyReadable(const QString &damaged, const QString &newFile, CopyReport *re
         from.setDatabaseName(damaged);
         from.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
         if (!from.open()) {
-            *error = QStringLiteral("The file '%1' cannot be read at all.").arg(QDir::toNativeSeparators(damaged));
+            *error
+                = QCoreApplication::translate("FileHealth", "The file '%1' cannot be read at all.").arg(QDir::toNativeSeparators(damaged));
         } else {
             ok = Schema::CreateDatabase(newFile, false, error, copyRows);
         }

@@ -22,10 +22,10 @@ struct LookupTable
     const char *table;
     const char *keyColumn;
     const char *descriptionColumn;
-    const char *caption;   // the lookup editor's title
+    const char *caption;   // the lookup editor's title; this and menuCaption are translated in the "LookupTables" context
     const char *menuName;   // the Tools > Tables command
     const char *menuCaption;   // the caption with its access key
-    const char *columnSpec;   // the lookup editor's column layout
+    const char *columnSpec;   // the lookup editor's column layout; translated in the "ColumnHeadings" context
     // The columns that refer to an item; zip codes are copied into the records as text, so nothing refers to them.
     QList<Reference> references;
 

@@ -1,5 +1,6 @@
 #include "PrivateFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -51,7 +52,8 @@ bool MoveIntoPlace(const QString &finished, const QString &target, QString *erro
     if (std::rename(QFile::encodeName(finished).constData(), QFile::encodeName(target).constData()) == 0)
         return true;
     if (error)
-        *error = QStringLiteral("The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
+        *error
+            = QCoreApplication::translate("PrivateFiles", "The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
     return false;
 }
 

@@ -1,5 +1,6 @@
 #include "PrivateFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -144,7 +145,8 @@ bool MoveIntoPlace(const QString &finished, const QString &target, QString *erro
     if (MoveFileExW(native(finished, &from), native(target, &to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
         return true;
     if (error)
-        *error = QStringLiteral("The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
+        *error
+            = QCoreApplication::translate("PrivateFiles", "The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
     return false;
 }
 

@@ -3,6 +3,7 @@
 #include "basDatabase.h"
 
 #include <QAtomicInt>
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
@@ -55,7 +56,7 @@ public:
         if (qstrcmp(handle.typeName(), "sqlite3*") == 0)
             m_handle = *static_cast<sqlite3 *const *>(handle.constData());
         if (!m_handle)
-            m_error = QStringLiteral("The database driver gives no access to its connection.");
+            m_error = QCoreApplication::translate("RecordScope", "The database driver gives no access to its connection.");
         else
             sqlite3_set_authorizer(m_handle, authorize, &m_reads);
     }
@@ -85,7 +86,7 @@ public:
             return false;
         }
         if (!statement) {
-            *error = QStringLiteral("The statement is empty.");
+            *error = QCoreApplication::translate("RecordScope", "The statement is empty.");
             return false;
         }
         for (int i = 0; i < sqlite3_column_count(statement); ++i)
@@ -98,11 +99,11 @@ public:
         const int rc = sqlite3_prepare_v2(m_handle, tail, -1, &next, nullptr);
         sqlite3_finalize(next);
         if (rc != SQLITE_OK || next) {
-            *error = QStringLiteral("Only one statement can be run at a time.");
+            *error = QCoreApplication::translate("RecordScope", "Only one statement can be run at a time.");
             return false;
         }
         if (!readOnly) {
-            *error = QStringLiteral("The statement would change the database.");
+            *error = QCoreApplication::translate("RecordScope", "The statement would change the database.");
             return false;
         }
         return true;
@@ -139,7 +140,7 @@ bool runReadOnly(const QString &sql, const QString &table, const QStringList &re
                  QList<QVariantList> *rows, QString *error)
 {
     if (!basDatabase::IsOpen())
-        return fail(error, QStringLiteral("No database is open."));
+        return fail(error, QCoreApplication::translate("RecordScope", "No database is open."));
     ReadOnlyConnection connection;
     if (!connection.ok())
         return fail(error, connection.error());
@@ -149,10 +150,10 @@ bool runReadOnly(const QString &sql, const QString &table, const QStringList &re
     if (!connection.inspect(sql, &columns, &tables, &reason))
         return fail(error, reason);
     if (!table.isEmpty() && !tables.contains(table.toLower()))
-        return fail(error, QStringLiteral("The statement must select from the %1 table.").arg(table));
+        return fail(error, QCoreApplication::translate("RecordScope", "The statement must select from the %1 table.").arg(table));
     for (const QString &column : requiredColumns) {
         if (!columns.contains(column, Qt::CaseInsensitive))
-            return fail(error, QStringLiteral("The statement must return the column %1.").arg(column));
+            return fail(error, QCoreApplication::translate("RecordScope", "The statement must return the column %1.").arg(column));
     }
 
     // The statement is known to be single; a closing semicolon would end the wrapper early.
@@ -190,7 +191,7 @@ Selection select(Kind kind, int reportType, const ActiveScope &scope, const QStr
         return result;
     }
     if (scope.sql.trimmed().isEmpty()) {
-        result.error = QStringLiteral("There is no current recordset.");
+        result.error = QCoreApplication::translate("RecordScope", "There is no current recordset.");
         return result;
     }
     QList<QVariantList> rows;

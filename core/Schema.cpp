@@ -5,6 +5,7 @@
 #include "PrivateFiles.h"
 #include "Transaction.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -87,7 +88,7 @@ bool pragmaInt(QSqlDatabase db, const QString &pragma, int *value)
 FileCheck damaged(const QString &path, FileCheck check, const QStringList &problems)
 {
     check.state = FileState::Damaged;
-    check.reason = QStringLiteral("The file '%1' is damaged: %2").arg(path, problems.value(0));
+    check.reason = QCoreApplication::translate("Schema", "The file '%1' is damaged: %2").arg(path, problems.value(0));
     check.problems = problems;
     return check;
 }
@@ -146,11 +147,11 @@ QString describeMissing(const QString &item)
     const QString kind = item.section(QLatin1Char(' '), 0, 0);
     const QString name = item.section(QLatin1Char(' '), 1);
     if (kind == QLatin1String("table"))
-        return QStringLiteral("The table %1 is missing.").arg(name);
+        return QCoreApplication::translate("Schema", "The table %1 is missing.").arg(name);
     if (kind == QLatin1String("column"))
-        return QStringLiteral("The column %1 of the table %2 is missing.")
+        return QCoreApplication::translate("Schema", "The column %1 of the table %2 is missing.")
             .arg(name.section(QLatin1Char('.'), 1), name.section(QLatin1Char('.'), 0, 0));
-    return QStringLiteral("The %1 %2 is missing.").arg(kind, name);
+    return QCoreApplication::translate("Schema", "The %1 %2 is missing.").arg(kind, name);
 }
 
 }   // namespace
@@ -181,7 +182,7 @@ bool PrepareForWriting(QSqlDatabase db, QString *error)
     if (!q.exec(QStringLiteral("PRAGMA journal_mode = WAL")) || !q.next()
         || q.value(0).toString().compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0) {
         if (error)
-            *error = QStringLiteral("The file cannot keep a write-ahead log (%1).").arg(q.lastError().text());
+            *error = QCoreApplication::translate("Schema", "The file cannot keep a write-ahead log (%1).").arg(q.lastError().text());
         return false;
     }
     return Exec(db, QStringLiteral("PRAGMA synchronous = FULL"), error) && Exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error);
@@ -211,20 +212,20 @@ FileCheck InspectFile(const QString &path)
     FileCheck check;
     const QFileInfo info(path);
     if (path.isEmpty() || !info.exists() || !info.isFile()) {
-        check.reason = QStringLiteral("The file '%1' does not exist.").arg(path);
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' does not exist.").arg(path);
         return check;
     }
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly)) {
         check.state = FileState::Damaged;
-        check.reason = QStringLiteral("The file '%1' cannot be read.").arg(path);
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' cannot be read.").arg(path);
         return check;
     }
     const QByteArray header = f.read(16);
     f.close();
     if (header != QByteArray("SQLite format 3", 16)) {
         check.state = FileState::NotSqlite;
-        check.reason = QStringLiteral("The file '%1' is not a TendMark database.").arg(path);
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' is not a TendMark database.").arg(path);
         return check;
     }
     QString recoveryError;
@@ -238,14 +239,14 @@ FileCheck InspectFile(const QString &path)
     if (!conn.ok() || !pragmaInt(conn.db(), QStringLiteral("application_id"), &appId)
         || !pragmaInt(conn.db(), QStringLiteral("user_version"), &version)) {
         check.state = FileState::Damaged;
-        check.reason = QStringLiteral("The file '%1' is damaged and cannot be read.").arg(path);
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' is damaged and cannot be read.").arg(path);
         return check;
     }
     {
         QSqlQuery q(conn.db());
         if (!q.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master")) || !q.next()) {
             check.state = FileState::Damaged;
-            check.reason = QStringLiteral("The file '%1' is damaged and cannot be read.").arg(path);
+            check.reason = QCoreApplication::translate("Schema", "The file '%1' is damaged and cannot be read.").arg(path);
             return check;
         }
         tables = q.value(0).toInt();
@@ -253,18 +254,21 @@ FileCheck InspectFile(const QString &path)
     check.version = version;
     if (appId != ApplicationId || version < 1 || tables == 0) {
         check.state = FileState::Foreign;
-        check.reason = QStringLiteral("The file '%1' is a database of another program, not of TendMark.").arg(path);
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' is a database of another program, not of TendMark.").arg(path);
         return check;
     }
     if (version > CurrentVersion) {
         check.state = FileState::Newer;
-        check.reason
-            = QStringLiteral("The file '%1' was made by a newer version of TendMark (database version %2).").arg(path).arg(version);
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' was made by a newer version of TendMark (database version %2).")
+                           .arg(path)
+                           .arg(version);
         return check;
     }
     if (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()) {
         check.state = FileState::ReadOnly;
-        check.reason = QStringLiteral("The file '%1' or its folder is read-only; TendMark must be able to save to it.").arg(path);
+        check.reason
+            = QCoreApplication::translate("Schema", "The file '%1' or its folder is read-only; TendMark must be able to save to it.")
+                  .arg(path);
         return check;
     }
     check.state = FileState::Ok;
@@ -277,7 +281,7 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
     const QString data = resourceText(QStringLiteral("standard-data.sql"));
     if (schema.isEmpty() || data.isEmpty()) {
         if (error)
-            *error = QStringLiteral("The schema resources are missing from the program.");
+            *error = QCoreApplication::translate("Schema", "The schema resources are missing from the program.");
         return false;
     }
     Transaction transaction(db);
@@ -303,7 +307,7 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error, const s
 {
     if (QFileInfo::exists(path) && !overwrite) {
         if (error)
-            *error = QStringLiteral("The file '%1' already exists.").arg(path);
+            *error = QCoreApplication::translate("Schema", "The file '%1' already exists.").arg(path);
         return false;
     }
     AuditLog::RegisterUserFunction();
@@ -344,7 +348,7 @@ bool Upgrade(QSqlDatabase db, int fromVersion, QString *error)
         const int step = v - 1;
         if (step < 0 || step >= upgradeSteps.size() || !upgradeSteps.at(step)(db, error)) {
             if (error && error->isEmpty())
-                *error = QStringLiteral("No upgrade from database version %1.").arg(v);
+                *error = QCoreApplication::translate("Schema", "No upgrade from database version %1.").arg(v);
             return false;
         }
     }
@@ -373,7 +377,7 @@ FileCheck ExamineForOpening(const QString &path)
     check.problems = MissingSchemaItems(conn.db(), check.version);
     if (!check.problems.isEmpty()) {
         check.state = FileState::Incomplete;
-        check.reason = QStringLiteral("The file '%1' is incomplete: %2").arg(path, check.problems.constFirst());
+        check.reason = QCoreApplication::translate("Schema", "The file '%1' is incomplete: %2").arg(path, check.problems.constFirst());
     }
     return check;
 }
@@ -387,24 +391,25 @@ QStringList CheckFile(const QString &path)
     ReadOnlyConnection conn(path);
     QSqlQuery q(conn.db());
     if (!q.exec(QStringLiteral("PRAGMA integrity_check"))) {
-        problems << QStringLiteral("The integrity check could not run: %1").arg(q.lastError().text());
+        problems << QCoreApplication::translate("Schema", "The integrity check could not run: %1").arg(q.lastError().text());
     } else {
         while (q.next()) {
             const QString line = q.value(0).toString();
             if (line != QLatin1String("ok"))
-                problems << QStringLiteral("Integrity: %1").arg(line);
+                problems << QCoreApplication::translate("Schema", "Integrity: %1").arg(line);
         }
     }
     if (!q.exec(QStringLiteral("PRAGMA foreign_key_check"))) {
-        problems << QStringLiteral("The foreign key check could not run: %1").arg(q.lastError().text());
+        problems << QCoreApplication::translate("Schema", "The foreign key check could not run: %1").arg(q.lastError().text());
     } else {
         while (q.next())
-            problems << QStringLiteral("Table %1, row %2 refers to a missing row of %3.")
+            problems << QCoreApplication::translate("Schema", "Table %1, row %2 refers to a missing row of %3.")
                             .arg(q.value(0).toString(), q.value(1).toString(), q.value(2).toString());
     }
     problems << MissingSchemaItems(conn.db(), check.version);
     if (check.version < CurrentVersion)
-        problems << QStringLiteral("The database is version %1; this program uses version %2 and upgrades it when the file is opened.")
+        problems << QCoreApplication::translate(
+                        "Schema", "The database is version %1; this program uses version %2 and upgrades it when the file is opened.")
                         .arg(check.version)
                         .arg(CurrentVersion);
     return problems;

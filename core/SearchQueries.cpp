@@ -4,6 +4,7 @@
 #include "basDatabase.h"
 #include "basTendmark.h"
 
+#include <QCoreApplication>
 #include <QSqlQuery>
 #include <QStringList>
 
@@ -57,31 +58,58 @@ Query familyQuery(const QString &column, Match match, const QString &text)
 
 }   // namespace
 
+namespace {
+
+const char *const kClientFields[] = {
+    QT_TRANSLATE_NOOP("SearchQueries", "Last Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "First Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Social Security Number"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Driver's License Number"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Birth Date"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Home Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Mobile Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Work Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Employer Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Employer Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member Last Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member First Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member Social Security Number"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Family Member Driver's License Number"),
+};
+
+const char *const kVolunteerFields[] = {
+    QT_TRANSLATE_NOOP("SearchQueries", "Last Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "First Name"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Home Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Mobile Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Work Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "E-Mail Address"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Emergency Contact"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Emergency Contact Phone"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Affiliation"),
+    QT_TRANSLATE_NOOP("SearchQueries", "Comments"),
+};
+
+template<size_t N> QStringList names(const char *const (&fields)[N])
+{
+    QStringList list;
+    for (const char *field : fields)
+        list << QString::fromUtf8(field);
+    return list;
+}
+
+}   // namespace
+
 QStringList clientFields()
 {
-    return {QStringLiteral("Last Name"),
-            QStringLiteral("First Name"),
-            QStringLiteral("Social Security Number"),
-            QStringLiteral("Driver's License Number"),
-            QStringLiteral("Address"),
-            QStringLiteral("Birth Date"),
-            QStringLiteral("Home Phone"),
-            QStringLiteral("Mobile Phone"),
-            QStringLiteral("Work Phone"),
-            QStringLiteral("Employer Name"),
-            QStringLiteral("Employer Address"),
-            QStringLiteral("Family Member Last Name"),
-            QStringLiteral("Family Member First Name"),
-            QStringLiteral("Family Member Social Security Number"),
-            QStringLiteral("Family Member Driver's License Number")};
+    return names(kClientFields);
 }
 
 QStringList volunteerFields()
 {
-    return {QStringLiteral("Last Name"),      QStringLiteral("First Name"),        QStringLiteral("Address"),
-            QStringLiteral("Home Phone"),     QStringLiteral("Mobile Phone"),      QStringLiteral("Work Phone"),
-            QStringLiteral("E-Mail Address"), QStringLiteral("Emergency Contact"), QStringLiteral("Emergency Contact Phone"),
-            QStringLiteral("Affiliation"),    QStringLiteral("Comments")};
+    return names(kVolunteerFields);
 }
 
 Query client(const QString &field, const QString &text)
@@ -123,7 +151,8 @@ Query client(const QString &field, const QString &text)
         if (e.match == Match::Date) {
             const QDate date = basTendmark::ParseDate(text);
             if (!date.isValid())
-                return problem(QStringLiteral("Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
+                return problem(
+                    QCoreApplication::translate("SearchQueries", "Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
             return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}};
         }
         const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : text;
@@ -137,7 +166,7 @@ Query client(const QString &field, const QString &text)
         return familyQuery(QStringLiteral("SocialSecurityNumber"), Match::StartsWith, withoutDashes(text));
     if (field == QLatin1String("Family Member Driver's License Number"))
         return familyQuery(QStringLiteral("DriversLicenseNumber"), Match::StartsWith, text);
-    return problem(QStringLiteral("Choose a field to search on."));
+    return problem(QCoreApplication::translate("SearchQueries", "Choose a field to search on."));
 }
 
 Query volunteer(const QString &field, const QString &text)
@@ -176,7 +205,7 @@ Query volunteer(const QString &field, const QString &text)
                 {},
                 {}};
     }
-    return problem(QStringLiteral("Choose a field to search on."));
+    return problem(QCoreApplication::translate("SearchQueries", "Choose a field to search on."));
 }
 
 Outcome run(const Query &query)

@@ -16,6 +16,7 @@ struct Query : ::Query
     QString problem;   // set when the typed text cannot be searched for (a bad date)
 };
 
+// The "Search on" names, untranslated: the search bar shows them translated in the "SearchQueries" context.
 QStringList clientFields();
 QStringList volunteerFields();
 Query client(const QString &field, const QString &text);

@@ -12,6 +12,7 @@
 #include "basErrorHandler.h"
 #include "basTendmark.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -83,7 +84,8 @@ bool OpenConnection(const QString &path, QString *reason)
     QString error;
     if (check.version < Schema::CurrentVersion && !Backups::BackupNow(path, {}, nullptr, &error)) {
         if (reason)
-            *reason = QStringLiteral("'%1' was not upgraded because no backup could be made first. %2").arg(path, error);
+            *reason = QCoreApplication::translate("basDatabase", "'%1' was not upgraded because no backup could be made first. %2")
+                          .arg(path, error);
         return false;
     }
     AuditLog::RegisterUserFunction();
@@ -94,7 +96,7 @@ bool OpenConnection(const QString &path, QString *reason)
         if (!db.open())
             error = db.lastError().text();
         else if (Schema::PrepareForWriting(db, &error) && !Schema::Upgrade(db, check.version, &error) && error.isEmpty())
-            error = QStringLiteral("The database could not be upgraded.");
+            error = QCoreApplication::translate("basDatabase", "The database could not be upgraded.");
     }
     if (!error.isEmpty()) {
         CloseConnection();
@@ -213,28 +215,28 @@ bool FieldIsValid(const FieldInfo &field, const QVariant &value, QString &messag
     message.clear();
     if (field.isNumeric()) {
         if (!basTendmark::IsNumeric(value)) {
-            message = QStringLiteral(" must be numeric.");
+            message = QCoreApplication::translate("basDatabase", " must be numeric.");
             return false;
         }
     } else if (field.type == FieldInfo::Type::Date) {
         if (!basTendmark::IsDate(value)) {
-            message = QStringLiteral(" is not a valid date.");
+            message = QCoreApplication::translate("basDatabase", " is not a valid date.");
             return false;
         }
     } else if (field.type == FieldInfo::Type::Text) {
         const int length = value.toString().size();
         if (field.name == QLatin1String("SocialSecurityNumber")) {
             if (length != field.size - 2) {
-                message = QStringLiteral(" must be %1 characters.").arg(field.size);
+                message = QCoreApplication::translate("basDatabase", " must be %1 characters.").arg(field.size);
                 return false;
             }
         } else if (length > field.size) {
-            message = QStringLiteral(" cannot exceed %1 characters.").arg(field.size);
+            message = QCoreApplication::translate("basDatabase", " cannot exceed %1 characters.").arg(field.size);
             return false;
         }
     }
     if (field.required && !field.isKey && (value.isNull() || value.toString().trimmed().isEmpty())) {
-        message = QStringLiteral(" cannot be empty.");
+        message = QCoreApplication::translate("basDatabase", " cannot be empty.");
         return false;
     }
     return true;

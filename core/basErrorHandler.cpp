@@ -57,13 +57,13 @@ void setLogFilePathForTesting(const QString &path)
 QString MessageText(const QString &procedure, int number, const QString &description, int line, const QString &extraText)
 {
     const QString nl = QStringLiteral("\r\n");
-    QString text = QStringLiteral("An error has occurred.") + nl + nl;
-    text += QStringLiteral("Product Name: \t") + QLatin1String(kProductName) + nl;
-    text += QStringLiteral("Application File:  \t") + executableName() + nl;
-    text += QStringLiteral("Module: \t\t") + procedure + nl;
-    text += QStringLiteral("Line Number: \t") + QString::number(line) + nl + nl;
-    text += QStringLiteral("Error Number: \t") + QString::number(number) + nl;
-    text += QStringLiteral("Error Description: \t") + description + nl + nl;
+    QString text = QCoreApplication::translate("basErrorHandler", "An error has occurred.") + nl + nl;
+    text += QCoreApplication::translate("basErrorHandler", "Product Name: \t") + QLatin1String(kProductName) + nl;
+    text += QCoreApplication::translate("basErrorHandler", "Application File:  \t") + executableName() + nl;
+    text += QCoreApplication::translate("basErrorHandler", "Module: \t\t") + procedure + nl;
+    text += QCoreApplication::translate("basErrorHandler", "Line Number: \t") + QString::number(line) + nl + nl;
+    text += QCoreApplication::translate("basErrorHandler", "Error Number: \t") + QString::number(number) + nl;
+    text += QCoreApplication::translate("basErrorHandler", "Error Description: \t") + description + nl + nl;
     text += nl + extraText + nl;
     return text;
 }
@@ -94,8 +94,8 @@ void ReportError(const QString &procedure, int number, const QString &descriptio
             PrivateFiles::MakePrivate(log.fileName());
         }
     }
-    Prompt::message(QStringLiteral("Application Error"), MessageText(procedure, number, description, line, extraText),
-                    Prompt::Icon::Information, Prompt::Ok);
+    Prompt::message(QCoreApplication::translate("basErrorHandler", "Application Error"),
+                    MessageText(procedure, number, description, line, extraText), Prompt::Icon::Information, Prompt::Ok);
 }
 
 void ReportError(const QString &procedure, const TmError &error)

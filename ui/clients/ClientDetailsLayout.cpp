@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -82,7 +83,7 @@ void frmClientDetails::buildForm()
     lblClientName->setFont(big);
     lblHousehold = new QLabel(this);
     lblHousehold->setObjectName(QStringLiteral("lblHousehold"));
-    lblHousehold->setToolTip(QStringLiteral("The number of people in the household and the date of the last food service."));
+    lblHousehold->setToolTip(tr("The number of people in the household and the date of the last food service."));
     header->addWidget(lblClientName);
     header->addSpacing(24);
     header->addWidget(lblHousehold);
@@ -147,45 +148,39 @@ QWidget *frmClientDetails::buildTopPane()
         return edit;
     };
 
-    auto *personal = new QGroupBox(QStringLiteral("Client"), pane);
+    auto *personal = new QGroupBox(tr("Client"), pane);
     auto *pForm = compactForm(personal);
     row(pForm,
-        bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), QStringLiteral("Last Name"), true,
-             QStringLiteral("Enter the client's last name.")));
+        bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), tr("Last Name"), true, tr("Enter the client's last name.")));
     row(pForm,
-        bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), QStringLiteral("First Name"), true,
-             QStringLiteral("Enter the client's first name.")));
+        bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), tr("First Name"), true, tr("Enter the client's first name.")));
     row(pForm,
-        bind(text(personal, 1, 3), "txtData", QStringLiteral("MiddleInitial"), QStringLiteral("Middle Initial"), false,
-             QStringLiteral("Enter the client's middle initial.")));
+        bind(text(personal, 1, 3), "txtData", QStringLiteral("MiddleInitial"), tr("Middle Initial"), false,
+             tr("Enter the client's middle initial.")));
     row(pForm,
-        bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"),
-             QStringLiteral("Social Security No"), true, QStringLiteral("Enter the client's social security number.")));
+        bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"), tr("Social Security No"),
+             true, tr("Enter the client's social security number.")));
     row(pForm,
-        bind(text(personal, 20, 0), "txtData", QStringLiteral("DriversLicenseNumber"), QStringLiteral("Drivers License No"), false,
-             QStringLiteral("Enter the client's drivers license number.")));
+        bind(text(personal, 20, 0), "txtData", QStringLiteral("DriversLicenseNumber"), tr("Drivers License No"), false,
+             tr("Enter the client's drivers license number.")));
     row(pForm,
-        bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), QStringLiteral("Birth Date"), false,
-             QStringLiteral("Enter the client's birthdate (mm/dd/yyyy).")));
-    QWidget *gender = bind(dropDown(personal), "cboData", QStringLiteral("Gender"), QStringLiteral("Gender"), false,
-                           QStringLiteral("Select the client's gender."));
+        bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), tr("Birth Date"), false,
+             tr("Enter the client's birthdate (mm/dd/yyyy).")));
+    QWidget *gender = bind(dropDown(personal), "cboData", QStringLiteral("Gender"), tr("Gender"), false, tr("Select the client's gender."));
     static_cast<QComboBox *>(gender)->setMinimumContentsLength(3);
     row(pForm, gender);
 
-    auto *address = new QGroupBox(QStringLiteral("Address and Telephone"), pane);
+    auto *address = new QGroupBox(tr("Address and Telephone"), pane);
     auto *aForm = compactForm(address);
     row(aForm,
-        bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), QStringLiteral("Address"), true,
-             QStringLiteral("Enter the client's address. Multiple lines are allowed.")));
-    row(aForm,
-        bind(text(address, 50, 0), "txtData", QStringLiteral("City"), QStringLiteral("City"), true,
-             QStringLiteral("Enter the client's city.")));
+        bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), tr("Address"), true,
+             tr("Enter the client's address. Multiple lines are allowed.")));
+    row(aForm, bind(text(address, 50, 0), "txtData", QStringLiteral("City"), tr("City"), true, tr("Enter the client's city.")));
     auto *stateZip = new QHBoxLayout;
-    QWidget *state = bind(dropDown(address), "cboData", QStringLiteral("State"), QStringLiteral("State"), true,
-                          QStringLiteral("Select the client's state."));
+    QWidget *state = bind(dropDown(address), "cboData", QStringLiteral("State"), tr("State"), true, tr("Select the client's state."));
     static_cast<QComboBox *>(state)->setMinimumContentsLength(3);
-    QWidget *zip = bind(dropDown(address, true), "cboData", QStringLiteral("ZipCode"), QStringLiteral("Zip Code"), false,
-                        QStringLiteral("Enter/select the client's zip/postal code."));
+    QWidget *zip = bind(dropDown(address, true), "cboData", QStringLiteral("ZipCode"), tr("Zip Code"), false,
+                        tr("Enter/select the client's zip/postal code."));
     static_cast<QComboBox *>(zip)->setMinimumContentsLength(6);
     stateZip->addWidget(state);
     stateZip->addSpacing(8);
@@ -194,35 +189,35 @@ QWidget *frmClientDetails::buildTopPane()
     stateZip->addStretch(1);
     aForm->addRow(labelOf(state), stateZip);
     row(aForm,
-        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("HomePhone"), QStringLiteral("Home Phone"), false,
-             QStringLiteral("Enter the client's home telephone number (including area code).")));
+        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("HomePhone"), tr("Home Phone"), false,
+             tr("Enter the client's home telephone number (including area code).")));
     row(aForm,
-        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("MobilePhone"), QStringLiteral("Mobile Phone"), false,
-             QStringLiteral("Enter the client's mobile telephone number (including area code).")));
+        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("MobilePhone"), tr("Mobile Phone"), false,
+             tr("Enter the client's mobile telephone number (including area code).")));
     row(aForm,
-        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("Fax"), QStringLiteral("Fax"), false,
-             QStringLiteral("Enter the client's fax number (including area code).")));
+        bind(masked(address, kPhoneMask), "mskData", QStringLiteral("Fax"), tr("Fax"), false,
+             tr("Enter the client's fax number (including area code).")));
 
-    auto *background = new QGroupBox(QStringLiteral("Background"), pane);
+    auto *background = new QGroupBox(tr("Background"), pane);
     auto *bForm = compactForm(background);
     row(bForm,
-        bind(dropDown(background), "cboData", QStringLiteral("EthnicOriginID"), QStringLiteral("Ethnic Origin"), false,
-             QStringLiteral("Select the client's ethnic origin.")));
+        bind(dropDown(background), "cboData", QStringLiteral("EthnicOriginID"), tr("Ethnic Origin"), false,
+             tr("Select the client's ethnic origin.")));
     row(bForm,
-        bind(dropDown(background), "cboData", QStringLiteral("MaritalStatusID"), QStringLiteral("Marital Status"), false,
-             QStringLiteral("Select the client's marital status.")));
+        bind(dropDown(background), "cboData", QStringLiteral("MaritalStatusID"), tr("Marital Status"), false,
+             tr("Select the client's marital status.")));
     row(bForm,
-        bind(dropDown(background), "cboData", QStringLiteral("EducationLevelID"), QStringLiteral("Education Level"), false,
-             QStringLiteral("Select the client's education level.")));
+        bind(dropDown(background), "cboData", QStringLiteral("EducationLevelID"), tr("Education Level"), false,
+             tr("Select the client's education level.")));
     row(bForm,
-        bind(dropDown(background), "cboData", QStringLiteral("HousingID"), QStringLiteral("Housing"), false,
-             QStringLiteral("Select the type of housing in which the client lives.")));
+        bind(dropDown(background), "cboData", QStringLiteral("HousingID"), tr("Housing"), false,
+             tr("Select the type of housing in which the client lives.")));
     row(bForm,
-        bind(dropDown(background), "cboData", QStringLiteral("ReligiousPreferenceID"), QStringLiteral("Religion"), false,
-             QStringLiteral("Select the religious preference of the client.")));
+        bind(dropDown(background), "cboData", QStringLiteral("ReligiousPreferenceID"), tr("Religion"), false,
+             tr("Select the religious preference of the client.")));
     row(bForm,
-        bind(dropDown(background), "cboData", QStringLiteral("OtherAssistanceID"), QStringLiteral("Other Assistance"), false,
-             QStringLiteral("Select any other assistance that the client may be receiving.")));
+        bind(dropDown(background), "cboData", QStringLiteral("OtherAssistanceID"), tr("Other Assistance"), false,
+             tr("Select any other assistance that the client may be receiving.")));
 
     auto *layout = new QHBoxLayout(pane);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -239,11 +234,8 @@ QWidget *frmClientDetails::buildTabs()
     tabData->setStyleSheet(QStringLiteral("QTabBar::tab { padding: 3px 4px; }"));
     tabData->setIconSize(QSize(8, 8));
     tabData->setObjectName(QStringLiteral("tabData"));
-    m_tabCaptions = {QStringLiteral("Notes"),           QStringLiteral("Employer"),
-                     QStringLiteral("Family Members"),  QStringLiteral("Food Service"),
-                     QStringLiteral("Payment History"), QStringLiteral("Income/Expenses"),
-                     QStringLiteral("Health/Medical"),  QStringLiteral("FEMA"),
-                     QStringLiteral("Former Address")};
+    m_tabCaptions = {tr("Notes"),           tr("Employer"),       tr("Family Members"), tr("Food Service"),  tr("Payment History"),
+                     tr("Income/Expenses"), tr("Health/Medical"), tr("FEMA"),           tr("Former Address")};
     auto labelAbove = [this](QVBoxLayout *box, QWidget *c) {
         box->addWidget(labelOf(c));
         box->addWidget(c, 1);
@@ -257,8 +249,8 @@ QWidget *frmClientDetails::buildTabs()
     auto *notes = new QWidget(tabData);
     auto *notesBox = new QVBoxLayout(notes);
     labelAbove(notesBox,
-               bind(memo(notes, 3), "txtData", QStringLiteral("Comments"), QStringLiteral("Comments:"), false,
-                    QStringLiteral("Enter any additional information here. Multiple lines are allowed.")));
+               bind(memo(notes, 3), "txtData", QStringLiteral("Comments"), tr("Comments:"), false,
+                    tr("Enter any additional information here. Multiple lines are allowed.")));
     tabData->addTab(notes, m_tabCaptions.at(NotesTab));
 
     auto *employer = new QWidget(tabData);
@@ -270,40 +262,38 @@ QWidget *frmClientDetails::buildTabs()
     };
     auto *employerName = new QLineEdit(employer);
     employerName->setMaxLength(50);
-    place(bind(employerName, "txtData", QStringLiteral("EmployerName"), QStringLiteral("Employer Name"), false,
-               QStringLiteral("Enter the name of the client's employer.")),
+    place(bind(employerName, "txtData", QStringLiteral("EmployerName"), tr("Employer Name"), false,
+               tr("Enter the name of the client's employer.")),
           0, 0);
-    place(bind(shortMemo(employer, 2), "txtData", QStringLiteral("EmployerAddress"), QStringLiteral("Address"), false,
-               QStringLiteral("Enter the employer's address. Multiple lines are allowed.")),
+    place(bind(shortMemo(employer, 2), "txtData", QStringLiteral("EmployerAddress"), tr("Address"), false,
+               tr("Enter the employer's address. Multiple lines are allowed.")),
           1, 0, 2);
     auto *employerCity = new QLineEdit(employer);
     employerCity->setMaxLength(50);
-    place(bind(employerCity, "txtData", QStringLiteral("EmployerCity"), QStringLiteral("City"), false,
-               QStringLiteral("Enter the employer's city.")),
-          3, 0);
-    QWidget *employerState = bind(dropDown(employer), "cboData", QStringLiteral("EmployerState"), QStringLiteral("State"), false,
-                                  QStringLiteral("Select the employer's state."));
+    place(bind(employerCity, "txtData", QStringLiteral("EmployerCity"), tr("City"), false, tr("Enter the employer's city.")), 3, 0);
+    QWidget *employerState
+        = bind(dropDown(employer), "cboData", QStringLiteral("EmployerState"), tr("State"), false, tr("Select the employer's state."));
     static_cast<QComboBox *>(employerState)->setMinimumContentsLength(3);
     place(employerState, 0, 2);
-    QWidget *employerZip = bind(dropDown(employer, true), "cboData", QStringLiteral("EmployerZip"), QStringLiteral("Zip Code"), false,
-                                QStringLiteral("Enter/select the employer's zip/postal code."));
+    QWidget *employerZip = bind(dropDown(employer, true), "cboData", QStringLiteral("EmployerZip"), tr("Zip Code"), false,
+                                tr("Enter/select the employer's zip/postal code."));
     static_cast<QComboBox *>(employerZip)->setMinimumContentsLength(8);
     place(employerZip, 1, 2);
-    place(bind(masked(employer, kPhoneMask), "mskData", QStringLiteral("WorkPhone"), QStringLiteral("Work Phone"), false,
-               QStringLiteral("Enter the client's work telephone number (including area code).")),
+    place(bind(masked(employer, kPhoneMask), "mskData", QStringLiteral("WorkPhone"), tr("Work Phone"), false,
+               tr("Enter the client's work telephone number (including area code).")),
           2, 2);
     auto *duration = new QHBoxLayout;
-    QWidget *years = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationYears"),
-                          QStringLiteral("yrs"), false, QStringLiteral("Enter the number of years with this employer."));
-    QWidget *months = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationMonths"),
-                           QStringLiteral("months"), false, QStringLiteral("Enter the number of months with this employer."));
+    QWidget *years = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationYears"), tr("yrs"), false,
+                          tr("Enter the number of years with this employer."));
+    QWidget *months = bind(masked(employer, QStringLiteral("999")), "mskData", QStringLiteral("EmployerDurationMonths"), tr("months"),
+                           false, tr("Enter the number of months with this employer."));
     duration->addWidget(years);
     duration->addWidget(labelOf(years));
     duration->addSpacing(8);
     duration->addWidget(months);
     duration->addWidget(labelOf(months));
     duration->addStretch(1);
-    auto *durationLabel = new QLabel(QStringLiteral("How long with this employer?"), employer);
+    auto *durationLabel = new QLabel(tr("How long with this employer?"), employer);
     eGrid->addWidget(durationLabel, 3, 2);
     eGrid->addLayout(duration, 3, 3);
     eGrid->setColumnStretch(1, 3);
@@ -311,51 +301,49 @@ QWidget *frmClientDetails::buildTabs()
     eGrid->setRowStretch(4, 1);
     tabData->addTab(employer, m_tabCaptions.at(EmployerTab));
 
-    tabData->addTab(buildGridPage(FamilyTab, QStringLiteral("family member")), m_tabCaptions.at(FamilyTab));
-    tabData->addTab(buildGridPage(FoodServiceTab, QStringLiteral("food service entry")), m_tabCaptions.at(FoodServiceTab));
-    tabData->addTab(buildGridPage(PaymentTab, QStringLiteral("payment entry")), m_tabCaptions.at(PaymentTab));
-    tabData->addTab(buildGridPage(IncomeExpensesTab, QStringLiteral("income/expense entry")), m_tabCaptions.at(IncomeExpensesTab));
+    tabData->addTab(buildGridPage(FamilyTab, tr("family member")), m_tabCaptions.at(FamilyTab));
+    tabData->addTab(buildGridPage(FoodServiceTab, tr("food service entry")), m_tabCaptions.at(FoodServiceTab));
+    tabData->addTab(buildGridPage(PaymentTab, tr("payment entry")), m_tabCaptions.at(PaymentTab));
+    tabData->addTab(buildGridPage(IncomeExpensesTab, tr("income/expense entry")), m_tabCaptions.at(IncomeExpensesTab));
 
     auto *health = new QWidget(tabData);
     auto *healthBox = new QHBoxLayout(health);
     sideBySide(healthBox,
-               bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"), QStringLiteral("Special dietary requirements:"),
-                    false, QStringLiteral("Enter any special dietary requirements of the client.")));
+               bind(memo(health, 2), "txtData", QStringLiteral("DietaryRequirements"), tr("Special dietary requirements:"), false,
+                    tr("Enter any special dietary requirements of the client.")));
     sideBySide(healthBox,
-               bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"),
-                    QStringLiteral("List any medical problems or current medications:"), false,
-                    QStringLiteral("Enter any medical problems or current medications of the client.")));
+               bind(memo(health, 2), "txtData", QStringLiteral("MedicalProblems"), tr("List any medical problems or current medications:"),
+                    false, tr("Enter any medical problems or current medications of the client.")));
     tabData->addTab(health, m_tabCaptions.at(HealthTab));
 
     auto *fema = new QWidget(tabData);
     auto *femaBox = new QHBoxLayout(fema);
     auto *checks = new QVBoxLayout;
-    auto *eligible = new QCheckBox(QStringLiteral("Check here if client is eligible for FEMA assistance:"), fema);
+    auto *eligible = new QCheckBox(tr("Check here if client is eligible for FEMA assistance:"), fema);
     eligible->setLayoutDirection(Qt::RightToLeft);
-    checks->addWidget(bind(eligible, "chkData", QStringLiteral("FEMAEligible"), {}, false,
-                           QStringLiteral("Check if the client is eligible for FEMA assistance.")),
-                      0, Qt::AlignLeft);
-    auto *contacted = new QCheckBox(QStringLiteral("Has client contacted FEMA?"), fema);
-    contacted->setLayoutDirection(Qt::RightToLeft);
     checks->addWidget(
-        bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false, QStringLiteral("Check if the client has contacted FEMA.")),
-        0, Qt::AlignLeft);
+        bind(eligible, "chkData", QStringLiteral("FEMAEligible"), {}, false, tr("Check if the client is eligible for FEMA assistance.")), 0,
+        Qt::AlignLeft);
+    auto *contacted = new QCheckBox(tr("Has client contacted FEMA?"), fema);
+    contacted->setLayoutDirection(Qt::RightToLeft);
+    checks->addWidget(bind(contacted, "chkData", QStringLiteral("FEMAContacted"), {}, false, tr("Check if the client has contacted FEMA.")),
+                      0, Qt::AlignLeft);
     checks->addStretch(1);
     femaBox->addLayout(checks);
     femaBox->addSpacing(12);
     sideBySide(femaBox,
-               bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), QStringLiteral("Comments:"), false,
-                    QStringLiteral("Enter any comments about FEMA assistance.")));
+               bind(memo(fema, 2), "txtData", QStringLiteral("FEMAComments"), tr("Comments:"), false,
+                    tr("Enter any comments about FEMA assistance.")));
     tabData->addTab(fema, m_tabCaptions.at(FEMATab));
 
     auto *former = new QWidget(tabData);
     auto *formerBox = new QHBoxLayout(former);
     sideBySide(formerBox,
-               bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), QStringLiteral("Former Address:"), false,
-                    QStringLiteral("Enter the client's former address.")));
+               bind(memo(former, 2), "txtData", QStringLiteral("FormerAddress"), tr("Former Address:"), false,
+                    tr("Enter the client's former address.")));
     sideBySide(formerBox,
-               bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"), QStringLiteral("Relatives/friends searching for:"),
-                    false, QStringLiteral("Enter any relatives or friends the client is searching for.")));
+               bind(memo(former, 2), "txtData", QStringLiteral("RelativesSearchingFor"), tr("Relatives/friends searching for:"), false,
+                    tr("Enter any relatives or friends the client is searching for.")));
     tabData->addTab(former, m_tabCaptions.at(FormerAddressTab));
     return tabData;
 }
@@ -363,8 +351,14 @@ QWidget *frmClientDetails::buildTabs()
 QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
 {
     auto *page = new QWidget(tabData);
-    const ClientSubGrid::Look look {QStringLiteral("frmClientDetails"), ClientRecordQueries::Form::Full, true, QStringLiteral("&Add..."),
-                                    QStringLiteral("&Edit..."),         QStringLiteral("&Delete"),       noun, QStringLiteral(" ")};
+    const ClientSubGrid::Look look {QStringLiteral("frmClientDetails"),
+                                    ClientRecordQueries::Form::Full,
+                                    true,
+                                    tr("&Add..."),
+                                    tr("&Edit..."),
+                                    tr("&Delete"),
+                                    noun,
+                                    QStringLiteral(" ")};
     auto *rows = new ClientSubGrid(workspace(), look, page);
     auto fit = [](QTableView *grid) {
         basClient::FitColumns(grid);
@@ -372,17 +366,23 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
     };
     switch (tab) {
     case FamilyTab:
-        fit(rows->addGrid(RecordKind::FamilyMember, QStringLiteral("Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400")));
+        fit(rows->addGrid(RecordKind::FamilyMember,
+                          QCoreApplication::translate("ColumnHeadings", "Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400")));
         break;
     case FoodServiceTab:
-        fit(rows->addGrid(RecordKind::FoodService, QStringLiteral("Date,1000|Type of Service,2700|^Bags,600|Comments,2850")));
+        fit(rows->addGrid(RecordKind::FoodService,
+                          QCoreApplication::translate("ColumnHeadings", "Date,1000|Type of Service,2700|^Bags,600|Comments,2850")));
         break;
     case PaymentTab:
-        fit(rows->addGrid(RecordKind::Payment, QStringLiteral("Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100")));
+        fit(rows->addGrid(
+            RecordKind::Payment,
+            QCoreApplication::translate("ColumnHeadings", "Date,1000|Type of Payment,2300|^Amt Paid,900|^Amt Req,900|Comments,2100")));
         break;
     default:
-        fit(rows->addGrid(RecordKind::Income, QStringLiteral("<Source,2350|^Amount,900"), QStringLiteral("Monthly Income:")));
-        fit(rows->addGrid(RecordKind::Expenses, QStringLiteral("<Category,2350|^Amount,900"), QStringLiteral("Monthly Expenses:")));
+        fit(rows->addGrid(RecordKind::Income, QCoreApplication::translate("ColumnHeadings", "<Source,2350|^Amount,900"),
+                          tr("Monthly Income:")));
+        fit(rows->addGrid(RecordKind::Expenses, QCoreApplication::translate("ColumnHeadings", "<Category,2350|^Amount,900"),
+                          tr("Monthly Expenses:")));
         break;
     }
     connect(rows, &ClientSubGrid::rowDeleted, this, [this] {

@@ -5,6 +5,7 @@
 #include "basDatabase.h"
 #include "frmClientDetails.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QTableView>
 
@@ -19,18 +20,21 @@ QString DeleteName(const QString &last, const QString &first, const QString &mid
 
 bool ConfirmDelete(const QString &name)
 {
-    return Prompt::message(QStringLiteral("Delete Client?"),
-                           QStringLiteral("This will delete client '") + name
-                               + QStringLiteral("' and all supporting data from the database. \r\nAre you sure you want to do this?"),
-                           Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
+    return Prompt::message(
+               QCoreApplication::translate("basClient", "Delete Client?"),
+               QCoreApplication::translate(
+                   "basClient",
+                   "This will delete client '%1' and all supporting data from the database. \r\nAre you sure you want to do this?")
+                   .arg(name),
+               Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
         == Prompt::Yes;
 }
 
 void TellNoClientRecordsFound()
 {
-    Prompt::message(QStringLiteral("No Client Records Found"),
-                    QStringLiteral("No client records were found that matched the specified criteria."), Prompt::Icon::Exclamation,
-                    Prompt::Ok);
+    Prompt::message(QCoreApplication::translate("basClient", "No Client Records Found"),
+                    QCoreApplication::translate("basClient", "No client records were found that matched the specified criteria."),
+                    Prompt::Icon::Exclamation, Prompt::Ok);
 }
 
 void FitColumns(QTableView *grid)
@@ -76,8 +80,8 @@ bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &
 {
     if (!ConfirmDelete(name) || !basDatabase::DeleteItemFromTable(QStringLiteral("Client"), QStringLiteral("ClientID"), clientId))
         return false;
-    Prompt::message(QStringLiteral("Delete Client"), QStringLiteral("Client '") + name + QStringLiteral("' deleted."), Prompt::Icon::None,
-                    Prompt::Ok);
+    Prompt::message(QCoreApplication::translate("basClient", "Delete Client"),
+                    QCoreApplication::translate("basClient", "Client '%1' deleted.").arg(name), Prompt::Icon::None, Prompt::Ok);
     recordset.requery();
     if (recordset.recordCount() > 0) {
         if (recordset.eof())

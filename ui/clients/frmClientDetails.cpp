@@ -20,10 +20,7 @@
 
 namespace {
 
-const QString kCaption = QStringLiteral("Client Details");
-const QString kDuplicateTail = QStringLiteral(
-    " is already on file for another client. Select an entry from the following the list and click 'OK' to go to that client "
-    "record. Click 'Cancel' to continue saving the current record.");
+const char *const kCaption = QT_TRANSLATE_NOOP("frmClientDetails", "Client Details");
 
 QIcon dataIcon()
 {
@@ -44,7 +41,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
     , m_fields(new BoundFields(this, BoundFields::SelectOnEntry::MaskedOnly))
 {
     setObjectName(QStringLiteral("frmClientDetails"));
-    setWindowTitle(kCaption);
+    setWindowTitle(tr(kCaption));
     m_sql = RecordQueries::allClientsByLastName();
     m_rs = new Recordset(this);
     connect(m_fields, &BoundFields::edited, this, &frmClientDetails::markChanged);
@@ -121,7 +118,7 @@ void frmClientDetails::DisplayRecordPosition()
 void frmClientDetails::showHousehold()
 {
     if (m_clientId.isEmpty()) {
-        lblClientName->setText(QStringLiteral("New client"));
+        lblClientName->setText(tr("New client"));
         lblHousehold->clear();
         return;
     }
@@ -132,7 +129,7 @@ void frmClientDetails::showHousehold()
     const RecordQueries::Household household = RecordQueries::household(m_clientId.toLongLong());
     const QString lastVisit
         = household.lastFoodService.isNull() ? QStringLiteral("none") : basTendmark::FormatDate(household.lastFoodService);
-    lblHousehold->setText(QStringLiteral("Household: %1   Last food service: %2").arg(household.members).arg(lastVisit));
+    lblHousehold->setText(tr("Household: %1   Last food service: %2").arg(household.members).arg(lastVisit));
 }
 
 void frmClientDetails::PopulateGrids()
@@ -244,11 +241,11 @@ bool frmClientDetails::checkValue(QWidget *c, const QString &value, QString &mes
         return false;
     const auto *edit = qobject_cast<const QLineEdit *>(c);
     if (edit && edit->inputMask().startsWith(QLatin1Char('(')) && value.size() != 10) {
-        message = QStringLiteral(" must have all ten digits, area code first.");
+        message = tr(" must have all ten digits, area code first.");
         return false;
     }
     if (field.type == FieldInfo::Type::Date && basTendmark::ParseDate(value) > QDate::currentDate()) {
-        message = QStringLiteral(" cannot be in the future.");
+        message = tr(" cannot be in the future.");
         return false;
     }
     return true;
@@ -267,7 +264,7 @@ bool frmClientDetails::validateOnLeave(QWidget *c)
     QString message;
     if (checkValue(c, value, message))
         return true;
-    Prompt::message(QStringLiteral("Data Entry Error"), m_fields->caption(c) + message, Prompt::Icon::Exclamation, Prompt::Ok);
+    Prompt::message(tr("Data Entry Error"), m_fields->caption(c) + message, Prompt::Icon::Exclamation, Prompt::Ok);
     focusControl(c);
     return false;
 }
@@ -288,8 +285,7 @@ bool frmClientDetails::UpdateFields()
         const QString value = basTendmark::GetControlValue(c, m_rs->field(column));
         const QString caption = m_fields->caption(c);
         if (basTendmark::IsRequired(c) && value.trimmed().isEmpty()) {
-            Prompt::message(QStringLiteral("Required Field Empty"), caption + QStringLiteral(" is required."), Prompt::Icon::Exclamation,
-                            Prompt::Ok);
+            Prompt::message(tr("Required Field Empty"), tr("%1 is required.").arg(caption), Prompt::Icon::Exclamation, Prompt::Ok);
             focusControl(c);
             return false;
         }
@@ -298,7 +294,7 @@ bool frmClientDetails::UpdateFields()
         auto *combo = qobject_cast<QComboBox *>(c);
         QString message;
         if (!value.isEmpty() && !(combo && !combo->isEditable()) && !checkValue(c, value, message)) {
-            Prompt::message(QStringLiteral("Data Entry Error"), caption + message, Prompt::Icon::Exclamation, Prompt::Ok);
+            Prompt::message(tr("Data Entry Error"), caption + message, Prompt::Icon::Exclamation, Prompt::Ok);
             focusControl(c);
             return false;
         }
@@ -330,8 +326,10 @@ bool frmClientDetails::AddressIsOnFile()
         return basTendmark::GetControlValue(c, m_rs->field(QString::fromLatin1(field)));
     };
     Prompt::PickRequest request;
-    request.caption = QStringLiteral("Client Already On File?");
-    request.label = QStringLiteral("The entered address") + kDuplicateTail;
+    request.caption = tr("Client Already On File?");
+    request.label = tr(
+        "The entered address is already on file for another client. Select an entry from the following the list and click 'OK' to go to that client "
+        "record. Click 'Cancel' to continue saving the current record.");
     const bool found = basDatabase::MatchAddress(m_clientId, value("Address"), value("City"), value("State"), request);
     return offerDuplicates(found, request);
 }
@@ -342,8 +340,10 @@ bool frmClientDetails::SSNIsOnFile()
     if (ssn.isEmpty())
         return false;
     Prompt::PickRequest request;
-    request.caption = QStringLiteral("Client Already On File?");
-    request.label = QStringLiteral("The entered Social Security Number") + kDuplicateTail;
+    request.caption = tr("Client Already On File?");
+    request.label = tr(
+        "The entered Social Security Number is already on file for another client. Select an entry from the following the list and click 'OK' to go to that client "
+        "record. Click 'Cancel' to continue saving the current record.");
     return offerDuplicates(basDatabase::MatchSSN(m_clientId, ssn, request), request);
 }
 
@@ -435,8 +435,7 @@ void frmClientDetails::goToClient(const QString &id)
             return;
         }
         if (!m_rs->find(id)) {
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
-                            Prompt::Ok);
+            Prompt::message(tr("Application Error"), tr("Error retrieving record."), Prompt::Icon::Exclamation, Prompt::Ok);
             displayCurrent();
             return;
         }
@@ -448,9 +447,8 @@ bool frmClientDetails::askToSave()
 {
     if (!m_dataChanged)
         return true;
-    const int answer
-        = Prompt::message(QStringLiteral("Save Record?"), QStringLiteral("Current record has changed. Do you want to save it?"),
-                          Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel);
+    const int answer = Prompt::message(tr("Save Record?"), tr("Current record has changed. Do you want to save it?"),
+                                       Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel);
     if (answer == Prompt::Yes)
         return UpdateRecord();
     if (answer == Prompt::No) {
@@ -481,7 +479,7 @@ bool frmClientDetails::queryUnload()
 void frmClientDetails::setSQL(const QString &sql)
 {
     m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
-    setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
+    setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 
 void frmClientDetails::ExecuteSQL()

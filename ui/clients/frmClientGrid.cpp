@@ -11,6 +11,7 @@
 #include "RecordQueries.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -21,7 +22,7 @@
 
 namespace {
 
-const QString kCaption = QStringLiteral("Client Table");
+const char *const kCaption = QT_TRANSLATE_NOOP("frmClientGrid", "Client Table");
 
 // Shows the wait cursor for the lifetime of the object.
 struct WaitCursor
@@ -35,8 +36,8 @@ struct WaitMessage
 {
     explicit WaitMessage(QWidget *owner) : notice(owner)
     {
-        notice.setWindowTitle(QStringLiteral("Please Wait..."));
-        notice.setMessage(QStringLiteral("Please wait while the recordset is refreshed..."));
+        notice.setWindowTitle(frmClientGrid::tr("Please Wait..."));
+        notice.setMessage(frmClientGrid::tr("Please wait while the recordset is refreshed..."));
         notice.showNow();
     }
     ~WaitMessage() { notice.hide(); }
@@ -48,14 +49,16 @@ struct WaitMessage
 frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientGrid"));
-    setWindowTitle(kCaption);
+    setWindowTitle(tr(kCaption));
 
     grdData = new QTableView(this);
     grdData->setObjectName(QStringLiteral("grdData"));
-    grdData->setProperty("ColumnSpec",
-                         QStringLiteral(">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
-                                        "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
-                                        "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
+    grdData->setProperty(
+        "ColumnSpec",
+        QCoreApplication::translate("ColumnHeadings",
+                                    ">ID,700|<Last Name,1400|<First Name,1200|<MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|"
+                                    "<Ethnic Origin,1300|<Marital Status,1400|<Address,2500|<City,1100|^State,600|<Zip Code,1000|"
+                                    "<Home Phone,1300|<Work Phone,1300|<Mobile Phone,1300|<Comments,4000"));
     basTendmark::FormatDataGrid(grdData);
     basClient::FitColumns(grdData);
     grdData->horizontalHeader()->setSectionsClickable(true);
@@ -66,11 +69,10 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
         b->setToolTip(tip);
         return b;
     };
-    cmdClientAdd = button("cmdClientAdd", QStringLiteral("&Add..."), QStringLiteral("Click to add a new client."));
-    cmdClientEdit = button("cmdClientEdit", QStringLiteral("&Edit..."), QStringLiteral("Click to edit the selected client's details."));
-    cmdClientDelete
-        = button("cmdClientDelete", QStringLiteral("&Delete"), QStringLiteral("Click to delete the selected client from the database."));
-    cmdRefresh = button("cmdRefresh", QStringLiteral("Refresh"), QStringLiteral("Read the list again from the database."));
+    cmdClientAdd = button("cmdClientAdd", tr("&Add..."), tr("Click to add a new client."));
+    cmdClientEdit = button("cmdClientEdit", tr("&Edit..."), tr("Click to edit the selected client's details."));
+    cmdClientDelete = button("cmdClientDelete", tr("&Delete"), tr("Click to delete the selected client from the database."));
+    cmdRefresh = button("cmdRefresh", tr("Refresh"), tr("Read the list again from the database."));
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdClientAdd);
@@ -108,10 +110,10 @@ void frmClientGrid::setSQL(const QString &sql)
 {
     if (sql.isEmpty()) {
         m_baseSql = RecordQueries::allClients();
-        setWindowTitle(kCaption);
+        setWindowTitle(tr(kCaption));
     } else {
         m_baseSql = sql;
-        setWindowTitle(kCaption + QStringLiteral(" (Filter Applied)"));
+        setWindowTitle(tr("%1 (Filter Applied)").arg(tr(kCaption)));
     }
 }
 

@@ -8,6 +8,7 @@
 #include "basErrorHandler.h"
 #include "basTendmark.h"
 
+#include <QCoreApplication>
 #include <QFontDatabase>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -18,29 +19,29 @@
 #include <QVBoxLayout>
 
 namespace {
-const QString kCaption = QStringLiteral("Client Summary");
+const char *const kCaption = QT_TRANSLATE_NOOP("frmClientSummary", "Client Summary");
 }   // namespace
 
 frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientSummary"));
-    setWindowTitle(kCaption);
+    setWindowTitle(tr(kCaption));
     m_sql = RecordQueries::allClientsByLastName();
     m_rs = new Recordset(this);
 
-    auto *info = new QGroupBox(QStringLiteral("Client Information"), this);
+    auto *info = new QGroupBox(tr("Client Information"), this);
     rtbClientInfo = new QTextEdit(info);
     rtbClientInfo->setObjectName(QStringLiteral("rtbClientInfo"));
     rtbClientInfo->setReadOnly(true);
     rtbClientInfo->setLineWrapMode(QTextEdit::NoWrap);
     rtbClientInfo->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     rtbClientInfo->setFixedHeight(rtbClientInfo->fontMetrics().lineSpacing() * 5 + 14);
-    cmdClientAdd = new QPushButton(QStringLiteral("&Add..."), info);
+    cmdClientAdd = new QPushButton(tr("&Add..."), info);
     cmdClientAdd->setObjectName(QStringLiteral("cmdClientAdd"));
-    cmdClientAdd->setToolTip(QStringLiteral("Click to add a new client."));
-    cmdClientEdit = new QPushButton(QStringLiteral("&Edit..."), info);
+    cmdClientAdd->setToolTip(tr("Click to add a new client."));
+    cmdClientEdit = new QPushButton(tr("&Edit..."), info);
     cmdClientEdit->setObjectName(QStringLiteral("cmdClientEdit"));
-    cmdClientEdit->setToolTip(QStringLiteral("Click to edit the selected client's details."));
+    cmdClientEdit->setToolTip(tr("Click to edit the selected client's details."));
     auto *clientButtons = new QVBoxLayout;
     clientButtons->addWidget(cmdClientAdd);
     clientButtons->addWidget(cmdClientEdit);
@@ -60,13 +61,15 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
     });
 
     auto *grids = new QHBoxLayout;
-    grids->addWidget(
-        buildGrid(QStringLiteral("Family Members"), RecordKind::FamilyMember, QStringLiteral("Relationship,1200|Name,2220|^Age,500")), 5);
-    grids->addWidget(
-        buildGrid(QStringLiteral("Food Service"), RecordKind::FoodService, QStringLiteral("^Date,1000|Type of Service,2330|^Bags,590")), 5);
-    grids->addWidget(
-        buildGrid(QStringLiteral("Payment History"), RecordKind::Payment, QStringLiteral("^Date,1000|Type of Payment,2120|^Amount,800")),
-        5);
+    grids->addWidget(buildGrid(tr("Family Members"), RecordKind::FamilyMember,
+                               QCoreApplication::translate("ColumnHeadings", "Relationship,1200|Name,2220|^Age,500")),
+                     5);
+    grids->addWidget(buildGrid(tr("Food Service"), RecordKind::FoodService,
+                               QCoreApplication::translate("ColumnHeadings", "^Date,1000|Type of Service,2330|^Bags,590")),
+                     5);
+    grids->addWidget(buildGrid(tr("Payment History"), RecordKind::Payment,
+                               QCoreApplication::translate("ColumnHeadings", "^Date,1000|Type of Payment,2120|^Amount,800")),
+                     5);
 
     m_strip = new NavigationStrip(this, false);
     connect(m_strip, &NavigationStrip::moveRequested, this, &frmClientSummary::navigate);
@@ -86,8 +89,14 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 QWidget *frmClientSummary::buildGrid(const QString &caption, RecordKind kind, const QString &spec)
 {
     auto *box = new QGroupBox(caption, this);
-    const ClientSubGrid::Look look {QStringLiteral("frmClientSummary"), ClientRecordQueries::Form::Short, false, QStringLiteral("Add..."),
-                                    QStringLiteral("Edit..."),          QStringLiteral("Delete"),         {},    QStringLiteral(" - ")};
+    const ClientSubGrid::Look look {QStringLiteral("frmClientSummary"),
+                                    ClientRecordQueries::Form::Short,
+                                    false,
+                                    tr("Add..."),
+                                    tr("Edit..."),
+                                    tr("Delete"),
+                                    {},
+                                    QStringLiteral(" - ")};
     auto *rows = new ClientSubGrid(workspace(), look, box);
     QTableView *grid = rows->addGrid(kind, spec);
     basClient::FitColumns(grid);
@@ -157,8 +166,7 @@ void frmClientSummary::setClientID(const QString &id)
 {
     basErrorHandler::Guard(QStringLiteral("frmClientSummary.ClientID"), [&] {
         if (!m_rs->find(id)) {
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
-                            Prompt::Ok);
+            Prompt::message(tr("Application Error"), tr("Error retrieving record."), Prompt::Icon::Exclamation, Prompt::Ok);
             return;
         }
         DisplayClient();
@@ -168,7 +176,7 @@ void frmClientSummary::setClientID(const QString &id)
 void frmClientSummary::setSQL(const QString &sql)
 {
     m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
-    setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
+    setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 
 void frmClientSummary::ExecuteSQL()

@@ -16,7 +16,7 @@
 frmFamilyMember::frmFamilyMember(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmFamilyMember"));
-    setWindowTitle(QStringLiteral("Family Member"));
+    setWindowTitle(tr("Family Member"));
 }
 
 QString frmFamilyMember::query() const
@@ -47,36 +47,33 @@ void frmFamilyMember::buildFields()
     };
 
     // Left column: the person; right column: the employer.
-    addField(list(24), "cboData", QStringLiteral("RelationshipID"), req, 0, QStringLiteral("Relationship"), 0, 0);
-    addField(text(), "txtData", QStringLiteral("LastName"), req, 1, QStringLiteral("Last Name"), 1, 0);
-    addField(text(), "txtData", QStringLiteral("FirstName"), req, 2, QStringLiteral("First Name"), 2, 0);
-    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 3, QStringLiteral("M.I."), 3, 0);
+    addField(list(24), "cboData", QStringLiteral("RelationshipID"), req, 0, tr("Relationship"), 0, 0);
+    addField(text(), "txtData", QStringLiteral("LastName"), req, 1, tr("Last Name"), 1, 0);
+    addField(text(), "txtData", QStringLiteral("FirstName"), req, 2, tr("First Name"), 2, 0);
+    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 3, tr("M.I."), 3, 0);
     addField(masked(QStringLiteral("999-99-9999"), 110), "mskData", QStringLiteral("SocialSecurityNumber"), opt, 4,
-             QStringLiteral("Social Security No"), 4, 0);
-    addField(text(), "txtData", QStringLiteral("DriversLicenseNumber"), opt, 5, QStringLiteral("Drivers License No"), 5, 0);
-    addField(masked(QStringLiteral("99/99/9999"), 110), "mskData", QStringLiteral("BirthDate"), opt, 6, QStringLiteral("Birth Date"), 6, 0);
-    addField(list(3), "cboData", QStringLiteral("Gender"), opt, 7, QStringLiteral("Gender"), 7, 0);
-    addField(list(24), "cboData", QStringLiteral("EthnicOriginID"), opt, 8, QStringLiteral("Ethnic Origin"), 8, 0);
-    addField(list(24), "cboData", QStringLiteral("EducationLevelID"), opt, 9, QStringLiteral("Education Level"), 9, 0);
-    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("MobilePhone"), opt, 10,
-             QStringLiteral("Mobile Phone"), 0, 1);
-    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11, QStringLiteral("Work Phone"),
-             1, 1);
-    addField(text(), "txtData", QStringLiteral("EmployerName"), opt, 12, QStringLiteral("Employer Name"), 2, 1);
-    addField(text(), "txtData", QStringLiteral("EmployerAddress"), opt, 13, QStringLiteral("Address"), 3, 1);
-    addField(text(), "txtData", QStringLiteral("EmployerCity"), opt, 14, QStringLiteral("City"), 4, 1);
+             tr("Social Security No"), 4, 0);
+    addField(text(), "txtData", QStringLiteral("DriversLicenseNumber"), opt, 5, tr("Drivers License No"), 5, 0);
+    addField(masked(QStringLiteral("99/99/9999"), 110), "mskData", QStringLiteral("BirthDate"), opt, 6, tr("Birth Date"), 6, 0);
+    addField(list(3), "cboData", QStringLiteral("Gender"), opt, 7, tr("Gender"), 7, 0);
+    addField(list(24), "cboData", QStringLiteral("EthnicOriginID"), opt, 8, tr("Ethnic Origin"), 8, 0);
+    addField(list(24), "cboData", QStringLiteral("EducationLevelID"), opt, 9, tr("Education Level"), 9, 0);
+    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("MobilePhone"), opt, 10, tr("Mobile Phone"), 0, 1);
+    addField(masked(QStringLiteral("(999) 999-9999"), 130), "mskData", QStringLiteral("WorkPhone"), opt, 11, tr("Work Phone"), 1, 1);
+    addField(text(), "txtData", QStringLiteral("EmployerName"), opt, 12, tr("Employer Name"), 2, 1);
+    addField(text(), "txtData", QStringLiteral("EmployerAddress"), opt, 13, tr("Address"), 3, 1);
+    addField(text(), "txtData", QStringLiteral("EmployerCity"), opt, 14, tr("City"), 4, 1);
     auto *state = new QComboBox;
     state->setMaximumWidth(80);
     state->setMinimumWidth(70);
-    addField(state, "cboData", QStringLiteral("EmployerState"), opt, 15, QStringLiteral("State"), 5, 1);
+    addField(state, "cboData", QStringLiteral("EmployerState"), opt, 15, tr("State"), 5, 1);
     zip->setMaximumWidth(120);
     zip->setMinimumWidth(100);
-    addField(zip, "cboData", QStringLiteral("EmployerZip"), opt, 16, QStringLiteral("Zip Code"), 6, 1);
+    addField(zip, "cboData", QStringLiteral("EmployerZip"), opt, 16, tr("Zip Code"), 6, 1);
     addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationYears"), opt, 17,
-             QStringLiteral("How long with this employer?"), 7, 1);
-    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18, QStringLiteral("Months"), 8,
-             1);
-    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 19, QStringLiteral("Comments"), 10, 0, 2);
+             tr("How long with this employer?"), 7, 1);
+    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18, tr("Months"), 8, 1);
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 19, tr("Comments"), 10, 0, 2);
     fieldGrid()->setColumnStretch(1, 1);
     fieldGrid()->setColumnStretch(3, 1);
     fieldGrid()->setColumnMinimumWidth(2, 150);
@@ -122,9 +119,9 @@ bool frmFamilyMember::checkField(QWidget *control, const QString &column, const 
         return true;   // the save reports the column's own rule
     const auto *edit = qobject_cast<const QLineEdit *>(control);
     if (edit && edit->inputMask().startsWith(QLatin1Char('(')) && value.size() != 10)
-        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" must have all ten digits, area code first."));
+        return refuse(control, tr("Data Entry Error"), tr("%1 must have all ten digits, area code first.").arg(caption));
     if (column == QLatin1String("BirthDate") && basTendmark::ParseDate(value) > QDate::currentDate())
-        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be in the future."));
+        return refuse(control, tr("Data Entry Error"), tr("%1 cannot be in the future.").arg(caption));
     return true;
 }
 
@@ -135,6 +132,6 @@ RecordEditor::DeleteTexts frmFamilyMember::deleteTexts() const
     if (!name.isEmpty())
         name += QStringLiteral(", ") + value("FirstName");
     name += QLatin1Char(' ') + value("MiddleInitial");
-    return {QStringLiteral("Are you sure you want to delete family member '%1'?").arg(name), QStringLiteral("Delete Family Member?"),
-            QStringLiteral("Family member '%1' deleted.").arg(name), QStringLiteral("Delete Family Member")};
+    return {tr("Are you sure you want to delete family member '%1'?").arg(name), tr("Delete Family Member?"),
+            tr("Family member '%1' deleted.").arg(name), tr("Delete Family Member")};
 }

@@ -27,9 +27,9 @@ ClientSubGrid::ClientSubGrid(Workspace *workspace, const Look &look, QWidget *pa
         b->setAutoDefault(false);
         return b;
     };
-    cmdAdd = button("cmdGridDataAdd", look.add, QStringLiteral("Click to add a new %1."));
-    cmdEdit = button("cmdGridDataEdit", look.edit, QStringLiteral("Click to edit the selected %1's details."));
-    cmdDelete = button("cmdGridDataDelete", look.remove, QStringLiteral("Click to delete the selected %1."));
+    cmdAdd = button("cmdGridDataAdd", look.add, tr("Click to add a new %1."));
+    cmdEdit = button("cmdGridDataEdit", look.edit, tr("Click to edit the selected %1's details."));
+    cmdDelete = button("cmdGridDataDelete", look.remove, tr("Click to delete the selected %1."));
     connect(cmdAdd, &QPushButton::clicked, this, &ClientSubGrid::addRow);
     connect(cmdEdit, &QPushButton::clicked, this, &ClientSubGrid::editRow);
     connect(cmdDelete, &QPushButton::clicked, this, &ClientSubGrid::deleteRow);
@@ -130,8 +130,8 @@ void ClientSubGrid::addRow()
 {
     basErrorHandler::Guard(m_look.window + QStringLiteral(".cmdGridDataAdd_Click"), [&] {
         if (m_clientId.isEmpty()) {
-            Prompt::message(QStringLiteral("Required Client Data Not Entered"),
-                            QStringLiteral("Please enter the required client information before entering any supporting details."),
+            Prompt::message(tr("Required Client Data Not Entered"),
+                            tr("Please enter the required client information before entering any supporting details."),
                             Prompt::Icon::Exclamation, Prompt::Ok);
             return;
         }
@@ -157,8 +157,7 @@ void ClientSubGrid::deleteRow()
         if (key <= 0)
             return;
         const QString what = basTendmark::GridText(l.grid, row, 1) + m_look.deleteJoin + basTendmark::GridText(l.grid, row, 2);
-        if (Prompt::message(QStringLiteral("Delete Record?"),
-                            QStringLiteral("Are you sure you want to delete '") + what + QStringLiteral("'?"), Prompt::Icon::Question,
+        if (Prompt::message(tr("Delete Record?"), tr("Are you sure you want to delete '%1'?").arg(what), Prompt::Icon::Question,
                             Prompt::Yes | Prompt::No)
             != Prompt::Yes)
             return;

@@ -26,7 +26,9 @@ public:
 
     explicit GridModel(QObject *parent = nullptr);
 
-    // "^ID,800|<Last Name,1400|City," as described for list grids.
+    // "^ID,800|<Last Name,1400|City," as described for list grids. The specs in
+    // the code are translated whole in the "ColumnHeadings" context, where a
+    // translation changes the headings and keeps the marks and widths.
     void setColumnSpec(const QString &spec);
     const QList<Column> &columns() const { return m_columns; }   // including the selector column
     static QList<Column> parseColumnSpec(const QString &spec);

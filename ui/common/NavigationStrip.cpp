@@ -20,25 +20,26 @@ NavigationStrip::NavigationStrip(QWidget *window, bool withAdd) : QWidget(window
         b->setFocusPolicy(Qt::TabFocus);   // a click leaves the focus (and its checks) where it is
         return b;
     };
-    cmdFirst = button("cmdFirst", QStringLiteral("|<"), QStringLiteral("Go to the first record."));
-    cmdPrevious = button("cmdPrevious", QStringLiteral("<"), QStringLiteral("Go to the previous record."));
-    cmdNext = button("cmdNext", QStringLiteral(">"), QStringLiteral("Go to the next record."));
-    cmdLast = button("cmdLast", QStringLiteral(">|"), QStringLiteral("Go to the last record."));
+    cmdFirst = button("cmdFirst", QStringLiteral("|<"), tr("Go to the first record."));
+    cmdPrevious = button("cmdPrevious", QStringLiteral("<"), tr("Go to the previous record."));
+    cmdNext = button("cmdNext", QStringLiteral(">"), tr("Go to the next record."));
+    cmdLast = button("cmdLast", QStringLiteral(">|"), tr("Go to the last record."));
     for (QPushButton *b : {cmdFirst, cmdPrevious, cmdNext, cmdLast})
         b->setFixedWidth(b->fontMetrics().horizontalAdvance(QStringLiteral(">|")) + 24);
     lblStatus = new QLabel(this);
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    lblStatus->setToolTip(QStringLiteral("Displays the record number, the total number of records, and the current record id."));
+    lblStatus->setToolTip(tr("Displays the record number, the total number of records, and the current record id."));
     lblStatus->setAlignment(Qt::AlignCenter);
     lblStatus->setFrameShape(QFrame::StyledPanel);
-    lblStatus->setMinimumWidth(lblStatus->fontMetrics().horizontalAdvance(QStringLiteral("Record: 100000 of 100000     ID: 100000")) + 16);
+    lblStatus->setMinimumWidth(
+        lblStatus->fontMetrics().horizontalAdvance(tr("Record: %1 of %2     ID: %3").arg(100000).arg(100000).arg(100000)) + 16);
 
     auto *strip = new QHBoxLayout(this);
     strip->setContentsMargins(0, 0, 0, 0);
     for (QWidget *w : std::initializer_list<QWidget *> {cmdFirst, cmdPrevious, lblStatus, cmdNext, cmdLast})
         strip->addWidget(w);
     if (withAdd) {
-        QPushButton *cmdAdd = button("cmdAdd", QStringLiteral("Add"), QStringLiteral("Add a new record."));
+        QPushButton *cmdAdd = button("cmdAdd", tr("Add"), tr("Add a new record."));
         strip->addSpacing(12);
         strip->addWidget(cmdAdd);
         connect(cmdAdd, &QPushButton::clicked, this, &NavigationStrip::addRequested);
@@ -53,14 +54,14 @@ NavigationStrip::NavigationStrip(QWidget *window, bool withAdd) : QWidget(window
 void NavigationStrip::showPosition(int position, int count, const QString &id)
 {
     if (count <= 0) {
-        lblStatus->setText(QStringLiteral("Record: 0 of 0"));
+        lblStatus->setText(tr("Record: 0 of 0"));
         for (QPushButton *b : {cmdFirst, cmdPrevious, cmdNext, cmdLast})
             b->setEnabled(false);
         return;
     }
     if (position <= 0)
         return;
-    lblStatus->setText(QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(id));
+    lblStatus->setText(tr("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(id));
     cmdFirst->setEnabled(position != 1);
     cmdPrevious->setEnabled(position != 1);
     cmdNext->setEnabled(position != count);

@@ -77,9 +77,9 @@ void RecordEditor::buildFrame()
             grid->addWidget(edit, 0, column + 1);
             return edit;
         };
-        txtClientName = box("txtClientName", QStringLiteral("Client Name: "), 0, 200);
-        txtClientSSN = box("txtClientSSN", QStringLiteral("Social Security No: "), 2, 95);
-        txtClientDLN = box("txtClientDLN", QStringLiteral("Driver's License No: "), 4, 110);
+        txtClientName = box("txtClientName", tr("Client Name: "), 0, 200);
+        txtClientSSN = box("txtClientSSN", tr("Social Security No: "), 2, 95);
+        txtClientDLN = box("txtClientDLN", tr("Driver's License No: "), 4, 110);
         grid->setColumnStretch(1, 3);
         grid->setColumnStretch(3, 1);
         grid->setColumnStretch(5, 1);
@@ -169,8 +169,7 @@ bool RecordEditor::load()
         if (m_recordId.isEmpty()) {
             AddRecord();
         } else if (!madoPrimaryRS.find(m_recordId)) {
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
-                            Prompt::Ok);
+            Prompt::message(tr("Application Error"), tr("Error retrieving record."), Prompt::Icon::Exclamation, Prompt::Ok);
             return;
         }
         DisplayRecordPosition();
@@ -210,8 +209,7 @@ void RecordEditor::setRecordId(const QString &id)
         return;
     guard("RecordID", [&] {
         if (!madoPrimaryRS.find(id))
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error retrieving record."), Prompt::Icon::Exclamation,
-                            Prompt::Ok);
+            Prompt::message(tr("Application Error"), tr("Error retrieving record."), Prompt::Icon::Exclamation, Prompt::Ok);
     });
 }
 
@@ -278,7 +276,7 @@ bool RecordEditor::checkField(QWidget *control, const QString &column, const QSt
     if (!dateColumn().isEmpty() && column == dateColumn()) {
         const QDate date = basTendmark::ParseDate(value);
         if (date.isValid() && date > QDate::currentDate())
-            return refuse(control, QStringLiteral("Data Entry Error"), QStringLiteral("Future date not allowed."));
+            return refuse(control, tr("Data Entry Error"), tr("Future date not allowed."));
     }
     return true;
 }
@@ -292,13 +290,13 @@ bool RecordEditor::validateOnLeave(QWidget *control)
     if (!dateColumn().isEmpty() && column == dateColumn()) {
         const QDate date = basTendmark::ParseDate(value);
         if (date.isValid() && date > QDate::currentDate())
-            return refuse(control, QStringLiteral("Data Entry Error"), QStringLiteral("Future date not allowed."));
+            return refuse(control, tr("Data Entry Error"), tr("Future date not allowed."));
     }
     if (!value.isEmpty()) {
         QString message;
         if (!basDatabase::FieldIsValid(madoPrimaryRS.field(column), value, message)) {
             const QLabel *lbl = label(control->property("Index").toInt());
-            return refuse(control, QStringLiteral("Data Entry Error"), (lbl ? lbl->text() : column) + message);
+            return refuse(control, tr("Data Entry Error"), (lbl ? lbl->text() : column) + message);
         }
     }
     if (auto *amount = qobject_cast<AmountBox *>(control))
@@ -316,7 +314,7 @@ bool RecordEditor::UpdateFields()
         const QLabel *lbl = label(control->property("Index").toInt());
         const QString caption = lbl ? lbl->text() : column;
         if (basTendmark::IsRequired(control) && value.isEmpty())
-            return refuse(control, QStringLiteral("Required Field Empty"), caption + QStringLiteral(" is required."));
+            return refuse(control, tr("Required Field Empty"), tr("%1 is required.").arg(caption));
         if (!checkField(control, column, value, caption))
             return false;
         if (value == basTendmark::GetFieldValue(madoPrimaryRS, column))
@@ -324,7 +322,7 @@ bool RecordEditor::UpdateFields()
         if (!value.isEmpty() && !isList(control)) {
             QString message;
             if (!basDatabase::FieldIsValid(madoPrimaryRS.field(column), value, message))
-                return refuse(control, QStringLiteral("Data Entry Error"), caption + message);
+                return refuse(control, tr("Data Entry Error"), caption + message);
         }
         if (!basDatabase::UpdateDataField(madoPrimaryRS, column, value))
             return false;
@@ -450,8 +448,8 @@ bool RecordEditor::queryUnload()
 {
     if (!m_dataChanged)
         return true;
-    switch (Prompt::message(QStringLiteral("Save Record?"), QStringLiteral("Current record has changed. Do you want to save it?"),
-                            Prompt::Icon::Question, Prompt::Yes | Prompt::No | Prompt::Cancel)) {
+    switch (Prompt::message(tr("Save Record?"), tr("Current record has changed. Do you want to save it?"), Prompt::Icon::Question,
+                            Prompt::Yes | Prompt::No | Prompt::Cancel)) {
     case Prompt::Yes:
         return UpdateRecord();
     case Prompt::No:

@@ -5,6 +5,7 @@
 #include "QueryPages.h"
 #include "basErrorHandler.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -23,22 +24,22 @@ struct SpecEntry
     const char *entry;
 };
 const SpecEntry kSpec[] = {
-    {"LastName", "<Last Name,1200"},
-    {"FirstName", "<First Name,1200"},
-    {"MiddleInitial", "<MI,400"},
-    {"SocialSecurityNumber", "^SSN,1000"},
-    {"DriversLicenseNumber", "^DLN,1000"},
-    {"Address", "<Address,2700"},
-    {"City", "<City,2700"},
-    {"State", "<State,800"},
-    {"Zip", "<Zip Code,1000"},
-    {"BirthDate", "^Birth Date,1000"},
-    {"HomePhone", "<Home Phone,1300"},
-    {"MobilePhone", "<Mobile Phone,1300"},
-    {"WorkPhone", "<Work Phone,1300"},
-    {"EmployerName", "<Employer Name,2000"},
-    {"EmployerAddress", "<Employer Address,2700"},
-    {"RelationshipDescription", "<Relationship,1400"},
+    {"LastName", QT_TRANSLATE_NOOP("ColumnHeadings", "<Last Name,1200")},
+    {"FirstName", QT_TRANSLATE_NOOP("ColumnHeadings", "<First Name,1200")},
+    {"MiddleInitial", QT_TRANSLATE_NOOP("ColumnHeadings", "<MI,400")},
+    {"SocialSecurityNumber", QT_TRANSLATE_NOOP("ColumnHeadings", "^SSN,1000")},
+    {"DriversLicenseNumber", QT_TRANSLATE_NOOP("ColumnHeadings", "^DLN,1000")},
+    {"Address", QT_TRANSLATE_NOOP("ColumnHeadings", "<Address,2700")},
+    {"City", QT_TRANSLATE_NOOP("ColumnHeadings", "<City,2700")},
+    {"State", QT_TRANSLATE_NOOP("ColumnHeadings", "<State,800")},
+    {"Zip", QT_TRANSLATE_NOOP("ColumnHeadings", "<Zip Code,1000")},
+    {"BirthDate", QT_TRANSLATE_NOOP("ColumnHeadings", "^Birth Date,1000")},
+    {"HomePhone", QT_TRANSLATE_NOOP("ColumnHeadings", "<Home Phone,1300")},
+    {"MobilePhone", QT_TRANSLATE_NOOP("ColumnHeadings", "<Mobile Phone,1300")},
+    {"WorkPhone", QT_TRANSLATE_NOOP("ColumnHeadings", "<Work Phone,1300")},
+    {"EmployerName", QT_TRANSLATE_NOOP("ColumnHeadings", "<Employer Name,2000")},
+    {"EmployerAddress", QT_TRANSLATE_NOOP("ColumnHeadings", "<Employer Address,2700")},
+    {"RelationshipDescription", QT_TRANSLATE_NOOP("ColumnHeadings", "<Relationship,1400")},
 };
 
 // A heading for a field the table above does not know: "EmergencyContact" -> "Emergency Contact".
@@ -61,10 +62,10 @@ frmSelect::frmSelect(QWidget *parent) : QDialog(parent)
     m_lblGrid->setWordWrap(true);
     m_grdData = new QTableView(this);
     m_grdData->setObjectName(QStringLiteral("grdData"));
-    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    m_cmdOK = new QPushButton(tr("OK"), this);
     m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
     m_cmdOK->setDefault(true);
-    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    m_cmdCancel = new QPushButton(tr("Cancel"), this);
     m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     auto *buttons = new QDialogButtonBox(this);
     buttons->addButton(m_cmdOK, QDialogButtonBox::AcceptRole);
@@ -102,7 +103,7 @@ QString frmSelect::ColumnSpec(const QStringList &fieldNames)
         QString entry;
         for (const SpecEntry &s : kSpec)
             if (name == QLatin1String(s.field))
-                entry = QString::fromLatin1(s.entry);
+                entry = QCoreApplication::translate("ColumnHeadings", s.entry);
         entries << (entry.isEmpty() ? QStringLiteral("<") + headingFor(name) + QLatin1Char(',') : entry);
     }
     return entries.join(QLatin1Char('|'));

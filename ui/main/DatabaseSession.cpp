@@ -19,8 +19,12 @@
 
 namespace {
 
-const QString kDatabaseFilter = QStringLiteral("Database Files (*.%1)").arg(QLatin1String(Schema::FileSuffix));
 constexpr int kRecentFilesKept = 6;
+
+QString databaseFilter()
+{
+    return DatabaseSession::tr("Database Files (*.%1)").arg(QLatin1String(Schema::FileSuffix));
+}
 
 QString shown(const QString &path)
 {
@@ -61,9 +65,9 @@ void DatabaseSession::warnIfMovedOrDeleted()
     if (m_path.isEmpty() || m_movedReported || !basDatabase::OpenFileWasMovedOrDeleted())
         return;
     m_movedReported = true;
-    Prompt::message(QStringLiteral("Database Moved"),
-                    QStringLiteral("%1 was moved, renamed or deleted while it was open. Changes you save now may be lost; "
-                                   "close the database and open the file where it is now.")
+    Prompt::message(tr("Database Moved"),
+                    tr("%1 was moved, renamed or deleted while it was open. Changes you save now may be lost; "
+                       "close the database and open the file where it is now.")
                         .arg(shown(m_path)),
                     Prompt::Icon::Exclamation, Prompt::Ok);
 }
@@ -130,9 +134,9 @@ bool DatabaseSession::open(const QString &path, bool reportFailure)
     if (ok)
         backupOnOpen();
     if (!ok && reportFailure) {
-        Prompt::message(QStringLiteral("Database Open Error"),
-                        QStringLiteral("The selected database file may not be a valid TendMark database.\r\n"
-                                       "Please make sure that you are selecting the correct database file."),
+        Prompt::message(tr("Database Open Error"),
+                        tr("The selected database file may not be a valid TendMark database.\r\n"
+                           "Please make sure that you are selecting the correct database file."),
                         Prompt::Icon::Exclamation, Prompt::Ok);
         basErrorHandler::ReportError(QStringLiteral("frmMain.mnuFileOpen_Click"), -2147467259, reason);
     }
@@ -149,42 +153,40 @@ bool DatabaseSession::examine(const QString &path, bool reportFailure)
     if (check.state != Schema::FileState::Ok)
         return true;   // opening fails and says why
     if (check.notPrivate
-        && Prompt::message(QStringLiteral("Private File"),
-                           QStringLiteral("Other users of this computer can read %1, which holds your clients' personal "
-                                          "details.\r\nDo you want to make it readable by you only?")
+        && Prompt::message(tr("Private File"),
+                           tr("Other users of this computer can read %1, which holds your clients' personal "
+                              "details.\r\nDo you want to make it readable by you only?")
                                .arg(shown(path)),
                            Prompt::Icon::Question, Prompt::Yes | Prompt::No)
             == Prompt::Yes
         && !PrivateFiles::MakePrivate(path) && reportFailure)
-        Prompt::message(QStringLiteral("Private File"), QStringLiteral("The permissions of %1 could not be changed.").arg(shown(path)),
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Private File"), tr("The permissions of %1 could not be changed.").arg(shown(path)), Prompt::Icon::Exclamation,
+                        Prompt::Ok);
     return true;
 }
 
 void DatabaseSession::offerRescue(const QString &path, const QString &what)
 {
     const QString latest = Backups::Latest(path);
-    QString text = QStringLiteral("%1 cannot be used as it is: %2\r\nTendMark will not change this file.\r\n\r\n").arg(shown(path), what);
+    QString text = tr("%1 cannot be used as it is: %2\r\nTendMark will not change this file.\r\n\r\n").arg(shown(path), what);
     Prompt::Buttons buttons = Prompt::No | Prompt::Cancel;
     if (!latest.isEmpty()) {
-        text += QStringLiteral("Press Yes to open a copy of the latest backup (%1).\r\n")
+        text += tr("Press Yes to open a copy of the latest backup (%1).\r\n")
                     .arg(QFileInfo(latest).lastModified().toString(QStringLiteral("yyyy-MM-dd hh:mm")));
         buttons |= Prompt::Yes;
     }
-    text += QStringLiteral("Press No to copy what can still be read into a new file.");
-    const int answer = Prompt::message(QStringLiteral("Damaged Database"), text, Prompt::Icon::Critical, buttons);
+    text += tr("Press No to copy what can still be read into a new file.");
+    const int answer = Prompt::message(tr("Damaged Database"), text, Prompt::Icon::Critical, buttons);
     if (answer == Prompt::Cancel)
         return;
-    const QString target
-        = Prompt::saveFileName(answer == Prompt::Yes ? QStringLiteral("Open Latest Backup") : QStringLiteral("Copy Readable Data"),
-                               kDatabaseFilter, QLatin1String(Schema::FileSuffix),
-                               QFileInfo(path).completeBaseName() + QStringLiteral(" (rescued).") + QLatin1String(Schema::FileSuffix),
-                               QFileInfo(path).absolutePath());
+    const QString target = Prompt::saveFileName(
+        answer == Prompt::Yes ? tr("Open Latest Backup") : tr("Copy Readable Data"), databaseFilter(), QLatin1String(Schema::FileSuffix),
+        QFileInfo(path).completeBaseName() + QStringLiteral(" (rescued).") + QLatin1String(Schema::FileSuffix),
+        QFileInfo(path).absolutePath());
     if (target.isEmpty())
         return;
     if (QFileInfo(target).absoluteFilePath() == QFileInfo(path).absoluteFilePath() || QFileInfo::exists(target)) {
-        Prompt::message(QStringLiteral("Damaged Database"), QStringLiteral("Please choose a file that does not exist yet."),
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Damaged Database"), tr("Please choose a file that does not exist yet."), Prompt::Icon::Exclamation, Prompt::Ok);
         return;
     }
     QString error;
@@ -193,21 +195,18 @@ void DatabaseSession::offerRescue(const QString &path, const QString &what)
     if (answer == Prompt::Yes) {
         ok = QFile::copy(latest, target) && PrivateFiles::MakePrivate(target);
         if (!ok)
-            error = QStringLiteral("The backup could not be copied to %1.").arg(shown(target));
+            error = tr("The backup could not be copied to %1.").arg(shown(target));
     } else {
         FileHealth::CopyReport report;
         ok = FileHealth::CopyReadable(path, target, &report, &error);
-        done = QStringLiteral("%1 rows were copied to %2; %3 could not be read.")
-                   .arg(report.rowsCopied)
-                   .arg(shown(target))
-                   .arg(report.rowsLost);
+        done = tr("%1 rows were copied to %2; %3 could not be read.").arg(report.rowsCopied).arg(shown(target)).arg(report.rowsLost);
     }
     if (!ok) {
-        Prompt::message(QStringLiteral("Damaged Database"), error, Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Damaged Database"), error, Prompt::Icon::Exclamation, Prompt::Ok);
         return;
     }
     if (!done.isEmpty())
-        Prompt::message(QStringLiteral("Damaged Database"), done, Prompt::Icon::Information, Prompt::Ok);
+        Prompt::message(tr("Damaged Database"), done, Prompt::Icon::Information, Prompt::Ok);
     open(target, true);
 }
 
@@ -226,11 +225,10 @@ void DatabaseSession::backupNow()
     QString made;
     QString error;
     if (Backups::BackupNow(basDatabase::DatabasePath(), {}, &made, &error))
-        Prompt::message(QStringLiteral("Backup Now"), QStringLiteral("A checked copy of the database was saved as %1.").arg(shown(made)),
-                        Prompt::Icon::Information, Prompt::Ok);
-    else
-        Prompt::message(QStringLiteral("Backup Now"), QStringLiteral("No backup was made.\r\n") + error, Prompt::Icon::Exclamation,
+        Prompt::message(tr("Backup Now"), tr("A checked copy of the database was saved as %1.").arg(shown(made)), Prompt::Icon::Information,
                         Prompt::Ok);
+    else
+        Prompt::message(tr("Backup Now"), tr("No backup was made.\r\n%1").arg(error), Prompt::Icon::Exclamation, Prompt::Ok);
 }
 
 QString DatabaseSession::databaseToRestore()
@@ -238,7 +236,7 @@ QString DatabaseSession::databaseToRestore()
     if (!m_path.isEmpty())
         return m_path;
     const QStringList recent = recentFiles();
-    return Prompt::openFileName(QStringLiteral("Restore From Backup"), kDatabaseFilter,
+    return Prompt::openFileName(tr("Restore From Backup"), databaseFilter(),
                                 recent.isEmpty() ? QString() : QFileInfo(recent.constFirst()).absolutePath());
 }
 
@@ -250,9 +248,8 @@ bool DatabaseSession::restore(const QString &backup, const QString &database)
     QString error;
     const bool ok = Backups::Restore(backup, path, &error);
     if (!ok)
-        Prompt::message(QStringLiteral("Restore From Backup"),
-                        QStringLiteral("The backup was not restored; the database is as it was.\r\n") + error, Prompt::Icon::Exclamation,
-                        Prompt::Ok);
+        Prompt::message(tr("Restore From Backup"), tr("The backup was not restored; the database is as it was.\r\n%1").arg(error),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
     open(path, true);
     return ok;
 }
@@ -273,7 +270,7 @@ void DatabaseSession::closeAtExit()
 
 void DatabaseSession::createNew()
 {
-    const QString path = Prompt::saveFileName(QStringLiteral("New Database"), kDatabaseFilter, QLatin1String(Schema::FileSuffix),
+    const QString path = Prompt::saveFileName(tr("New Database"), databaseFilter(), QLatin1String(Schema::FileSuffix),
                                               QStringLiteral("pantry.%1").arg(QLatin1String(Schema::FileSuffix)));
     if (path.isEmpty())
         return;
@@ -281,8 +278,8 @@ void DatabaseSession::createNew()
         return;
     QString error;
     if (!Schema::CreateDatabase(path, true, &error)) {
-        Prompt::message(QStringLiteral("New Database"), QStringLiteral("The database could not be created.\r\n") + error,
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("New Database"), tr("The database could not be created.\r\n%1").arg(error), Prompt::Icon::Exclamation,
+                        Prompt::Ok);
         return;
     }
     open(path, true);
@@ -290,7 +287,7 @@ void DatabaseSession::createNew()
 
 void DatabaseSession::openChosen()
 {
-    const QString path = Prompt::openFileName(QStringLiteral("Open Database"), kDatabaseFilter);
+    const QString path = Prompt::openFileName(tr("Open Database"), databaseFilter());
     if (!path.isEmpty())
         open(path, true);
 }
@@ -301,13 +298,13 @@ QString DatabaseSession::prepareDemoDatabase()
     bool ok = true;
     if (!QFileInfo::exists(DemoDatabase::Path())) {
         frmMessage notice(m_frame);
-        notice.setMessage(QStringLiteral("Please wait while the demo database is created..."));
+        notice.setMessage(tr("Please wait while the demo database is created..."));
         notice.showNow();
         ok = DemoDatabase::Ensure(&error);
     }
     if (!ok) {
-        Prompt::message(QStringLiteral("Demo Database"), QStringLiteral("The demo database could not be created.\r\n") + error,
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Demo Database"), tr("The demo database could not be created.\r\n%1").arg(error), Prompt::Icon::Exclamation,
+                        Prompt::Ok);
         return {};
     }
     return DemoDatabase::Path();
@@ -324,7 +321,6 @@ bool DatabaseSession::requireDatabase()
 {
     if (basDatabase::IsOpen())
         return true;
-    Prompt::message(QStringLiteral("No Database open"), QStringLiteral("There is no current database open."), Prompt::Icon::Exclamation,
-                    Prompt::Ok);
+    Prompt::message(tr("No Database open"), tr("There is no current database open."), Prompt::Icon::Exclamation, Prompt::Ok);
     return false;
 }

@@ -9,6 +9,7 @@
 #include "frmRestoreBackup.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QHash>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -44,10 +45,11 @@ struct Button
 };
 
 // One row: a menu (no action), a separator (no name), a command, or a bar's show/hide switch.
+// Captions are the untranslated texts; the menus show them translated in their context.
 struct Entry
 {
-    Entry(const QString &menu, const QString &objectName = {}, const QString &text = {}) : parent(menu), name(objectName), caption(text) { }
-    Entry(const QString &menu, const QString &objectName, const QString &text, const QKeySequence &keys, std::function<void()> action,
+    Entry(const QString &menu, const QString &objectName = {}, const char *text = "") : parent(menu), name(objectName), caption(text) { }
+    Entry(const QString &menu, const QString &objectName, const char *text, const QKeySequence &keys, std::function<void()> action,
           const Button &asButton = {})
         : parent(menu)
         , name(objectName)
@@ -56,7 +58,7 @@ struct Entry
         , run(std::move(action))
         , button(asButton)
     { }
-    Entry(const QString &menu, const QString &objectName, const QString &text, QWidget *bar)
+    Entry(const QString &menu, const QString &objectName, const char *text, QWidget *bar)
         : parent(menu)
         , name(objectName)
         , caption(text)
@@ -64,7 +66,8 @@ struct Entry
     { }
     QString parent;   // the menu it belongs to; empty: the menu bar
     QString name;
-    QString caption;
+    const char *caption;
+    const char *context = "MainMenus";
     QKeySequence shortcut;
     std::function<void()> run;
     Button button;
@@ -76,20 +79,21 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
     using K = QKeySequence;
     const auto on = [&m](void (frmMain::*slot)()) { return [&m, slot] { (m.*slot)(); }; };
     std::vector<Entry> e = {
-        {"", "mnuFile", "&File"},
-        {"mnuFile", "mnuFileNew", "&New Database...", K::New, [&s] { s.createNew(); }},
+        {"", "mnuFile", QT_TRANSLATE_NOOP("MainMenus", "&File")},
+        {"mnuFile", "mnuFileNew", QT_TRANSLATE_NOOP("MainMenus", "&New Database..."), K::New, [&s] { s.createNew(); }},
         {"mnuFile",
          "mnuFileOpen",
-         "&Open...",
+         QT_TRANSLATE_NOOP("MainMenus", "&Open..."),
          K::Open,
          [&s] { s.openChosen(); },
-         {Bar::Tool, "Open", "document-open", QStyle::SP_DialogOpenButton, "Open a database file"}},
-        {"mnuFile", "mnuFileClose", "&Close", {}, [&s] { s.close(); }},
+         {Bar::Tool, QT_TRANSLATE_NOOP("MainMenus", "Open"), "document-open", QStyle::SP_DialogOpenButton,
+          QT_TRANSLATE_NOOP("MainMenus", "Open a database file")}},
+        {"mnuFile", "mnuFileClose", QT_TRANSLATE_NOOP("MainMenus", "&Close"), {}, [&s] { s.close(); }},
         {"mnuFile"},
-        {"mnuFile", "mnuFileBackupNow", "&Backup Now...", {}, [&s] { s.backupNow(); }},
+        {"mnuFile", "mnuFileBackupNow", QT_TRANSLATE_NOOP("MainMenus", "&Backup Now..."), {}, [&s] { s.backupNow(); }},
         {"mnuFile",
          "mnuFileRestore",
-         "&Restore From Backup...",
+         QT_TRANSLATE_NOOP("MainMenus", "&Restore From Backup..."),
          {},
          [&s, &m] {
              const QString database = s.databaseToRestore();
@@ -99,102 +103,117 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
         {"mnuFile"},
         {"mnuFile",
          "mnuFileSave",
-         "&Save",
+         QT_TRANSLATE_NOOP("MainMenus", "&Save"),
          K::Save,
          on(&frmMain::mnuFileSave_Click),
-         {Bar::Tool, "Save", "document-save", QStyle::SP_DialogSaveButton, "Save the current record"}},
+         {Bar::Tool, QT_TRANSLATE_NOOP("MainMenus", "Save"), "document-save", QStyle::SP_DialogSaveButton,
+          QT_TRANSLATE_NOOP("MainMenus", "Save the current record")}},
         {"mnuFile",
          "mnuFileDelete",
-         "&Delete",
+         QT_TRANSLATE_NOOP("MainMenus", "&Delete"),
          {},
          on(&frmMain::mnuFileDelete_Click),
-         {Bar::Tool, "Delete", "edit-delete", QStyle::SP_TrashIcon, "Delete the current record", true}},
+         {Bar::Tool, QT_TRANSLATE_NOOP("MainMenus", "Delete"), "edit-delete", QStyle::SP_TrashIcon,
+          QT_TRANSLATE_NOOP("MainMenus", "Delete the current record"), true}},
         {"mnuFile"},
-        {"mnuFile", "mnuFilePrintLabels", "Print &Labels...", K::Print, on(&frmMain::mnuFilePrintLabels_Click)},
+        {"mnuFile", "mnuFilePrintLabels", QT_TRANSLATE_NOOP("MainMenus", "Print &Labels..."), K::Print,
+         on(&frmMain::mnuFilePrintLabels_Click)},
         {"mnuFile"},
-        {"mnuFile", "mnuFileExit", "E&xit", K(Qt::ALT | Qt::Key_F4), [&m] { m.close(); }},
+        {"mnuFile", "mnuFileExit", QT_TRANSLATE_NOOP("MainMenus", "E&xit"), K(Qt::ALT | Qt::Key_F4), [&m] { m.close(); }},
 
-        {"", "mnuData", "&Data"},
+        {"", "mnuData", QT_TRANSLATE_NOOP("MainMenus", "&Data")},
         {"mnuData",
          "mnuDataClientSummary",
-         "Client &Summary",
+         QT_TRANSLATE_NOOP("MainMenus", "Client &Summary"),
          K(Qt::CTRL | Qt::Key_1),
          on(&frmMain::mnuDataClientSummary_Click),
-         {Bar::View, "Client\nSummary", "x-office-address-book", QStyle::SP_FileDialogInfoView}},
+         {Bar::View, QT_TRANSLATE_NOOP("MainMenus", "Client\nSummary"), "x-office-address-book", QStyle::SP_FileDialogInfoView}},
         {"mnuData",
          "mnuDataClientDetails",
-         "Client &Details",
+         QT_TRANSLATE_NOOP("MainMenus", "Client &Details"),
          K(Qt::CTRL | Qt::Key_2),
          on(&frmMain::mnuDataClientDetails_Click),
-         {Bar::View, "Client\nDetails", "contact-new", QStyle::SP_FileDialogDetailedView}},
+         {Bar::View, QT_TRANSLATE_NOOP("MainMenus", "Client\nDetails"), "contact-new", QStyle::SP_FileDialogDetailedView}},
         {"mnuData",
          "mnuDataClientTable",
-         "Client &Table",
+         QT_TRANSLATE_NOOP("MainMenus", "Client &Table"),
          K(Qt::CTRL | Qt::Key_3),
          on(&frmMain::mnuDataClientTable_Click),
-         {Bar::View, "Client\nTable", "x-office-spreadsheet", QStyle::SP_FileDialogListView}},
+         {Bar::View, QT_TRANSLATE_NOOP("MainMenus", "Client\nTable"), "x-office-spreadsheet", QStyle::SP_FileDialogListView}},
         {"mnuData",
          "mnuDataVolunteers",
-         "&Volunteers",
+         QT_TRANSLATE_NOOP("MainMenus", "&Volunteers"),
          K(Qt::CTRL | Qt::Key_4),
          on(&frmMain::mnuDataVolunteers_Click),
-         {Bar::View, "Volunteers", "system-users", QStyle::SP_DirHomeIcon}},
+         {Bar::View, QT_TRANSLATE_NOOP("MainMenus", "Volunteers"), "system-users", QStyle::SP_DirHomeIcon}},
         {"mnuData"},
-        {"mnuData", "mnuDataExport", "&Export"},
-        {"mnuDataExport", "mnuDataExportClients", "&Clients...", {}, on(&frmMain::mnuDataExportClients_Click)},
-        {"mnuDataExport", "mnuDataExportVolunteers", "&Volunteers...", {}, on(&frmMain::mnuDataExportVolunteers_Click)},
+        {"mnuData", "mnuDataExport", QT_TRANSLATE_NOOP("MainMenus", "&Export")},
+        {"mnuDataExport",
+         "mnuDataExportClients",
+         QT_TRANSLATE_NOOP("MainMenus", "&Clients..."),
+         {},
+         on(&frmMain::mnuDataExportClients_Click)},
+        {"mnuDataExport",
+         "mnuDataExportVolunteers",
+         QT_TRANSLATE_NOOP("MainMenus", "&Volunteers..."),
+         {},
+         on(&frmMain::mnuDataExportVolunteers_Click)},
         {"mnuData"},
         {"mnuData",
          "mnuDataFilter",
-         "&Filter...",
+         QT_TRANSLATE_NOOP("MainMenus", "&Filter..."),
          K(Qt::CTRL | Qt::Key_L),
          on(&frmMain::mnuDataFilter_Click),
-         {Bar::Tool, "Filter", "edit-find-replace", QStyle::SP_FileDialogContentsView, "Filter the current list", true}},
-        {"mnuData", "mnuDataSort", "S&ort"},
+         {Bar::Tool, QT_TRANSLATE_NOOP("MainMenus", "Filter"), "edit-find-replace", QStyle::SP_FileDialogContentsView,
+          QT_TRANSLATE_NOOP("MainMenus", "Filter the current list"), true}},
+        {"mnuData", "mnuDataSort", QT_TRANSLATE_NOOP("MainMenus", "S&ort")},
         {"mnuDataSort",
          "mnuDataSortSortAscending",
-         "Sort &Ascending",
+         QT_TRANSLATE_NOOP("MainMenus", "Sort &Ascending"),
          {},
          on(&frmMain::mnuDataSortSortAscending_Click),
-         {Bar::Tool, "Sort Ascending", "view-sort-ascending", QStyle::SP_ArrowUp, "Sort the selected column, A to Z"}},
+         {Bar::Tool, QT_TRANSLATE_NOOP("MainMenus", "Sort Ascending"), "view-sort-ascending", QStyle::SP_ArrowUp,
+          QT_TRANSLATE_NOOP("MainMenus", "Sort the selected column, A to Z")}},
         {"mnuDataSort",
          "mnuDataSortSortDescending",
-         "Sort &Descending",
+         QT_TRANSLATE_NOOP("MainMenus", "Sort &Descending"),
          {},
          on(&frmMain::mnuDataSortSortDescending_Click),
-         {Bar::Tool, "Sort Descending", "view-sort-descending", QStyle::SP_ArrowDown, "Sort the selected column, Z to A"}},
+         {Bar::Tool, QT_TRANSLATE_NOOP("MainMenus", "Sort Descending"), "view-sort-descending", QStyle::SP_ArrowDown,
+          QT_TRANSLATE_NOOP("MainMenus", "Sort the selected column, Z to A")}},
 
-        {"", "mnuView", "&View"},
-        {"mnuView", "mnuViewToolbar", "&Toolbar", toolBar},
-        {"mnuView", "mnuViewSearchbar", "&Search Bar", searchBar},
-        {"mnuView", "mnuViewViewbar", "&View Bar", viewBar},
-        {"mnuView", "mnuViewStatusbar", "Status &Bar", m.statusBar()},
+        {"", "mnuView", QT_TRANSLATE_NOOP("MainMenus", "&View")},
+        {"mnuView", "mnuViewToolbar", QT_TRANSLATE_NOOP("MainMenus", "&Toolbar"), toolBar},
+        {"mnuView", "mnuViewSearchbar", QT_TRANSLATE_NOOP("MainMenus", "&Search Bar"), searchBar},
+        {"mnuView", "mnuViewViewbar", QT_TRANSLATE_NOOP("MainMenus", "&View Bar"), viewBar},
+        {"mnuView", "mnuViewStatusbar", QT_TRANSLATE_NOOP("MainMenus", "Status &Bar"), m.statusBar()},
 
-        {"", "mnuReports", "&Reports"},
+        {"", "mnuReports", QT_TRANSLATE_NOOP("MainMenus", "&Reports")},
     };
     const std::pair<const char *, const char *> reports[] = {
-        {"mnuReportsClientDetail", "Client &Detail..."},
-        {"mnuReportsClientList", "Client &List..."},
-        {"mnuReportsDemographics", "D&emographics..."},
-        {"mnuReportsFoodServiceByClient", "&Food Service History By Client..."},
-        {"mnuReportsGeographicSummary", "&Geographic Summary..."},
-        {"mnuReportsGroceryLog", "G&rocery Log..."},
-        {"mnuReportsPaymentHistoryByClient", "&Payment History By Client..."},
-        {"mnuReportsVolunteerDetail", "&Volunteer Detail..."},
-        {"mnuReportsVolunteerList", "Volunteer L&ist..."},
+        {"mnuReportsClientDetail", QT_TRANSLATE_NOOP("MainMenus", "Client &Detail...")},
+        {"mnuReportsClientList", QT_TRANSLATE_NOOP("MainMenus", "Client &List...")},
+        {"mnuReportsDemographics", QT_TRANSLATE_NOOP("MainMenus", "D&emographics...")},
+        {"mnuReportsFoodServiceByClient", QT_TRANSLATE_NOOP("MainMenus", "&Food Service History By Client...")},
+        {"mnuReportsGeographicSummary", QT_TRANSLATE_NOOP("MainMenus", "&Geographic Summary...")},
+        {"mnuReportsGroceryLog", QT_TRANSLATE_NOOP("MainMenus", "G&rocery Log...")},
+        {"mnuReportsPaymentHistoryByClient", QT_TRANSLATE_NOOP("MainMenus", "&Payment History By Client...")},
+        {"mnuReportsVolunteerDetail", QT_TRANSLATE_NOOP("MainMenus", "&Volunteer Detail...")},
+        {"mnuReportsVolunteerList", QT_TRANSLATE_NOOP("MainMenus", "Volunteer L&ist...")},
     };
     for (const auto &[name, caption] : reports) {
         const QString menuName = QString::fromLatin1(name);
-        e.push_back({"mnuReports", menuName, QString::fromLatin1(caption), {}, [&m, menuName] { m.openReport(menuName); }});
+        e.push_back({"mnuReports", menuName, caption, {}, [&m, menuName] { m.openReport(menuName); }});
     }
-    e.push_back({"", "mnuTools", "&Tools"});
-    e.push_back({"mnuTools", "mnuToolsTables", "&Tables"});
+    e.push_back({"", "mnuTools", QT_TRANSLATE_NOOP("MainMenus", "&Tools")});
+    e.push_back({"mnuTools", "mnuToolsTables", QT_TRANSLATE_NOOP("MainMenus", "&Tables")});
     for (int i = 0; i < int(LookupTables::all().size()); ++i) {
         const LookupTables::LookupTable &t = LookupTables::all()[size_t(i)];
-        e.push_back(
-            {"mnuToolsTables", QString::fromLatin1(t.menuName), QString::fromLatin1(t.menuCaption), {}, [&m, i] { m.openLookupTable(i); }});
+        Entry table {"mnuToolsTables", QString::fromLatin1(t.menuName), t.menuCaption, {}, [&m, i] { m.openLookupTable(i); }};
+        table.context = "LookupTables";
+        e.push_back(table);
     }
-    e.push_back({"mnuTools", "mnuToolsAuditLog", "&Audit Log", {}, [&m] {
+    e.push_back({"mnuTools", "mnuToolsAuditLog", QT_TRANSLATE_NOOP("MainMenus", "&Audit Log"), {}, [&m] {
                      if (!DatabaseSession::requireDatabase())
                          return;
                      auto *window = m.findChildWindow<frmAuditLog>();
@@ -205,13 +224,14 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
                      m.activateChild(window);
                  }});
     e.push_back({"mnuTools"});
-    e.push_back({"mnuTools", "mnuToolsOptions", "&Options...", {}, on(&frmMain::mnuToolsOptions_Click)});
-    e.push_back({"", "mnuWindow", "&Window"});
-    e.push_back({"", "mnuHelp", "&Help"});
-    e.push_back({"mnuHelp", "mnuHelpContents", "&Contents", K::HelpContents, on(&frmMain::mnuHelpContents_Click)});
-    e.push_back({"mnuHelp", "mnuHelpIndex", "&Index", {}, on(&frmMain::mnuHelpIndex_Click)});
+    e.push_back({"mnuTools", "mnuToolsOptions", QT_TRANSLATE_NOOP("MainMenus", "&Options..."), {}, on(&frmMain::mnuToolsOptions_Click)});
+    e.push_back({"", "mnuWindow", QT_TRANSLATE_NOOP("MainMenus", "&Window")});
+    e.push_back({"", "mnuHelp", QT_TRANSLATE_NOOP("MainMenus", "&Help")});
+    e.push_back(
+        {"mnuHelp", "mnuHelpContents", QT_TRANSLATE_NOOP("MainMenus", "&Contents"), K::HelpContents, on(&frmMain::mnuHelpContents_Click)});
+    e.push_back({"mnuHelp", "mnuHelpIndex", QT_TRANSLATE_NOOP("MainMenus", "&Index"), {}, on(&frmMain::mnuHelpIndex_Click)});
     e.push_back({"mnuHelp"});
-    e.push_back({"mnuHelp", "mnuHelpAbout", "&About TendMark...", {}, on(&frmMain::mnuHelpAbout_Click)});
+    e.push_back({"mnuHelp", "mnuHelpAbout", QT_TRANSLATE_NOOP("MainMenus", "&About TendMark..."), {}, on(&frmMain::mnuHelpAbout_Click)});
     return e;
 }
 
@@ -228,14 +248,17 @@ QAction *addMenuAction(QMenu *menu, const QString &name, const QString &caption,
 void fillWindowMenu(QMenu *menu, QMdiArea *area)
 {
     menu->clear();
-    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowCascade"), QStringLiteral("&Cascade")), &QAction::triggered, area,
-                     &QMdiArea::cascadeSubWindows);
-    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowTileHorizontal"), QStringLiteral("Tile &Horizontally")),
-                     &QAction::triggered, area, [area] { WindowArrangement::TileHorizontally(area); });
-    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowTileVertical"), QStringLiteral("Tile &Vertically")), &QAction::triggered,
-                     area, [area] { WindowArrangement::TileVertically(area); });
-    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered,
-                     area, [area] { WindowArrangement::ArrangeIcons(area); });
+    QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowCascade"), QCoreApplication::translate("MainMenus", "&Cascade")),
+                     &QAction::triggered, area, &QMdiArea::cascadeSubWindows);
+    QObject::connect(
+        addMenuAction(menu, QStringLiteral("mnuWindowTileHorizontal"), QCoreApplication::translate("MainMenus", "Tile &Horizontally")),
+        &QAction::triggered, area, [area] { WindowArrangement::TileHorizontally(area); });
+    QObject::connect(
+        addMenuAction(menu, QStringLiteral("mnuWindowTileVertical"), QCoreApplication::translate("MainMenus", "Tile &Vertically")),
+        &QAction::triggered, area, [area] { WindowArrangement::TileVertically(area); });
+    QObject::connect(
+        addMenuAction(menu, QStringLiteral("mnuWindowArrangeIcons"), QCoreApplication::translate("MainMenus", "&Arrange Icons")),
+        &QAction::triggered, area, [area] { WindowArrangement::ArrangeIcons(area); });
     const QList<QMdiSubWindow *> windows = area->subWindowList();
     if (!windows.isEmpty())
         menu->addSeparator();
@@ -262,44 +285,47 @@ QToolBar *makeBar(frmMain &main, const QString &title, const char *name, Qt::Too
 
 QToolBar *MainMenus::build(frmMain &main, DatabaseSession &session, QToolBar *searchBar)
 {
-    QToolBar *toolBar = makeBar(main, QStringLiteral("Toolbar"), "tbrToolBar1", Qt::ToolButtonTextUnderIcon, 24);
+    QToolBar *toolBar = makeBar(main, QCoreApplication::translate("MainMenus", "Toolbar"), "tbrToolBar1", Qt::ToolButtonTextUnderIcon, 24);
     main.addToolBar(toolBar);
     main.addToolBarBreak();
     main.addToolBar(searchBar);
-    QToolBar *viewBar = makeBar(main, QStringLiteral("View Bar"), "picViewBar", Qt::ToolButtonTextUnderIcon, 48);
+    QToolBar *viewBar = makeBar(main, QCoreApplication::translate("MainMenus", "View Bar"), "picViewBar", Qt::ToolButtonTextUnderIcon, 48);
     viewBar->setOrientation(Qt::Vertical);
     main.addToolBar(Qt::LeftToolBarArea, viewBar);
 
     QHash<QString, QMenu *> menus;
     for (const Entry &e : entries(main, session, toolBar, searchBar, viewBar)) {
         QMenu *parent = menus.value(e.parent);
+        const QString caption = QCoreApplication::translate(e.context, e.caption);
         if (e.name.isEmpty()) {
             parent->addSeparator();
         } else if (!e.run && !e.shows) {
-            QMenu *menu = parent ? parent->addMenu(e.caption) : main.menuBar()->addMenu(e.caption);
+            QMenu *menu = parent ? parent->addMenu(caption) : main.menuBar()->addMenu(caption);
             (parent ? static_cast<QObject *>(menu->menuAction()) : menu)->setObjectName(e.name);
             menus.insert(e.name, menu);
         } else if (e.shows) {
-            QAction *a = addMenuAction(parent, e.name, e.caption);
+            QAction *a = addMenuAction(parent, e.name, caption);
             a->setCheckable(true);
             a->setChecked(true);
             QObject::connect(a, &QAction::toggled, e.shows, &QWidget::setVisible);
         } else {
-            QObject::connect(addMenuAction(parent, e.name, e.caption, e.shortcut), &QAction::triggered, &main, e.run);
+            QObject::connect(addMenuAction(parent, e.name, caption, e.shortcut), &QAction::triggered, &main, e.run);
         }
         if (e.button.bar == Bar::None)
             continue;
         const Button &b = e.button;
-        const QString caption = QString::fromLatin1(b.caption);
+        // The untranslated caption names the button; the bar shows the translation.
+        const QString key = QString::fromLatin1(b.caption);
+        const QString shown = QCoreApplication::translate("MainMenus", b.caption);
         QToolBar *bar = b.bar == Bar::Tool ? toolBar : viewBar;
-        QAction *a = bar->addAction(AppIcons::icon(b.themeIcon, b.icon), caption);
+        QAction *a = bar->addAction(AppIcons::icon(b.themeIcon, b.icon), shown);
         if (b.bar == Bar::Tool) {
-            a->setObjectName(QStringLiteral("tbr") + QString(caption).remove(QLatin1Char(' ')));
-            a->setProperty("Key", caption);
-            a->setToolTip(QString::fromLatin1(b.tip));
+            a->setObjectName(QStringLiteral("tbr") + QString(key).remove(QLatin1Char(' ')));
+            a->setProperty("Key", key);
+            a->setToolTip(QCoreApplication::translate("MainMenus", b.tip));
         } else {
             a->setObjectName(QStringLiteral("ViewBar") + e.name.mid(int(qstrlen("mnuData"))));
-            a->setToolTip(QString(caption).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+            a->setToolTip(QString(shown).replace(QLatin1Char('\n'), QLatin1Char(' ')));
         }
         if (b.separatorBefore)
             bar->insertSeparator(a);

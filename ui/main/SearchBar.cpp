@@ -7,19 +7,20 @@
 #include "basErrorHandler.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 
-SearchBar::SearchBar(QWidget *parent) : QToolBar(QStringLiteral("Search Bar"), parent)
+SearchBar::SearchBar(QWidget *parent) : QToolBar(tr("Search Bar"), parent)
 {
     setObjectName(QStringLiteral("tbrToolBar2"));
     setMovable(false);
-    auto *searchOnCaption = new QLabel(QStringLiteral(" Search on: "), this);
+    auto *searchOnCaption = new QLabel(tr(" Search on: "), this);
     searchOnCaption->setObjectName(QStringLiteral("txtSearchOnCaption"));
     m_cboSearchOn = new QComboBox(this);
     m_cboSearchOn->setObjectName(QStringLiteral("cboSearchOn"));
     m_cboSearchOn->setMinimumContentsLength(24);
-    auto *searchForCaption = new QLabel(QStringLiteral("  Search for: "), this);
+    auto *searchForCaption = new QLabel(tr("  Search for: "), this);
     searchForCaption->setObjectName(QStringLiteral("txtSearchForCaption"));
     m_cboSearchFor = new QComboBox(this);
     m_cboSearchFor->setObjectName(QStringLiteral("cboSearchFor"));
@@ -31,10 +32,10 @@ SearchBar::SearchBar(QWidget *parent) : QToolBar(QStringLiteral("Search Bar"), p
     addWidget(searchForCaption);
     addWidget(m_cboSearchFor);
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_search = addAction(AppIcons::icon("edit-find", QStyle::SP_FileDialogContentsView), QStringLiteral("Search"));
+    m_search = addAction(AppIcons::icon("edit-find", QStyle::SP_FileDialogContentsView), tr("Search"));
     m_search->setObjectName(QStringLiteral("tbrSearch"));
     m_search->setProperty("Key", QStringLiteral("Search"));
-    m_search->setToolTip(QStringLiteral("Find the records that match"));
+    m_search->setToolTip(tr("Find the records that match"));
     connect(m_search, &QAction::triggered, this, &SearchBar::cmdSearch_Click);
     connect(m_cboSearchOn, &QComboBox::currentTextChanged, this, &SearchBar::updateSearchButton);
     connect(m_cboSearchFor, &QComboBox::editTextChanged, this, &SearchBar::updateSearchButton);
@@ -68,11 +69,12 @@ void SearchBar::AddSearchForItem()
     const QStringList fields = m_kind == MdiChild::Kind::Volunteer ? SearchQueries::volunteerFields() : SearchQueries::clientFields();
     QStringList current;
     for (int i = 0; i < m_cboSearchOn->count(); ++i)
-        current << m_cboSearchOn->itemText(i);
+        current << m_cboSearchOn->itemData(i).toString();
     if (current == fields)
         return;
     m_cboSearchOn->clear();
-    m_cboSearchOn->addItems(fields);
+    for (const QString &field : fields)
+        m_cboSearchOn->addItem(QCoreApplication::translate("SearchQueries", field.toUtf8().constData()), field);
 }
 
 void SearchBar::cmdSearch_Click()
@@ -88,21 +90,22 @@ void SearchBar::cmdSearch_Click()
 void SearchBar::SearchForClient()
 {
     basErrorHandler::Guard(QStringLiteral("frmMain.SearchForClient"), [this] {
-        runSearch(SearchQueries::client(m_cboSearchOn->currentText(), m_cboSearchFor->currentText()), MdiChild::Kind::Client);
+        runSearch(SearchQueries::client(m_cboSearchOn->currentData().toString(), m_cboSearchFor->currentText()), MdiChild::Kind::Client);
     });
 }
 
 void SearchBar::SearchForVolunteer()
 {
     basErrorHandler::Guard(QStringLiteral("frmMain.SearchForVolunteer"), [this] {
-        runSearch(SearchQueries::volunteer(m_cboSearchOn->currentText(), m_cboSearchFor->currentText()), MdiChild::Kind::Volunteer);
+        runSearch(SearchQueries::volunteer(m_cboSearchOn->currentData().toString(), m_cboSearchFor->currentText()),
+                  MdiChild::Kind::Volunteer);
     });
 }
 
 void SearchBar::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind)
 {
     if (!query.problem.isEmpty()) {
-        Prompt::message(QStringLiteral("Data Entry Error"), query.problem, Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Data Entry Error"), query.problem, Prompt::Icon::Exclamation, Prompt::Ok);
         return;
     }
     const QString typed = m_cboSearchFor->currentText();
@@ -114,16 +117,15 @@ void SearchBar::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind
     }
     const SearchQueries::Outcome outcome = SearchQueries::run(query);
     if (outcome.count == 0) {
-        Prompt::message(QStringLiteral("No Record Found"), QStringLiteral("No record was found matching the specified criteria."),
-                        Prompt::Icon::None, Prompt::Ok);
+        Prompt::message(tr("No Record Found"), tr("No record was found matching the specified criteria."), Prompt::Icon::None, Prompt::Ok);
         return;
     }
     QString key = outcome.onlyKey;
     if (outcome.count > 1) {
         Prompt::PickRequest request;
-        request.caption = kind == MdiChild::Kind::Volunteer ? QStringLiteral("Select Volunteer") : QStringLiteral("Select Client");
-        request.label = QString::number(outcome.count) + QStringLiteral(" entries were found that match the specified criteria. ")
-            + QStringLiteral("\r\n") + QStringLiteral("Select an entry from the list, then click 'OK'.");
+        request.caption = kind == MdiChild::Kind::Volunteer ? tr("Select Volunteer") : tr("Select Client");
+        request.label = tr("%1 entries were found that match the specified criteria. \r\nSelect an entry from the list, then click 'OK'.")
+                            .arg(outcome.count);
         request.query = query;
         const std::optional<QString> chosen = Prompt::pick(request);
         if (!chosen)

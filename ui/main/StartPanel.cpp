@@ -36,13 +36,13 @@ StartPanel::StartPanel(QWidget *area) : QWidget(area), m_area(area)
 
     auto *icon = new QLabel(card);
     icon->setPixmap(AppIcons::application().pixmap(56, 56));
-    auto *title = new QLabel(QStringLiteral("Welcome to TendMark"), card);
+    auto *title = new QLabel(tr("Welcome to TendMark"), card);
     QFont big = title->font();
     big.setPointSizeF(big.pointSizeF() * 1.7);
     big.setBold(true);
     title->setFont(big);
-    auto *intro = new QLabel(QStringLiteral("Open your pantry's database to begin, start a new one, "
-                                            "or look around in the demo database with made-up households."),
+    auto *intro = new QLabel(tr("Open your pantry's database to begin, start a new one, "
+                                "or look around in the demo database with made-up households."),
                              card);
     intro->setWordWrap(true);
     auto *heading = new QHBoxLayout;
@@ -50,18 +50,18 @@ StartPanel::StartPanel(QWidget *area) : QWidget(area), m_area(area)
     heading->addSpacing(8);
     heading->addWidget(title, 1);
 
-    auto *newButton = actionButton(card, QStringLiteral("cmdNewDatabase"), QStringLiteral("New database..."),
-                                   AppIcons::icon("document-new", QStyle::SP_FileIcon));
-    auto *openButton = actionButton(card, QStringLiteral("cmdOpenDatabase"), QStringLiteral("Open database..."),
+    auto *newButton
+        = actionButton(card, QStringLiteral("cmdNewDatabase"), tr("New database..."), AppIcons::icon("document-new", QStyle::SP_FileIcon));
+    auto *openButton = actionButton(card, QStringLiteral("cmdOpenDatabase"), tr("Open database..."),
                                     AppIcons::icon("document-open", QStyle::SP_DialogOpenButton));
-    auto *demoButton = actionButton(card, QStringLiteral("cmdOpenDemo"), QStringLiteral("Open the demo database"),
+    auto *demoButton = actionButton(card, QStringLiteral("cmdOpenDemo"), tr("Open the demo database"),
                                     AppIcons::icon("system-users", QStyle::SP_DirHomeIcon));
     openButton->setDefault(true);
     connect(newButton, &QPushButton::clicked, this, &StartPanel::newDatabaseRequested);
     connect(openButton, &QPushButton::clicked, this, &StartPanel::openDatabaseRequested);
     connect(demoButton, &QPushButton::clicked, this, &StartPanel::demoRequested);
 
-    auto *recentTitle = new QLabel(QStringLiteral("Recent databases"), card);
+    auto *recentTitle = new QLabel(tr("Recent databases"), card);
     QFont bold = recentTitle->font();
     bold.setBold(true);
     recentTitle->setFont(bold);
@@ -107,9 +107,8 @@ void StartPanel::setRecentFiles(const QStringList &paths)
         b->setCursor(Qt::PointingHandCursor);
         if (!info.exists()) {
             b->setEnabled(false);
-            b->setDescription(b->description() + QStringLiteral("  (not found)"));
-            b->setToolTip(
-                QStringLiteral("This file is not there any more: it was moved, renamed, or is on a drive that is not connected."));
+            b->setDescription(b->description() + tr("  (not found)"));
+            b->setToolTip(tr("This file is not there any more: it was moved, renamed, or is on a drive that is not connected."));
         }
         connect(b, &QCommandLinkButton::clicked, this, [this, path] { Q_EMIT recentRequested(path); });
         m_recentList->addWidget(b);

@@ -32,19 +32,19 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
     , m_client(named(new QLineEdit, "txtClientID"))
     , m_table(named(new QComboBox, "cboTable"))
     , m_user(named(new QLineEdit, "txtUser"))
-    , m_useSince(named(new QCheckBox(QStringLiteral("Since")), "chkSince"))
+    , m_useSince(named(new QCheckBox(tr("Since")), "chkSince"))
     , m_since(named(new QDateEdit(QDate::currentDate().addMonths(-1)), "dtpSince"))
-    , m_useUntil(named(new QCheckBox(QStringLiteral("Until")), "chkUntil"))
+    , m_useUntil(named(new QCheckBox(tr("Until")), "chkUntil"))
     , m_until(named(new QDateEdit(QDate::currentDate()), "dtpUntil"))
     , m_grid(named(new QTableWidget, "grdAuditLog"))
     , m_count(named(new QLabel, "lblCount"))
 {
     setObjectName(QStringLiteral("frmAuditLog"));
-    setWindowTitle(QStringLiteral("Audit Log"));
+    setWindowTitle(tr("Audit Log"));
     m_client->setValidator(new QIntValidator(1, 2147483647, m_client));
-    m_client->setPlaceholderText(QStringLiteral("every client"));
-    m_user->setPlaceholderText(QStringLiteral("every user"));
-    m_table->addItem(QStringLiteral("(All)"));
+    m_client->setPlaceholderText(tr("every client"));
+    m_user->setPlaceholderText(tr("every user"));
+    m_table->addItem(tr("(All)"));
     m_table->addItems(AuditLog::AuditedTables());
     for (QDateEdit *date : {m_since, m_until}) {
         date->setCalendarPopup(true);
@@ -58,19 +58,18 @@ frmAuditLog::frmAuditLog(Workspace *workspace, QWidget *parent)
             filters->addWidget(new QLabel(caption));
         filters->addWidget(w);
     };
-    add(QStringLiteral("Client ID:"), m_client);
-    add(QStringLiteral("Table:"), m_table);
-    add(QStringLiteral("User:"), m_user);
+    add(tr("Client ID:"), m_client);
+    add(tr("Table:"), m_table);
+    add(tr("User:"), m_user);
     add({}, m_useSince);
     add({}, m_since);
     add({}, m_useUntil);
     add({}, m_until);
-    auto *refresh = named(new QPushButton(QStringLiteral("&Refresh")), "cmdRefresh");
+    auto *refresh = named(new QPushButton(tr("&Refresh")), "cmdRefresh");
     filters->addWidget(refresh);
     filters->addStretch();
 
-    const QStringList headers = {QStringLiteral("Time"),   QStringLiteral("User"),       QStringLiteral("Table"),     QStringLiteral("Key"),
-                                 QStringLiteral("Change"), QStringLiteral("Old Values"), QStringLiteral("New Values")};
+    const QStringList headers = {tr("Time"), tr("User"), tr("Table"), tr("Key"), tr("Change"), tr("Old Values"), tr("New Values")};
     m_grid->setColumnCount(int(headers.size()));
     m_grid->setHorizontalHeaderLabels(headers);
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -111,8 +110,7 @@ void frmAuditLog::refill()
     QList<AuditLog::Entry> entries;
     QString error;
     if (!AuditLog::Read(basDatabase::Connection(), filter, &entries, &error)) {
-        Prompt::message(QStringLiteral("Audit Log"), QStringLiteral("The audit log could not be read.\r\n") + error,
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Audit Log"), tr("The audit log could not be read.\r\n%1").arg(error), Prompt::Icon::Exclamation, Prompt::Ok);
         return;
     }
     m_grid->setRowCount(int(entries.size()));
@@ -128,5 +126,5 @@ void frmAuditLog::refill()
     m_grid->resizeColumnsToContents();
     for (const int values : {5, 6})   // long rows stay readable; the tooltip holds the whole change
         m_grid->setColumnWidth(values, qMin(m_grid->columnWidth(values), 320));
-    m_count->setText(QStringLiteral("%1 changes").arg(entries.size()));
+    m_count->setText(tr("%1 changes").arg(entries.size()));
 }

@@ -15,7 +15,7 @@
 frmHelp::frmHelp(QWidget *parent) : QDialog(parent, Qt::Window)
 {
     setObjectName(QStringLiteral("frmHelp"));
-    setWindowTitle(QStringLiteral("TendMark Help"));
+    setWindowTitle(tr("TendMark Help"));
 
     m_browser = new QTextBrowser(this);
     m_browser->setObjectName(QStringLiteral("txtHelp"));
@@ -25,22 +25,22 @@ frmHelp::frmHelp(QWidget *parent) : QDialog(parent, Qt::Window)
     auto *contents = new QListWidget(this);
     contents->setObjectName(QStringLiteral("lstContents"));
     const std::pair<const char *, const char *> pages[] = {
-        {"Welcome", "index.html"},
-        {"Getting started", "getting-started.html"},
-        {"The main window", "main-window.html"},
-        {"Clients and families", "clients.html"},
-        {"Food, payments, income and expenses", "services.html"},
-        {"Volunteers", "volunteers.html"},
-        {"Lookup tables", "lookup-tables.html"},
-        {"Filter and sort", "filter-sort.html"},
-        {"Reports", "reports.html"},
-        {"Mailing labels", "labels.html"},
-        {"Export", "export.html"},
-        {"Backup", "backup.html"},
-        {"Troubleshooting", "troubleshooting.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Welcome"), "index.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Getting started"), "getting-started.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "The main window"), "main-window.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Clients and families"), "clients.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Food, payments, income and expenses"), "services.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Volunteers"), "volunteers.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Lookup tables"), "lookup-tables.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Filter and sort"), "filter-sort.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Reports"), "reports.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Mailing labels"), "labels.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Export"), "export.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Backup"), "backup.html"},
+        {QT_TRANSLATE_NOOP("frmHelp", "Troubleshooting"), "troubleshooting.html"},
     };
     for (const auto &[title, page] : pages) {
-        auto *item = new QListWidgetItem(QString::fromUtf8(title), contents);
+        auto *item = new QListWidgetItem(tr(title), contents);
         item->setData(Qt::UserRole, QString::fromLatin1(page));
     }
     connect(contents, &QListWidget::itemActivated, this, [this](QListWidgetItem *item) { showPage(item->data(Qt::UserRole).toString()); });
@@ -49,7 +49,7 @@ frmHelp::frmHelp(QWidget *parent) : QDialog(parent, Qt::Window)
     auto *indexPage = new QWidget(this);
     m_txtFilter = new QLineEdit(indexPage);
     m_txtFilter->setObjectName(QStringLiteral("txtFilter"));
-    m_txtFilter->setPlaceholderText(QStringLiteral("Type a word to look for"));
+    m_txtFilter->setPlaceholderText(tr("Type a word to look for"));
     m_txtFilter->setClearButtonEnabled(true);
     m_lstIndex = new QListWidget(indexPage);
     m_lstIndex->setObjectName(QStringLiteral("lstIndex"));
@@ -76,13 +76,13 @@ frmHelp::frmHelp(QWidget *parent) : QDialog(parent, Qt::Window)
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("tabHelp"));
-    m_tabs->addTab(contents, QStringLiteral("Contents"));
-    m_tabs->addTab(indexPage, QStringLiteral("Index"));
+    m_tabs->addTab(contents, tr("Contents"));
+    m_tabs->addTab(indexPage, tr("Index"));
 
     auto *nav = new QToolBar(this);
-    QAction *back = nav->addAction(QStringLiteral("Back"), m_browser, &QTextBrowser::backward);
-    QAction *forward = nav->addAction(QStringLiteral("Forward"), m_browser, &QTextBrowser::forward);
-    nav->addAction(QStringLiteral("Home"), this, [this] { showPage(QStringLiteral("index.html")); });
+    QAction *back = nav->addAction(tr("Back"), m_browser, &QTextBrowser::backward);
+    QAction *forward = nav->addAction(tr("Forward"), m_browser, &QTextBrowser::forward);
+    nav->addAction(tr("Home"), this, [this] { showPage(QStringLiteral("index.html")); });
     back->setEnabled(false);
     forward->setEnabled(false);
     connect(m_browser, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);

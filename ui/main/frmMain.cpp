@@ -30,6 +30,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QLabel>
+#include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
@@ -38,7 +39,7 @@
 frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(QStringLiteral("TendMark"));
+    setWindowTitle(tr("TendMark"));
     AppIcons::useIconTheme();
     setWindowIcon(AppIcons::application());
     m_recordEvents = new RecordEvents(this);
@@ -159,8 +160,8 @@ void frmMain::saveWindowGeometry() const
 void frmMain::databaseChanged(const QString &path)
 {
     if (path.isEmpty()) {
-        setWindowTitle(QStringLiteral("TendMark"));
-        m_statusPanel->setText(QStringLiteral("No database open"));
+        setWindowTitle(tr("TendMark"));
+        m_statusPanel->setText(tr("No database open"));
     } else {
         DisplayOrganizationName();
         m_statusPanel->setText(QDir::toNativeSeparators(path));
@@ -180,18 +181,27 @@ void frmMain::DisplayOrganizationName()
 {
     QString name;
     basErrorHandler::Guard(QStringLiteral("frmMain.DisplayOrganizationName"), [&] { name = OptionsStore::readOrganization().name; });
-    setWindowTitle(name.isEmpty() ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark - ") + name);
+    setWindowTitle(name.isEmpty() ? tr("TendMark - [No Organization Name]") : tr("TendMark - %1").arg(name));
 }
 
 void frmMain::showCommands(const MdiChild::Commands &commands)
 {
-    const std::pair<const char *, bool> states[] = {{"Save", commands.save},
-                                                    {"Delete", commands.del},
-                                                    {"Filter", commands.filter},
-                                                    {"Sort Ascending", commands.sortAscending},
-                                                    {"Sort Descending", commands.sortDescending}};
-    for (const auto &[key, enabled] : states)
-        toolbarButton(QString::fromLatin1(key))->setEnabled(enabled);
+    // The toolbar button and its menu entry offer the same command.
+    const struct
+    {
+        const char *key;
+        const char *menuEntry;
+        bool enabled;
+    } states[] = {{"Save", "mnuFileSave", commands.save},
+                  {"Delete", "mnuFileDelete", commands.del},
+                  {"Filter", "mnuDataFilter", commands.filter},
+                  {"Sort Ascending", "mnuDataSortSortAscending", commands.sortAscending},
+                  {"Sort Descending", "mnuDataSortSortDescending", commands.sortDescending}};
+    for (const auto &state : states) {
+        toolbarButton(QString::fromLatin1(state.key))->setEnabled(state.enabled);
+        // Looked up in the menus only: a window being destroyed may call this from its destructor.
+        menuBar()->findChild<QAction *>(QLatin1String(state.menuEntry))->setEnabled(state.enabled);
+    }
     m_searchBar->offer(commands.searchBar);
 }
 
@@ -362,8 +372,7 @@ frmHelp *frmMain::helpWindow()
 
 void frmMain::notAvailableYet()
 {
-    Prompt::message(QStringLiteral("TendMark"), QStringLiteral("This part of TendMark is not available yet."), Prompt::Icon::Information,
-                    Prompt::Ok);
+    Prompt::message(tr("TendMark"), tr("This part of TendMark is not available yet."), Prompt::Icon::Information, Prompt::Ok);
 }
 
 void frmMain::mnuFileSave_Click()
@@ -500,10 +509,10 @@ void frmMain::mnuHelpIndex_Click()
 
 void frmMain::mnuHelpAbout_Click()
 {
-    Prompt::message(QStringLiteral("About TendMark"),
-                    QStringLiteral("TendMark %1\r\nClient records for food pantries and assistance organizations.")
-                        .arg(QStringLiteral(TENDMARK_VERSION)),
-                    Prompt::Icon::Information, Prompt::Ok);
+    Prompt::message(
+        tr("About TendMark"),
+        tr("TendMark %1\r\nClient records for food pantries and assistance organizations.").arg(QStringLiteral(TENDMARK_VERSION)),
+        Prompt::Icon::Information, Prompt::Ok);
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

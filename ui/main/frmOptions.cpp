@@ -34,19 +34,19 @@ const QString kOrganization = QStringLiteral("Organization");
 QString tabCaption(bool OptionFlags::*member)
 {
     const std::pair<bool OptionFlags::*, const char *> captions[] = {
-        {&OptionFlags::showNotesTab, "Notes"},
-        {&OptionFlags::showEmployerTab, "Employer"},
-        {&OptionFlags::showFamilyMembersTab, "Family Members"},
-        {&OptionFlags::showFoodServiceTab, "Food Service"},
-        {&OptionFlags::showPaymentHistoryTab, "Payment History"},
-        {&OptionFlags::showIncomeExpensesTab, "Income/Expenses"},
-        {&OptionFlags::showHealthMedicalTab, "Health/Medical"},
-        {&OptionFlags::showFEMATab, "FEMA"},
-        {&OptionFlags::showFormerAddressTab, "Former Address"},
+        {&OptionFlags::showNotesTab, QT_TRANSLATE_NOOP("frmOptions", "Notes")},
+        {&OptionFlags::showEmployerTab, QT_TRANSLATE_NOOP("frmOptions", "Employer")},
+        {&OptionFlags::showFamilyMembersTab, QT_TRANSLATE_NOOP("frmOptions", "Family Members")},
+        {&OptionFlags::showFoodServiceTab, QT_TRANSLATE_NOOP("frmOptions", "Food Service")},
+        {&OptionFlags::showPaymentHistoryTab, QT_TRANSLATE_NOOP("frmOptions", "Payment History")},
+        {&OptionFlags::showIncomeExpensesTab, QT_TRANSLATE_NOOP("frmOptions", "Income/Expenses")},
+        {&OptionFlags::showHealthMedicalTab, QT_TRANSLATE_NOOP("frmOptions", "Health/Medical")},
+        {&OptionFlags::showFEMATab, QT_TRANSLATE_NOOP("frmOptions", "FEMA")},
+        {&OptionFlags::showFormerAddressTab, QT_TRANSLATE_NOOP("frmOptions", "Former Address")},
     };
     for (const auto &[m, caption] : captions)
         if (m == member)
-            return QString::fromLatin1(caption);
+            return frmOptions::tr(caption);
     return {};
 }
 
@@ -56,7 +56,7 @@ QString pictureFilter()
     for (const QByteArray &format : QImageReader::supportedImageFormats())
         patterns << QStringLiteral("*.") + QString::fromLatin1(format).toLower();
     patterns.removeDuplicates();
-    return QStringLiteral("Pictures (%1);;All Files (*)").arg(patterns.join(QLatin1Char(' ')));
+    return frmOptions::tr("Pictures (%1);;All Files (*)").arg(patterns.join(QLatin1Char(' ')));
 }
 
 QString caption(const QLineEdit *box)
@@ -69,7 +69,7 @@ QString caption(const QLineEdit *box)
 frmOptions::frmOptions(frmMain *main) : QDialog(main), m_main(main)
 {
     setObjectName(QStringLiteral("frmOptions"));
-    setWindowTitle(QStringLiteral("Options"));
+    setWindowTitle(tr("Options"));
     setAttribute(Qt::WA_DeleteOnClose);
     buildControls();
     m_loading = true;
@@ -93,7 +93,7 @@ void frmOptions::buildControls()
 {
     auto *layout = new QVBoxLayout(this);
 
-    auto *org = new QGroupBox(QStringLiteral("Organization"), this);
+    auto *org = new QGroupBox(tr("Organization"), this);
     auto *grid = new QGridLayout(org);
     int index = 0;
     auto addLabel = [&](const QString &text, QWidget *buddy, int row, int column) {
@@ -116,27 +116,27 @@ void frmOptions::buildControls()
         connect(box, &QLineEdit::textEdited, this, [this] { setDataChanged(true); });
         return box;
     };
-    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationName"), QStringLiteral("Organization &Name"), 0, 0, 5);
-    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationAddress"), QStringLiteral("&Address"), 1, 0, 5);
-    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationCity"), QStringLiteral("&City"), 2, 0, 1);
+    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationName"), tr("Organization &Name"), 0, 0, 5);
+    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationAddress"), tr("&Address"), 1, 0, 5);
+    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationCity"), tr("&City"), 2, 0, 1);
 
     m_cboState = new QComboBox(org);
     m_cboState->setObjectName(QStringLiteral("cboData"));
     m_cboState->setProperty("DataField", QStringLiteral("OrganizationState"));
     m_cboState->setProperty("Tag", QString());
     m_cboState->setMinimumContentsLength(3);
-    addLabel(QStringLiteral("&State"), m_cboState, 2, 2);
+    addLabel(tr("&State"), m_cboState, 2, 2);
     grid->addWidget(m_cboState, 2, 3);
     connect(m_cboState, &QComboBox::currentIndexChanged, this, [this] { setDataChanged(true); });
 
-    QLineEdit *zip = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationZip"), QStringLiteral("&Zip Code"), 2, 4, 1);
+    QLineEdit *zip = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationZip"), tr("&Zip Code"), 2, 4, 1);
     zip->setMaximumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 12);
-    QLineEdit *phone = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationPhone"), QStringLiteral("&Phone"), 3, 0, 1);
+    QLineEdit *phone = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationPhone"), tr("&Phone"), 3, 0, 1);
     phone->setInputMask(QStringLiteral("(999) 999-9999"));
     grid->setColumnStretch(1, 1);
     layout->addWidget(org);
 
-    auto *logo = new QGroupBox(QStringLiteral("Logo printed on reports"), this);
+    auto *logo = new QGroupBox(tr("Logo printed on reports"), this);
     auto *logoLayout = new QHBoxLayout(logo);
     m_picLogo = new QLabel(logo);
     m_picLogo->setObjectName(QStringLiteral("picLogo"));
@@ -150,12 +150,12 @@ void frmOptions::buildControls()
     m_txtLogo->setProperty("DataField", QStringLiteral("OrganizationLogo"));
     m_txtLogo->setProperty("Tag", QString());
     m_txtLogo->setReadOnly(true);
-    m_txtLogo->setPlaceholderText(QStringLiteral("No logo"));
+    m_txtLogo->setPlaceholderText(tr("No logo"));
     logoRight->addWidget(m_txtLogo);
     auto *logoButtons = new QHBoxLayout;
-    auto *browse = new QPushButton(QStringLiteral("&Browse..."), logo);
+    auto *browse = new QPushButton(tr("&Browse..."), logo);
     browse->setObjectName(QStringLiteral("cmdBrowse"));
-    auto *remove = new QPushButton(QStringLiteral("&Remove"), logo);
+    auto *remove = new QPushButton(tr("&Remove"), logo);
     remove->setObjectName(QStringLiteral("cmdRemoveLogo"));
     logoButtons->addWidget(browse);
     logoButtons->addWidget(remove);
@@ -170,7 +170,7 @@ void frmOptions::buildControls()
         setDataChanged(true);
     });
 
-    auto *tabs = new QGroupBox(QStringLiteral("Tabs shown on the client details window"), this);
+    auto *tabs = new QGroupBox(tr("Tabs shown on the client details window"), this);
     auto *tabGrid = new QGridLayout(tabs);
     int i = 0;
     for (const OptionsStore::FlagColumn &flag : OptionsStore::flagColumns()) {
@@ -185,17 +185,17 @@ void frmOptions::buildControls()
     }
     layout->addWidget(tabs);
 
-    auto *food = new QGroupBox(QStringLiteral("Food service"), this);
+    auto *food = new QGroupBox(tr("Food service"), this);
     auto *foodLayout = new QGridLayout(food);
     m_spnInterval = new QSpinBox(food);
     m_spnInterval->setObjectName(QStringLiteral("spnData"));
     m_spnInterval->setProperty("DataField", QStringLiteral("FoodVisitIntervalDays"));
     m_spnInterval->setProperty("Tag", QString());
     m_spnInterval->setRange(0, 365);
-    m_spnInterval->setSpecialValueText(QStringLiteral("0 (no warning)"));
-    auto *intervalLabel = new QLabel(QStringLiteral("Food &visit interval (days)"), food);
+    m_spnInterval->setSpecialValueText(tr("0 (no warning)"));
+    auto *intervalLabel = new QLabel(tr("Food &visit interval (days)"), food);
     intervalLabel->setBuddy(m_spnInterval);
-    auto *hint = new QLabel(QStringLiteral("Warn when a client comes back for food sooner than this. 0 = no warning."), food);
+    auto *hint = new QLabel(tr("Warn when a client comes back for food sooner than this. 0 = no warning."), food);
     hint->setWordWrap(true);
     hint->setEnabled(false);
     foodLayout->addWidget(intervalLabel, 0, 0);
@@ -206,21 +206,21 @@ void frmOptions::buildControls()
     connect(m_spnInterval, &QSpinBox::valueChanged, this, [this] { setDataChanged(true); });
 
     // Where this computer keeps its automatic backups, and how many recent ones.
-    auto *backups = new QGroupBox(QStringLiteral("Backups on this computer"), this);
+    auto *backups = new QGroupBox(tr("Backups on this computer"), this);
     auto *backupLayout = new QGridLayout(backups);
     m_txtBackupFolder = new QLineEdit(backups);
     m_txtBackupFolder->setObjectName(QStringLiteral("txtBackupFolder"));
-    m_txtBackupFolder->setPlaceholderText(QStringLiteral("A \"backups\" folder beside the database"));
-    auto *folderLabel = new QLabel(QStringLiteral("Backup &folder"), backups);
+    m_txtBackupFolder->setPlaceholderText(tr("A \"backups\" folder beside the database"));
+    auto *folderLabel = new QLabel(tr("Backup &folder"), backups);
     folderLabel->setBuddy(m_txtBackupFolder);
-    auto *cmdBackupFolder = new QPushButton(QStringLiteral("B&rowse..."), backups);
+    auto *cmdBackupFolder = new QPushButton(tr("B&rowse..."), backups);
     cmdBackupFolder->setObjectName(QStringLiteral("cmdBackupFolder"));
     m_spnBackupsToKeep = new QSpinBox(backups);
     m_spnBackupsToKeep->setObjectName(QStringLiteral("spnBackupsToKeep"));
     m_spnBackupsToKeep->setRange(1, 100);
-    auto *keepLabel = new QLabel(QStringLiteral("Recent backups &kept"), backups);
+    auto *keepLabel = new QLabel(tr("Recent backups &kept"), backups);
     keepLabel->setBuddy(m_spnBackupsToKeep);
-    auto *keepHint = new QLabel(QStringLiteral("Besides these, one a day is kept for 30 days and one a month for a year."), backups);
+    auto *keepHint = new QLabel(tr("Besides these, one a day is kept for 30 days and one a month for a year."), backups);
     keepHint->setWordWrap(true);
     keepHint->setEnabled(false);
     backupLayout->addWidget(folderLabel, 0, 0);
@@ -236,12 +236,12 @@ void frmOptions::buildControls()
 
     layout->addStretch();
     auto *buttons = new QDialogButtonBox(this);
-    auto *ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    auto *ok = buttons->addButton(tr("OK"), QDialogButtonBox::AcceptRole);
     ok->setObjectName(QStringLiteral("cmdOk"));
     ok->setDefault(true);
-    m_cmdCancel = buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
+    m_cmdCancel = buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
     m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    m_cmdApply = buttons->addButton(QStringLiteral("&Apply"), QDialogButtonBox::ApplyRole);
+    m_cmdApply = buttons->addButton(tr("&Apply"), QDialogButtonBox::ApplyRole);
     m_cmdApply->setObjectName(QStringLiteral("cmdApply"));
     // Clicking a button does not move the focus, so a refused entry is reported once, by the save.
     for (QPushButton *b : {ok, m_cmdCancel, m_cmdApply})
@@ -300,12 +300,12 @@ void frmOptions::showLogo(const QString &path)
     m_txtLogo->setToolTip(QDir::toNativeSeparators(path));
     m_picLogo->clear();
     if (path.isEmpty()) {
-        m_picLogo->setText(QStringLiteral("No logo"));
+        m_picLogo->setText(tr("No logo"));
         return;
     }
     const QImage image(path);
     if (image.isNull()) {
-        m_picLogo->setText(QFileInfo::exists(path) ? QStringLiteral("Cannot show\nthis picture") : QStringLiteral("Picture\nnot found"));
+        m_picLogo->setText(QFileInfo::exists(path) ? tr("Cannot show\nthis picture") : tr("Picture\nnot found"));
         return;
     }
     m_picLogo->setPixmap(QPixmap::fromImage(image.scaled(m_picLogo->size() - QSize(4, 4), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
@@ -330,11 +330,11 @@ bool frmOptions::txtData_Validate(QLineEdit *box)
         if (!basDatabase::FieldIsValid(field, value, message))
             valid = false;
         else if (!box->inputMask().isEmpty() && !value.isEmpty() && value.size() != 7 && value.size() != 10) {
-            message = QStringLiteral(" must have 7 or 10 digits.");
+            message = tr(" must have 7 or 10 digits.");
             valid = false;
         }
         if (!valid)
-            Prompt::message(QStringLiteral("Data Entry Error"), caption(box) + message, Prompt::Icon::Exclamation, Prompt::Ok);
+            Prompt::message(tr("Data Entry Error"), caption(box) + message, Prompt::Icon::Exclamation, Prompt::Ok);
     });
     return valid;
 }
@@ -362,9 +362,8 @@ bool frmOptions::Update()
     }
     m_validating = false;
     if (m_txtLogo->text().size() > basDatabase::Field(kOrganization, QStringLiteral("OrganizationLogo")).size) {
-        Prompt::message(QStringLiteral("Data Entry Error"),
-                        QStringLiteral("The logo's file path is too long. Move the picture to a shorter path."), Prompt::Icon::Exclamation,
-                        Prompt::Ok);
+        Prompt::message(tr("Data Entry Error"), tr("The logo's file path is too long. Move the picture to a shorter path."),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
 
@@ -409,7 +408,7 @@ void frmOptions::cmdApply_Click()
 
 void frmOptions::cmdBackupFolder_Click()
 {
-    const QString folder = Prompt::folderName(QStringLiteral("Select Backup Folder"), m_txtBackupFolder->text());
+    const QString folder = Prompt::folderName(tr("Select Backup Folder"), m_txtBackupFolder->text());
     if (folder.isEmpty())
         return;
     m_txtBackupFolder->setText(QDir::toNativeSeparators(folder));
@@ -420,13 +419,13 @@ void frmOptions::cmdBrowse_Click()
 {
     basErrorHandler::Guard(QStringLiteral("frmOptions.cmdBrowse_Click"), [&] {
         const QString current = m_txtLogo->text();
-        const QString path = Prompt::openFileName(QStringLiteral("Select Organization Logo"), pictureFilter(),
+        const QString path = Prompt::openFileName(tr("Select Organization Logo"), pictureFilter(),
                                                   current.isEmpty() ? QString() : QFileInfo(current).absolutePath());
         if (path.isEmpty())
             return;
         if (QImage(path).isNull()) {
-            Prompt::message(QStringLiteral("Select Organization Logo"),
-                            QStringLiteral("The file '%1' is not a picture TendMark can show.").arg(QDir::toNativeSeparators(path)),
+            Prompt::message(tr("Select Organization Logo"),
+                            tr("The file '%1' is not a picture TendMark can show.").arg(QDir::toNativeSeparators(path)),
                             Prompt::Icon::Exclamation, Prompt::Ok);
             return;
         }

@@ -21,12 +21,12 @@ frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, const QString &data
     , m_grid(new QTableWidget)
 {
     setObjectName(QStringLiteral("frmRestoreBackup"));
-    setWindowTitle(QStringLiteral("Restore From Backup"));
+    setWindowTitle(tr("Restore From Backup"));
     setAttribute(Qt::WA_DeleteOnClose);
 
     m_grid->setObjectName(QStringLiteral("grdBackups"));
     m_grid->setColumnCount(3);
-    m_grid->setHorizontalHeaderLabels({QStringLiteral("Taken"), QStringLiteral("Size"), QStringLiteral("Clients")});
+    m_grid->setHorizontalHeaderLabels({tr("Taken"), tr("Size"), tr("Clients")});
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -37,7 +37,7 @@ frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, const QString &data
     for (int row = 0; row < int(m_backups.size()); ++row) {
         const Backups::Info &b = m_backups[row];
         const QStringList cells = {b.taken.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")), locale.formattedDataSize(b.size),
-                                   b.clients < 0 ? QStringLiteral("cannot be read") : QString::number(b.clients)};
+                                   b.clients < 0 ? tr("cannot be read") : QString::number(b.clients)};
         for (int column = 0; column < 3; ++column) {
             auto *item = new QTableWidgetItem(cells[column]);
             item->setToolTip(QDir::toNativeSeparators(b.path));
@@ -49,7 +49,7 @@ frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, const QString &data
         m_grid->selectRow(0);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    QPushButton *restore = buttons->addButton(QStringLiteral("&Restore"), QDialogButtonBox::AcceptRole);
+    QPushButton *restore = buttons->addButton(tr("&Restore"), QDialogButtonBox::AcceptRole);
     restore->setObjectName(QStringLiteral("cmdRestore"));
     restore->setEnabled(!m_backups.isEmpty());
     connect(buttons, &QDialogButtonBox::accepted, this, [this] {
@@ -60,8 +60,8 @@ frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, const QString &data
 
     auto *layout = new QVBoxLayout(this);
     const QString name = QFileInfo(database).fileName();
-    layout->addWidget(new QLabel(m_backups.isEmpty() ? QStringLiteral("There are no backups of %1 yet.").arg(name)
-                                                     : QStringLiteral("Choose the copy to put back in place of %1:").arg(name)));
+    layout->addWidget(new QLabel(m_backups.isEmpty() ? tr("There are no backups of %1 yet.").arg(name)
+                                                     : tr("Choose the copy to put back in place of %1:").arg(name)));
     layout->addWidget(m_grid);
     layout->addWidget(buttons);
     resize(460, 320);
@@ -74,8 +74,8 @@ bool frmRestoreBackup::restoreSelected()
         return false;
     const QString taken = m_backups[row].taken.toString(QStringLiteral("yyyy-MM-dd hh:mm"));
     if (Prompt::message(windowTitle(),
-                        QStringLiteral("Replace the database with the backup taken %1?\r\n"
-                                       "A backup of the database as it is now is made first.")
+                        tr("Replace the database with the backup taken %1?\r\n"
+                           "A backup of the database as it is now is made first.")
                             .arg(taken),
                         Prompt::Icon::Question, Prompt::Yes | Prompt::No)
         != Prompt::Yes)

@@ -17,7 +17,7 @@
 frmFoodService::frmFoodService(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmFoodService"));
-    setWindowTitle(QStringLiteral("Food Service History"));
+    setWindowTitle(tr("Food Service History"));
 }
 
 QString frmFoodService::query() const
@@ -32,20 +32,20 @@ void frmFoodService::buildFields()
     date->setDisplayFormat(QStringLiteral("MM/dd/yyyy"));
     date->setCalendarPopup(true);
     date->setMaximumWidth(130);
-    addField(date, "dtpData", QStringLiteral("FoodServiceDate"), tag, 0, QStringLiteral("Food Service Date"), 0);
+    addField(date, "dtpData", QStringLiteral("FoodServiceDate"), tag, 0, tr("Food Service Date"), 0);
     auto *type = new QComboBox;
-    addField(type, "cboData", QStringLiteral("FoodServiceTypeID"), tag, 1, QStringLiteral("Food Service Type"), 1);
+    addField(type, "cboData", QStringLiteral("FoodServiceTypeID"), tag, 1, tr("Food Service Type"), 1);
     auto *bags = maskedBox(QStringLiteral("999"));
     bags->setMaximumWidth(60);
-    addField(bags, "mskData", QStringLiteral("NumberOfBags"), tag, 2, QStringLiteral("Number of bags"), 2);
-    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 3, QStringLiteral("Comments"), 3);
+    addField(bags, "mskData", QStringLiteral("NumberOfBags"), tag, 2, tr("Number of bags"), 2);
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 3, tr("Comments"), 3);
     fieldGrid()->setColumnStretch(1, 1);
 }
 
 bool frmFoodService::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
 {
     if (column == QLatin1String("NumberOfBags") && value.toInt() == 0)
-        return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be zero."));
+        return refuse(control, tr("Data Entry Error"), tr("%1 cannot be zero.").arg(caption));
     return RecordEditor::checkField(control, column, value, caption);
 }
 
@@ -66,8 +66,8 @@ bool frmFoodService::confirmCommit()
     const qint64 days = last.daysTo(date);
     if (days >= interval)
         return true;
-    return Prompt::message(QStringLiteral("Recent Food Service"),
-                           QStringLiteral("This client received food %1 days ago (on %2). Save this food service anyway?")
+    return Prompt::message(tr("Recent Food Service"),
+                           tr("This client received food %1 days ago (on %2). Save this food service anyway?")
                                .arg(days)
                                .arg(basTendmark::FormatDate(last)),
                            Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
@@ -79,7 +79,6 @@ RecordEditor::DeleteTexts frmFoodService::deleteTexts() const
     const auto *type = qobject_cast<const QComboBox *>(boundControl(QStringLiteral("FoodServiceTypeID")));
     const QString description = basTendmark::GetFieldValue(madoPrimaryRS, QStringLiteral("FoodServiceDate")) + QLatin1Char(' ')
         + (type ? type->currentText() : QString());
-    return {QStringLiteral("Are you sure you want to delete food service item '%1'?").arg(description),
-            QStringLiteral("Delete Food Service Item?"), QStringLiteral("Food service item '%1' deleted.").arg(description),
-            QStringLiteral("Delete Food Service Item")};
+    return {tr("Are you sure you want to delete food service item '%1'?").arg(description), tr("Delete Food Service Item?"),
+            tr("Food service item '%1' deleted.").arg(description), tr("Delete Food Service Item")};
 }

@@ -12,7 +12,7 @@
 frmIncomeExpense::frmIncomeExpense(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmIncomeExpense"));
-    setWindowTitle(QStringLiteral("Income/Expense Item"));
+    setWindowTitle(tr("Income/Expense Item"));
 }
 
 QString frmIncomeExpense::tableName() const
@@ -37,13 +37,12 @@ QString frmIncomeExpense::query() const
 
 void frmIncomeExpense::buildFields()
 {
-    setWindowTitle(isIncome() ? QStringLiteral("Add/Edit Income") : QStringLiteral("Add/Edit Expenses"));
+    setWindowTitle(isIncome() ? tr("Add/Edit Income") : tr("Add/Edit Expenses"));
     addField(new QComboBox, "cboData", typeColumn(), QStringLiteral("R.Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 0,
-             isIncome() ? QStringLiteral("Income Source") : QStringLiteral("Expense Category"), 0);
+             isIncome() ? tr("Income Source") : tr("Expense Category"), 0);
     auto *amount = new AmountBox;
     amount->setMaximumWidth(130);
-    addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1, QStringLiteral("Amount"),
-             1);
+    addField(amount, "txtData", QStringLiteral("Amount"), QStringLiteral("R,Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 1, tr("Amount"), 1);
     fieldGrid()->setColumnStretch(1, 1);
 }
 
@@ -52,7 +51,7 @@ bool frmIncomeExpense::checkField(QWidget *control, const QString &column, const
     if (column == QLatin1String("Amount") && !value.isEmpty()) {
         const auto cents = Money::parse(value);
         if (cents && Money::wholeUnitsHalfEven(*cents) == 0)
-            return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be zero."));
+            return refuse(control, tr("Data Entry Error"), tr("%1 cannot be zero.").arg(caption));
     }
     return RecordEditor::checkField(control, column, value, caption);
 }
@@ -61,6 +60,6 @@ RecordEditor::DeleteTexts frmIncomeExpense::deleteTexts() const
 {
     const auto *type = qobject_cast<const QComboBox *>(boundControl(typeColumn()));
     const QString description = type ? type->currentText() : QString();
-    return {QStringLiteral("Are you sure you want to delete '%1'?").arg(description), QStringLiteral("Delete %1 Item?").arg(m_tableName),
-            QStringLiteral("'%1' deleted.").arg(description), QStringLiteral("Delete %1 Item").arg(m_tableName)};
+    return {tr("Are you sure you want to delete '%1'?").arg(description), tr("Delete %1 Item?").arg(m_tableName),
+            tr("'%1' deleted.").arg(description), tr("Delete %1 Item").arg(m_tableName)};
 }

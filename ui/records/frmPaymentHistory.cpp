@@ -14,7 +14,7 @@
 frmPaymentHistory::frmPaymentHistory(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmPaymentHistory"));
-    setWindowTitle(QStringLiteral("Payment History"));
+    setWindowTitle(tr("Payment History"));
 }
 
 QString frmPaymentHistory::query() const
@@ -29,16 +29,16 @@ void frmPaymentHistory::buildFields()
     date->setDisplayFormat(QStringLiteral("MM/dd/yyyy"));
     date->setCalendarPopup(true);
     date->setMaximumWidth(130);
-    addField(date, "dtpData", QStringLiteral("PaymentDate"), required, 0, QStringLiteral("Payment Date"), 0);
-    addField(new QComboBox, "cboData", QStringLiteral("PaymentsTypeID"), required, 1, QStringLiteral("Payment Type"), 1);
+    addField(date, "dtpData", QStringLiteral("PaymentDate"), required, 0, tr("Payment Date"), 0);
+    addField(new QComboBox, "cboData", QStringLiteral("PaymentsTypeID"), required, 1, tr("Payment Type"), 1);
     auto amount = [this](const QString &column, const QString &tag, int index, const QString &caption) {
         auto *box = new AmountBox;
         box->setMaximumWidth(130);
         addField(box, "txtData", column, tag, index, caption, index);
     };
-    amount(QStringLiteral("AmountRequested"), QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 2, QStringLiteral("Amount Requested"));
-    amount(QStringLiteral("AmountPaid"), required, 3, QStringLiteral("Amount Paid"));
-    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 4, QStringLiteral("Comments"), 4);
+    amount(QStringLiteral("AmountRequested"), QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font"), 2, tr("Amount Requested"));
+    amount(QStringLiteral("AmountPaid"), required, 3, tr("Amount Paid"));
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 4, tr("Comments"), 4);
     fieldGrid()->setColumnStretch(1, 1);
 }
 
@@ -47,7 +47,7 @@ bool frmPaymentHistory::checkField(QWidget *control, const QString &column, cons
     if ((column == QLatin1String("AmountRequested") || column == QLatin1String("AmountPaid")) && !value.isEmpty()) {
         const auto cents = Money::parse(value);
         if (cents && Money::wholeUnitsHalfEven(*cents) == 0)
-            return refuse(control, QStringLiteral("Data Entry Error"), caption + QStringLiteral(" cannot be zero."));
+            return refuse(control, tr("Data Entry Error"), tr("%1 cannot be zero.").arg(caption));
     }
     return RecordEditor::checkField(control, column, value, caption);
 }
@@ -57,6 +57,6 @@ RecordEditor::DeleteTexts frmPaymentHistory::deleteTexts() const
     const auto *type = qobject_cast<const QComboBox *>(boundControl(QStringLiteral("PaymentsTypeID")));
     const QString description = basTendmark::GetFieldValue(madoPrimaryRS, QStringLiteral("PaymentDate")) + QLatin1Char(' ')
         + (type ? type->currentText() : QString());
-    return {QStringLiteral("Are you sure you want to delete payment item '%1'?").arg(description), QStringLiteral("Delete Payment Item?"),
-            QStringLiteral("Payment item '%1' deleted.").arg(description), QStringLiteral("Delete Payment Item")};
+    return {tr("Are you sure you want to delete payment item '%1'?").arg(description), tr("Delete Payment Item?"),
+            tr("Payment item '%1' deleted.").arg(description), tr("Delete Payment Item")};
 }

@@ -41,8 +41,8 @@ frmTableGrid::frmTableGrid(Workspace *main, const LookupTables::LookupTable &tab
     , m_tableKeyName(QLatin1String(table.keyColumn))
 {
     setObjectName(QStringLiteral("frmTableGrid"));
-    setWindowTitle(QLatin1String(table.caption));
-    const QString columnHeaders = QLatin1String(table.columnSpec);
+    setWindowTitle(QCoreApplication::translate("LookupTables", table.caption));
+    const QString columnHeaders = QCoreApplication::translate("ColumnHeadings", table.columnSpec);
     buildControls(columnHeaders);
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.Form_Load"), [&] {
         for (const FieldInfo &field : basDatabase::Fields(m_tableName))
@@ -105,11 +105,11 @@ void frmTableGrid::buildControls(const QString &columnHeaders)
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
-    m_cmdSave = new QPushButton(QStringLiteral("&Save"), this);
+    m_cmdSave = new QPushButton(tr("&Save"), this);
     m_cmdSave->setObjectName(QStringLiteral("cmdSave"));
-    m_cmdDelete = new QPushButton(QStringLiteral("&Delete"), this);
+    m_cmdDelete = new QPushButton(tr("&Delete"), this);
     m_cmdDelete->setObjectName(QStringLiteral("cmdDelete"));
-    m_cmdCancel = new QPushButton(QStringLiteral("&Close"), this);
+    m_cmdCancel = new QPushButton(tr("&Close"), this);
     m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     for (QPushButton *b : {m_cmdSave, m_cmdDelete, m_cmdCancel})
         buttons->addWidget(b);
@@ -253,8 +253,7 @@ void frmTableGrid::grdData_SelChange(int row)
         return;
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.grdData_SelChange"), [&] {
         if (!LookupTables::exists(m_table, key.toLongLong()))
-            Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error locating record in database."),
-                            Prompt::Icon::Critical, Prompt::Ok);
+            Prompt::message(tr("Application Error"), tr("Error locating record in database."), Prompt::Icon::Critical, Prompt::Ok);
     });
 }
 
@@ -300,12 +299,12 @@ bool frmTableGrid::validateCell(int row, int column, const QString &text)
     if (text.trimmed().isEmpty()) {
         if (row == newRecordRow())
             return true;
-        Prompt::message(QStringLiteral("Required Field"), QStringLiteral("Field cannot be empty."), Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Required Field"), tr("Field cannot be empty."), Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
     QString message;
     if (!basDatabase::FieldIsValid(basDatabase::Field(m_tableName, m_columns.at(column - kFirstEditColumn)), text.trimmed(), message)) {
-        Prompt::message(QStringLiteral("Data Entry Error"), caption + message, Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Data Entry Error"), caption + message, Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
     return true;
@@ -414,8 +413,7 @@ bool frmTableGrid::cmdSave_Click()
     const int editable = m_model->columnCount() - kFirstEditColumn;
     const int filled = ColumnsFilled(newRow);
     if (filled > 0 && filled < editable) {
-        Prompt::message(QStringLiteral("Required Fields Missing"), QStringLiteral("Fields cannot be empty on new record."),
-                        Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(tr("Required Fields Missing"), tr("Fields cannot be empty on new record."), Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
     // Every value is checked before anything is written.
@@ -452,7 +450,7 @@ bool frmTableGrid::cmdSave_Click()
     if (!written)
         return false;
     basErrorHandler::Guard(QStringLiteral("frmTableGrid.PopulateGrid"), [&] { PopulateGrid(); });
-    m_statusBar->showMessage(QStringLiteral("Records updated."));
+    m_statusBar->showMessage(tr("Records updated."));
     setDataChanged(false);
     return true;
 }
@@ -463,8 +461,7 @@ bool frmTableGrid::UpdateRow(Recordset &recordset, int row)
     if (key.isEmpty())
         recordset.addNew();
     else if (!recordset.find(key.toLongLong())) {
-        Prompt::message(QStringLiteral("Application Error"), QStringLiteral("Error locating record in database."), Prompt::Icon::Critical,
-                        Prompt::Ok);
+        Prompt::message(tr("Application Error"), tr("Error locating record in database."), Prompt::Icon::Critical, Prompt::Ok);
         return false;
     }
     for (int i = 0; i < m_columns.size(); ++i)
@@ -502,14 +499,14 @@ void frmTableGrid::cmdDelete_Click()
     if (!TableInUse(key, inUse))
         return;
     if (inUse) {
-        Prompt::message(QStringLiteral("Delete Record"),
-                        QStringLiteral("This item is currently in use in the database.\r\n"
-                                       "You must change all references to this item before it can be deleted."),
+        Prompt::message(tr("Delete Record"),
+                        tr("This item is currently in use in the database.\r\n"
+                           "You must change all references to this item before it can be deleted."),
                         Prompt::Icon::Exclamation, Prompt::Ok);
         return;
     }
-    if (Prompt::message(QStringLiteral("Delete Record"), QStringLiteral("Are you sure you want to delete '%1'?").arg(description),
-                        Prompt::Icon::Question, Prompt::Yes | Prompt::No)
+    if (Prompt::message(tr("Delete Record"), tr("Are you sure you want to delete '%1'?").arg(description), Prompt::Icon::Question,
+                        Prompt::Yes | Prompt::No)
             == Prompt::Yes
         && basDatabase::DeleteItemFromTable(m_tableName, m_tableKeyName, key)) {
         hideEditBox();
@@ -517,7 +514,7 @@ void frmTableGrid::cmdDelete_Click()
         m_model->removeRow(row);
         m_inCellChange = false;
         m_editRow = -1;
-        m_statusBar->showMessage(QStringLiteral("Record number %1 deleted.").arg(key));
+        m_statusBar->showMessage(tr("Record number %1 deleted.").arg(key));
     }
     // Whatever the answer, Delete waits for the next row chosen. Edits waiting on other rows stay waiting.
     setDeleteEnabled(false);
@@ -557,9 +554,9 @@ bool frmTableGrid::queryUnload()
 {
     if (!m_dataChanged)
         return true;
-    return Prompt::message(QStringLiteral("Discard Changes?"),
-                           QStringLiteral("The changes you made to %1 have not been saved.\r\n"
-                                          "Do you want to close and discard them?")
+    return Prompt::message(tr("Discard Changes?"),
+                           tr("The changes you made to %1 have not been saved.\r\n"
+                              "Do you want to close and discard them?")
                                .arg(windowTitle()),
                            Prompt::Icon::Question, Prompt::Yes | Prompt::No)
         == Prompt::Yes;

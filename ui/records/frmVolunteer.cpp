@@ -15,7 +15,7 @@ namespace { }
 frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
     setObjectName(QStringLiteral("frmVolunteer"));
-    setWindowTitle(QStringLiteral("Volunteers"));
+    setWindowTitle(tr("Volunteers"));
 }
 
 QString frmVolunteer::query() const
@@ -26,7 +26,7 @@ QString frmVolunteer::query() const
 void frmVolunteer::setSQL(const QString &sql)
 {
     m_sql = sql;
-    setWindowTitle(sql.isEmpty() ? QStringLiteral("Volunteers") : QStringLiteral("Volunteers (Filter Applied)"));
+    setWindowTitle(sql.isEmpty() ? tr("Volunteers") : tr("Volunteers (Filter Applied)"));
 }
 
 void frmVolunteer::ExecuteSQL()
@@ -36,9 +36,8 @@ void frmVolunteer::ExecuteSQL()
     setLoading(true);
     if (madoPrimaryRS.recordCount() == 0) {
         AddRecord();
-        Prompt::message(QStringLiteral("No Volunteer Records Found"),
-                        QStringLiteral("No records were found that matched the specified criteria."), Prompt::Icon::Exclamation,
-                        Prompt::Ok);
+        Prompt::message(tr("No Volunteer Records Found"), tr("No records were found that matched the specified criteria."),
+                        Prompt::Icon::Exclamation, Prompt::Ok);
     } else {
         madoPrimaryRS.moveFirst();
         takeKeyOfRow();
@@ -78,23 +77,23 @@ void frmVolunteer::buildFields()
     QLineEdit *party = maskedBox(QStringLiteral("999"));
     party->setMaximumWidth(50);
 
-    addField(text(), "txtData", QStringLiteral("LastName"), req, 0, QStringLiteral("Last Name"), 0, 0);
-    addField(text(), "txtData", QStringLiteral("FirstName"), req, 1, QStringLiteral("First Name"), 1, 0);
-    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 2, QStringLiteral("M.I."), 2, 0);
-    addField(text(), "txtData", QStringLiteral("Address"), opt, 3, QStringLiteral("Address"), 3, 0);
-    addField(text(), "txtData", QStringLiteral("City"), opt, 4, QStringLiteral("City"), 4, 0);
-    addField(state, "cboData", QStringLiteral("State"), opt, 5, QStringLiteral("State"), 5, 0);
-    addField(zip, "cboData", QStringLiteral("ZipCode"), opt, 6, QStringLiteral("Zip Code"), 6, 0);
-    addField(phone(), "mskData", QStringLiteral("HomePhone"), opt, 7, QStringLiteral("Home Phone"), 0, 1);
-    addField(phone(), "mskData", QStringLiteral("WorkPhone"), opt, 8, QStringLiteral("Phone"), 1, 1);
-    addField(phone(), "mskData", QStringLiteral("MobilePhone"), opt, 9, QStringLiteral("Mobile Phone"), 2, 1);
-    addField(phone(), "mskData", QStringLiteral("Fax"), opt, 10, QStringLiteral("Fax"), 3, 1);
-    addField(text(), "txtData", QStringLiteral("EmailAddress"), opt, 11, QStringLiteral("E-Mail Address"), 4, 1);
-    addField(text(), "txtData", QStringLiteral("EmergencyContact"), opt, 12, QStringLiteral("Emergency Contact"), 5, 1);
-    addField(phone(), "mskData", QStringLiteral("EmergencyContactPhone"), opt, 13, QStringLiteral("Emergency Phone"), 6, 1);
-    addField(party, "mskData", QStringLiteral("NumberInParty"), opt, 14, QStringLiteral("How many in your party?"), 7, 0);
-    addField(text(), "txtData", QStringLiteral("Affiliation"), opt, 15, QStringLiteral("Affiliation"), 7, 1);
-    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 16, QStringLiteral("Comments"), 8, 0, 2);
+    addField(text(), "txtData", QStringLiteral("LastName"), req, 0, tr("Last Name"), 0, 0);
+    addField(text(), "txtData", QStringLiteral("FirstName"), req, 1, tr("First Name"), 1, 0);
+    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 2, tr("M.I."), 2, 0);
+    addField(text(), "txtData", QStringLiteral("Address"), opt, 3, tr("Address"), 3, 0);
+    addField(text(), "txtData", QStringLiteral("City"), opt, 4, tr("City"), 4, 0);
+    addField(state, "cboData", QStringLiteral("State"), opt, 5, tr("State"), 5, 0);
+    addField(zip, "cboData", QStringLiteral("ZipCode"), opt, 6, tr("Zip Code"), 6, 0);
+    addField(phone(), "mskData", QStringLiteral("HomePhone"), opt, 7, tr("Home Phone"), 0, 1);
+    addField(phone(), "mskData", QStringLiteral("WorkPhone"), opt, 8, tr("Phone"), 1, 1);
+    addField(phone(), "mskData", QStringLiteral("MobilePhone"), opt, 9, tr("Mobile Phone"), 2, 1);
+    addField(phone(), "mskData", QStringLiteral("Fax"), opt, 10, tr("Fax"), 3, 1);
+    addField(text(), "txtData", QStringLiteral("EmailAddress"), opt, 11, tr("E-Mail Address"), 4, 1);
+    addField(text(), "txtData", QStringLiteral("EmergencyContact"), opt, 12, tr("Emergency Contact"), 5, 1);
+    addField(phone(), "mskData", QStringLiteral("EmergencyContactPhone"), opt, 13, tr("Emergency Phone"), 6, 1);
+    addField(party, "mskData", QStringLiteral("NumberInParty"), opt, 14, tr("How many in your party?"), 7, 0);
+    addField(text(), "txtData", QStringLiteral("Affiliation"), opt, 15, tr("Affiliation"), 7, 1);
+    addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 16, tr("Comments"), 8, 0, 2);
     fieldGrid()->setColumnStretch(1, 1);
     fieldGrid()->setColumnStretch(3, 1);
     fieldGrid()->setColumnMinimumWidth(2, 120);
@@ -126,6 +125,6 @@ RecordEditor::DeleteTexts frmVolunteer::deleteTexts() const
     QString name = value("LastName") + QStringLiteral(", ") + value("FirstName");
     if (!value("MiddleInitial").isEmpty())
         name += QLatin1Char(' ') + value("MiddleInitial");
-    return {QStringLiteral("Are you sure you want to delete volunteer '%1'?").arg(name), QStringLiteral("Delete Volunteer?"),
-            QStringLiteral("Volunteer '%1' deleted.").arg(name), QStringLiteral("Delete Volunteer")};
+    return {tr("Are you sure you want to delete volunteer '%1'?").arg(name), tr("Delete Volunteer?"),
+            tr("Volunteer '%1' deleted.").arg(name), tr("Delete Volunteer")};
 }

@@ -29,7 +29,19 @@
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
+#include <QTranslator>
 #include <QtTest>
+
+// Marks every text it is asked for, so a test can tell what is translated.
+class MarkingTranslator : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *sourceText, const char *, int) const override
+    {
+        return *sourceText ? QStringLiteral("[%1]").arg(QString::fromUtf8(sourceText)) : QString();
+    }
+};
 
 // The frame: the start panel with no database, the view bar, help.
 class TestMainWindow : public QObject
@@ -50,34 +62,55 @@ private slots:
     void startPanelOpensNewRecentAndDemo();
     void viewBarFollowsTheViewMenu();
     void helpShowsTheGuideAndItsIndex();
+    void aTranslationChangesTheTextsNotTheNames();
 };
 
 void TestMainWindow::dataMenusNeedADatabase_data()
 {
     QTest::addColumn<QString>("name");
-    QStringList names = QStringLiteral("mnuFileSave mnuFileDelete mnuFilePrintLabels mnuDataClientSummary mnuDataClientDetails "
-                                       "mnuDataClientTable mnuDataVolunteers mnuDataExportClients mnuDataExportVolunteers mnuDataFilter "
-                                       "mnuDataSortSortAscending mnuDataSortSortDescending mnuReportsClientDetail mnuReportsClientList "
-                                       "mnuReportsDemographics mnuReportsFoodServiceByClient mnuReportsGeographicSummary "
-                                       "mnuReportsGroceryLog mnuReportsPaymentHistoryByClient mnuReportsVolunteerDetail "
-                                       "mnuReportsVolunteerList mnuToolsOptions ViewBarClientSummary ViewBarClientDetails "
-                                       "ViewBarClientTable ViewBarVolunteers")
-                            .split(QLatin1Char(' '));
+    QTest::addColumn<bool>("offered");
+    // A window's own commands are off while no window is open, so none of them can be chosen.
+    for (const char *name : {"mnuFileSave", "mnuFileDelete", "mnuDataFilter", "mnuDataSortSortAscending", "mnuDataSortSortDescending"})
+        QTest::newRow(name) << QString::fromLatin1(name) << false;
+    QStringList names = {"mnuFilePrintLabels",
+                         "mnuDataClientSummary",
+                         "mnuDataClientDetails",
+                         "mnuDataClientTable",
+                         "mnuDataVolunteers",
+                         "mnuDataExportClients",
+                         "mnuDataExportVolunteers",
+                         "mnuReportsClientDetail",
+                         "mnuReportsClientList",
+                         "mnuReportsDemographics",
+                         "mnuReportsFoodServiceByClient",
+                         "mnuReportsGeographicSummary",
+                         "mnuReportsGroceryLog",
+                         "mnuReportsPaymentHistoryByClient",
+                         "mnuReportsVolunteerDetail",
+                         "mnuReportsVolunteerList",
+                         "mnuToolsOptions",
+                         "ViewBarClientSummary",
+                         "ViewBarClientDetails",
+                         "ViewBarClientTable",
+                         "ViewBarVolunteers"};
     for (const LookupTables::LookupTable &t : LookupTables::all())
         names << QString::fromLatin1(t.menuName);
     for (const QString &name : names)
-        QTest::newRow(qPrintable(name)) << name;
+        QTest::newRow(qPrintable(name)) << name << true;
 }
 
 void TestMainWindow::dataMenusNeedADatabase()
 {
     QFETCH(QString, name);
+    QFETCH(bool, offered);
     frmMain main;
     main.show();
     ScriptedPrompts prompts;
     QAction *command = main.findChild<QAction *>(name);
     QVERIFY(command);
-    QVERIFY(command->isEnabled());
+    QCOMPARE(command->isEnabled(), offered);
+    if (!offered)
+        return;
     command->trigger();
     QCOMPARE(prompts.messages(),
              (QList<Prompt::Message> {{"No Database open", "There is no current database open.", Prompt::Icon::Exclamation, Prompt::Ok}}));
@@ -219,7 +252,7 @@ void TestMainWindow::menuEntriesAreNamedForTheirMenus()
 
 void TestMainWindow::toolbarFollowsTheWindows_data()
 {
-    // expected: Save, Delete, Filter, Sort Ascending, Sort Descending, search bar
+    // expected: Save, Delete, Filter, Sort Ascending, Sort Descending (buttons and menu entries), search bar
     QTest::addColumn<QString>("window");
     QTest::addColumn<QString>("step");
     QTest::addColumn<QString>("expected");
@@ -346,11 +379,21 @@ void TestMainWindow::toolbarFollowsTheWindows()
         }
     }
 
+    // The menu entry of each command follows the same state as its button.
+    const std::pair<const char *, const char *> commands[] = {{"Save", "mnuFileSave"},
+                                                              {"Delete", "mnuFileDelete"},
+                                                              {"Filter", "mnuDataFilter"},
+                                                              {"Sort Ascending", "mnuDataSortSortAscending"},
+                                                              {"Sort Descending", "mnuDataSortSortDescending"}};
     QString states;
-    for (const char *key : {"Save", "Delete", "Filter", "Sort Ascending", "Sort Descending"})
+    QString menuStates;
+    for (const auto &[key, entry] : commands) {
         states += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+        menuStates += action(main, entry)->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+    }
     states += main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
     QCOMPARE(states, expected);
+    QCOMPARE(menuStates, expected.left(5));
     if (step == QLatin1String("type Save") || step == QLatin1String("type add"))
         QCOMPARE(TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = 'OkaforZed'")), 1);
     if (step == QLatin1String("Delete"))
@@ -361,6 +404,7 @@ void TestMainWindow::toolbarFollowsTheWindows()
     QTRY_VERIFY(main.mdiArea()->subWindowList().isEmpty());
     QTRY_COMPARE(main.openChildCount(), 0);
     QVERIFY(!main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
+    QVERIFY(!action(main, "mnuFileDelete")->isEnabled());
     main.closeDatabase();
 }
 
@@ -427,6 +471,51 @@ void TestMainWindow::windowMenuArrangesTheWindows()
     subs.at(2)->showNormal();
     arrange("mnuWindowCascade");
     QVERIFY(subs.at(1)->pos() != subs.at(0)->pos());
+    main.closeDatabase();
+}
+
+void TestMainWindow::aTranslationChangesTheTextsNotTheNames()
+{
+    TestDatabase db(false);
+    ScriptedPrompts prompts;
+    MarkingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    const auto removeTranslator = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
+    frmMain main;
+    main.show();
+    QVERIFY(main.openDatabaseFile(db.path(), true));
+    const QString client
+        = QString::number(TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")}}));
+    for (const char *window : {"mnuDataClientDetails", "mnuDataClientSummary", "mnuDataVolunteers", "mnuToolsTablesHousing"})
+        action(main, window)->trigger();
+    for (RecordKind kind : {RecordKind::FamilyMember, RecordKind::FoodService, RecordKind::Payment, RecordKind::Income})
+        main.openRecordEditor(kind, client, {});
+    QCOMPARE(main.mdiArea()->subWindowList().size(), 8);
+
+    // The shown texts come from the translation, menus, lookup tables and buttons alike...
+    QCOMPARE(main.findChild<QMenu *>(QStringLiteral("mnuFile"))->title(), QStringLiteral("[&File]"));
+    QCOMPARE(action(main, "mnuToolsTablesHousing")->text(), QStringLiteral("[&Housing]"));
+    QCOMPARE(main.toolbarButton(QStringLiteral("Save"))->text(), QStringLiteral("[Save]"));
+    QCOMPARE(main.toolbarButton(QStringLiteral("Search"))->text(), QStringLiteral("[Search]"));
+    QCOMPARE(main.findChild<QWidget *>(QStringLiteral("frmClientDetails"))->windowTitle(), QStringLiteral("[Client Details]"));
+    // ...while the names the program finds things by stay as they are.
+    int bound = 0;
+    for (QWidget *w : main.findChildren<QWidget *>()) {
+        const QString field = w->property("DataField").toString();
+        QVERIFY2(!field.contains(QLatin1Char('[')) && !w->objectName().contains(QLatin1Char('[')), qPrintable(w->objectName() + field));
+        bound += field.isEmpty() ? 0 : 1;
+    }
+    QVERIFY(bound > 60);
+    for (QAction *a : main.findChildren<QAction *>())
+        QVERIFY2(!a->objectName().contains(QLatin1Char('[')), qPrintable(a->objectName()));
+    // The search bar shows its fields translated and searches by the untranslated one.
+    main.activateChild(qobject_cast<MdiChild *>(main.findChild<QWidget *>(QStringLiteral("frmClientDetails"))));
+    auto *searchOn = main.findChild<QComboBox *>(QStringLiteral("cboSearchOn"));
+    QCOMPARE(searchOn->itemText(0), QStringLiteral("[Last Name]"));
+    searchOn->setCurrentIndex(0);
+    main.findChild<QComboBox *>(QStringLiteral("cboSearchFor"))->setEditText(QStringLiteral("Okafor"));
+    main.toolbarButton(QStringLiteral("Search"))->trigger();
+    QVERIFY(prompts.messages().isEmpty());
     main.closeDatabase();
 }
 
