@@ -1,0 +1,293 @@
+#include "ReportLayout.h"
+
+#include <QPaintDevice>
+
+#include <algorithm>
+
+using Report::Block;
+
+namespace ReportLayout {
+
+Geometry::Geometry(const Report::Document &document, const QPaintDevice *device)
+    : m_document(document)
+    , m_fonts(device)
+    , m_page(0, 0, device->width(), device->height())
+{
+    const double headerBottom = headerHeight();
+    const double footerHeight = m_fonts.points(6) + m_fonts.metrics(m_fonts.footer).height();
+    m_header = QRectF(m_page.left(), m_page.top(), m_page.width(), headerBottom);
+    m_footer = QRectF(m_page.left(), m_page.bottom() - footerHeight, m_page.width(), footerHeight);
+    m_body = QRectF(m_page.left(), m_header.bottom(), m_page.width(), m_footer.top() - m_header.bottom() - m_fonts.points(6));
+}
+
+double Geometry::logoSpace() const
+{
+    return m_document.header.logoPath.isEmpty() ? 0.0 : m_fonts.dpi * 1.7;
+}
+
+double Geometry::headerHeight() const
+{
+    const Report::PageHeader &h = m_document.header;
+    const double width = m_page.width() - 2 * logoSpace();
+    double organisation = 0;
+    if (!h.organizationName.isEmpty())
+        organisation += textHeight(m_fonts.name, h.organizationName, width);
+    if (!h.organizationAddress.isEmpty())
+        organisation
+            += textHeight(m_fonts.address, QString(h.organizationAddress).replace(QLatin1String("\r\n"), QLatin1String("\n")), width);
+    double y = std::max(organisation, h.logoPath.isEmpty() ? 0.0 : logoHeight()) + m_fonts.points(8);
+    y += textHeight(m_fonts.title, m_document.title, m_page.width());
+    if (!m_document.title2.isEmpty())
+        y += textHeight(m_fonts.title2, m_document.title2, m_page.width());
+    if (!m_document.dateCaption.isEmpty())
+        y += textHeight(m_fonts.caption, m_document.dateCaption, m_page.width());
+    return y + m_fonts.points(10);   // the rule under it, with room either side
+}
+
+double Geometry::textHeight(const QFont &font, const QString &text, double width) const
+{
+    const QFontMetricsF fm = m_fonts.metrics(font);
+    if (!text.contains(QLatin1Char('\n')) && fm.horizontalAdvance(text) <= width)
+        return fm.height();
+    return fm.boundingRect(QRectF(0, 0, width, 1e9), Qt::TextWordWrap, text).height();
+}
+
+int Geometry::units(const Block &block) const
+{
+    switch (block.kind) {
+    case Block::Heading:
+    case Block::Chart:
+        return 1;
+    case Block::Fields:
+        return (int(block.fields.size()) + std::max(1, block.fieldColumns) - 1) / std::max(1, block.fieldColumns);
+    case Block::Table:
+        return int(block.rows.size());
+    case Block::Totals:
+        return int(block.fields.size());
+    case Block::Text:
+        return int(block.lines.size());
+    case Block::PageBreak:
+        break;
+    }
+    return 0;
+}
+
+double Geometry::fieldColumnWidth(const Block &block) const
+{
+    return m_body.width() / std::max(1, block.fieldColumns);
+}
+
+double Geometry::fieldLabelWidth(const Block &block) const
+{
+    const QFontMetricsF fm = m_fonts.metrics(m_fonts.bold);
+    double widest = 0;
+    for (const auto &field : block.fields)
+        widest = std::max(widest, fm.horizontalAdvance(field.first));
+    return std::min(widest + m_fonts.points(6), fieldColumnWidth(block) * 0.45);
+}
+
+QList<double> Geometry::columnEdges(const Block &block) const
+{
+    int total = 0;
+    for (const Report::Column &c : block.columns)
+        total += std::max(1, c.weight);
+    QList<double> edges {m_body.left()};
+    int sum = 0;
+    for (const Report::Column &c : block.columns) {
+        sum += std::max(1, c.weight);
+        edges << m_body.left() + m_body.width() * sum / std::max(1, total);
+    }
+    return edges;
+}
+
+double Geometry::chartWidth(const Block &block) const
+{
+    return block.pie ? std::min(m_body.width(), m_fonts.dpi * 6.5) : m_body.width();
+}
+
+double Geometry::repeatedHeight(const Block &block) const
+{
+    if (block.kind != Block::Table)
+        return 0;
+    const QList<double> edges = columnEdges(block);
+    double tallest = 0;
+    for (int c = 0; c < block.columns.size(); ++c)
+        tallest = std::max(tallest, textHeight(m_fonts.bold, block.columns[c].heading, edges[c + 1] - edges[c] - 2 * cellPadding()));
+    return tallest + m_fonts.points(5);
+}
+
+double Geometry::unitHeight(const Block &block, int unit) const
+{
+    switch (block.kind) {
+    case Block::Heading: {
+        const QFont &font = block.level == 0 ? m_fonts.groupHeading : m_fonts.recordHeading;
+        return textHeight(font, block.lines.join(QLatin1Char('\n')), m_body.width()) + m_fonts.points(3);
+    }
+    case Block::Fields: {
+        const int columns = std::max(1, block.fieldColumns);
+        const double labelWidth = fieldLabelWidth(block);
+        const double valueWidth = fieldColumnWidth(block) - labelWidth - m_fonts.points(8);
+        double tallest = 0;
+        for (int i = unit * columns; i < std::min<int>(block.fields.size(), (unit + 1) * columns); ++i) {
+            const auto &field = block.fields[i];
+            tallest = std::max(
+                {tallest, textHeight(m_fonts.bold, field.first, labelWidth), textHeight(m_fonts.body, field.second, valueWidth)});
+        }
+        return tallest + m_fonts.points(2);
+    }
+    case Block::Table: {
+        const QList<double> edges = columnEdges(block);
+        const QStringList &row = block.rows[unit];
+        double tallest = m_fonts.metrics(m_fonts.body).height();
+        for (int c = 0; c < std::min<int>(row.size(), block.columns.size()); ++c)
+            tallest = std::max(tallest, textHeight(m_fonts.body, row[c], edges[c + 1] - edges[c] - 2 * cellPadding()));
+        return tallest + m_fonts.points(3);
+    }
+    case Block::Totals:
+        return m_fonts.metrics(m_fonts.bold).height() + m_fonts.points(2);
+    case Block::Text:
+        return textHeight(m_fonts.body, block.lines[unit], m_body.width()) + m_fonts.points(2);
+    case Block::Chart: {
+        const double inch = m_fonts.dpi;
+        if (block.pie)
+            return std::min(m_body.height(), 3.4 * inch);
+        // Bars lie on their side: one line each, so that long names stay readable.
+        return std::min(m_body.height(), std::max(2.2 * inch, 0.9 * inch + 0.26 * inch * block.chartItems.size()));
+    }
+    case Block::PageBreak:
+        break;
+    }
+    return 0;
+}
+
+double Geometry::spaceBefore(const Block &block) const
+{
+    switch (block.kind) {
+    case Block::Heading:
+        return m_fonts.points(block.level == 0 ? 12 : 8);
+    case Block::Totals:
+        return m_fonts.points(2);
+    case Block::Chart:
+        return m_fonts.points(10);
+    default:
+        return m_fonts.points(5);
+    }
+}
+
+namespace {
+
+class Paginator
+{
+public:
+    Paginator(const Report::Document &document, const Geometry &geometry)
+        : m_blocks(document.blocks)
+        , m_g(geometry)
+        , m_room(geometry.body().height())
+    { }
+
+    QList<Page> run()
+    {
+        m_pages = {Page {}};
+        for (int i = 0; i < m_blocks.size(); ++i)
+            place(i);
+        return m_pages;
+    }
+
+private:
+    bool pageEmpty() const { return m_pages.last().pieces.isEmpty(); }
+    void newPage()
+    {
+        m_pages.append(Page {});
+        m_y = 0;
+    }
+
+    // The height of the whole block and of the first part of what must follow it on the same page.
+    double keptHeight(int i, int depth = 0) const
+    {
+        const Block &b = m_blocks[i];
+        double h = m_g.repeatedHeight(b);
+        for (int u = 0; u < m_g.units(b); ++u)
+            h += m_g.unitHeight(b, u);
+        if (i + 1 >= m_blocks.size() || m_blocks[i + 1].kind == Block::PageBreak)
+            return h;
+        const Block &next = m_blocks[i + 1];
+        h += m_g.spaceBefore(next);
+        if (next.keepWithNext && depth < 8)
+            return h + keptHeight(i + 1, depth + 1);
+        return h + m_g.repeatedHeight(next) + (m_g.units(next) > 0 ? m_g.unitHeight(next, 0) : 0.0);
+    }
+
+    void place(int i)
+    {
+        const Block &b = m_blocks[i];
+        if (b.kind == Block::PageBreak) {
+            if (!pageEmpty())
+                newPage();
+            return;
+        }
+        double gap = pageEmpty() ? 0.0 : m_g.spaceBefore(b);
+        if (b.keepWithNext && !pageEmpty()) {
+            const double needed = gap + keptHeight(i);
+            if (m_y + needed > m_room && needed - gap <= m_room) {
+                newPage();
+                gap = 0;
+            }
+        }
+        const int n = m_g.units(b);
+        const double repeated = m_g.repeatedHeight(b);
+        if (n == 0) {
+            if (repeated > 0 && m_y + gap + repeated > m_room && !pageEmpty()) {
+                newPage();
+                gap = 0;
+            }
+            m_pages.last().pieces.append({i, 0, 0, m_y + gap, repeated, {}});
+            m_y += gap + repeated;
+            return;
+        }
+        int u = 0;
+        double next = m_g.unitHeight(b, 0);
+        while (u < n) {
+            Piece piece {i, u, 0, m_y + gap, repeated, {}};
+            while (u < n && m_y + gap + piece.height + next <= m_room) {
+                piece.height += next;
+                piece.unitHeights << next;
+                ++u;
+                next = u < n ? m_g.unitHeight(b, u) : 0.0;
+            }
+            if (piece.unitHeights.isEmpty()) {
+                if (!pageEmpty()) {
+                    newPage();
+                    gap = 0;
+                    continue;
+                }
+                // Taller than a whole page: it goes alone and is cut at the foot.
+                piece.height += next;
+                piece.unitHeights << next;
+                ++u;
+                next = u < n ? m_g.unitHeight(b, u) : 0.0;
+            }
+            piece.count = int(piece.unitHeights.size());
+            m_pages.last().pieces.append(piece);
+            m_y += gap + piece.height;
+            if (u < n) {
+                newPage();
+                gap = 0;
+            }
+        }
+    }
+
+    const QList<Block> &m_blocks;
+    const Geometry &m_g;
+    const double m_room;
+    QList<Page> m_pages;
+    double m_y = 0;
+};
+
+}   // namespace
+
+QList<Page> paginate(const Report::Document &document, const Geometry &geometry)
+{
+    return Paginator(document, geometry).run();
+}
+
+}   // namespace ReportLayout
