@@ -1,5 +1,6 @@
 #include "ReportLayout.h"
 
+#include <QObject>
 #include <QPaintDevice>
 
 #include <algorithm>
@@ -119,10 +120,8 @@ double Geometry::repeatedHeight(const Block &block) const
 double Geometry::unitHeight(const Block &block, int unit) const
 {
     switch (block.kind) {
-    case Block::Heading: {
-        const QFont &font = block.level == 0 ? m_fonts.groupHeading : m_fonts.recordHeading;
-        return textHeight(font, block.lines.join(QLatin1Char('\n')), m_body.width()) + m_fonts.points(3);
-    }
+    case Block::Heading:
+        return headingHeight(block, false);
     case Block::Fields: {
         const int columns = std::max(1, block.fieldColumns);
         const double labelWidth = fieldLabelWidth(block);
@@ -160,6 +159,18 @@ double Geometry::unitHeight(const Block &block, int unit) const
     return 0;
 }
 
+QString Geometry::headingText(const Block &block, bool continued)
+{
+    const QString text = block.lines.join(QLatin1Char('\n'));
+    return continued ? QObject::tr("%1 (continued)").arg(text) : text;
+}
+
+double Geometry::headingHeight(const Block &block, bool continued) const
+{
+    const QFont &font = block.level == 0 ? m_fonts.groupHeading : m_fonts.recordHeading;
+    return textHeight(font, headingText(block, continued), m_body.width()) + m_fonts.points(3);
+}
+
 double Geometry::spaceBefore(const Block &block) const
 {
     switch (block.kind) {
@@ -194,7 +205,14 @@ public:
     }
 
 private:
-    bool pageEmpty() const { return m_pages.last().pieces.isEmpty(); }
+    // A page with nothing but repeated headings still takes the next unit, however tall.
+    bool pageEmpty() const
+    {
+        for (const Piece &p : m_pages.last().pieces)
+            if (!p.continued)
+                return false;
+        return true;
+    }
     void newPage()
     {
         m_pages.append(Page {});
@@ -271,8 +289,23 @@ private:
             m_y += gap + piece.height;
             if (u < n) {
                 newPage();
-                gap = 0;
+                repeatHeadings(i);
+                gap = pageEmpty() && m_y == 0 ? 0.0 : m_g.spaceBefore(b);
             }
+        }
+    }
+
+    // The run of kept headings right above block i, repeated at the top of a new page.
+    void repeatHeadings(int i)
+    {
+        int first = i;
+        while (first > 0 && m_blocks[first - 1].kind == Block::Heading && m_blocks[first - 1].keepWithNext)
+            --first;
+        for (int h = first; h < i; ++h) {
+            const double top = m_y + (h == first ? 0.0 : m_g.spaceBefore(m_blocks[h]));
+            const double height = m_g.headingHeight(m_blocks[h], true);
+            m_pages.last().pieces.append({h, 0, 1, top, height, {height}, true});
+            m_y = top + height;
         }
     }
 

@@ -21,6 +21,7 @@ struct Piece
     double top = 0;   // from the top of the page's body
     double height = 0;   // the repeated part and the units together
     QList<double> unitHeights;
+    bool continued = false;   // a heading repeated above the rest of what it heads
 };
 
 struct Page
@@ -50,6 +51,10 @@ public:
     double repeatedHeight(const Report::Block &block) const;
     double spaceBefore(const Report::Block &block) const;
 
+    // A heading's text, marked when it is repeated on a page where its table goes on.
+    static QString headingText(const Report::Block &block, bool continued);
+    double headingHeight(const Report::Block &block, bool continued) const;
+
     // Tables: the left edges of the columns and the right edge of the last.
     QList<double> columnEdges(const Report::Block &block) const;
     double cellPadding() const { return m_fonts.points(3); }
@@ -70,7 +75,8 @@ private:
 
 // Lays the blocks out top to bottom: a table that runs past the foot of a page
 // goes on with its headings repeated; a block marked keepWithNext moves to the
-// next page rather than end one; a page break starts a new page.
+// next page rather than end one; a page break starts a new page. The headings
+// right above a block that goes on onto a new page are repeated there, "(continued)".
 QList<Page> paginate(const Report::Document &document, const Geometry &geometry);
 
 }   // namespace ReportLayout

@@ -80,7 +80,7 @@ void ReportPages::drawPiece(QPainter &painter, const Piece &piece) const
     case Block::Heading:
         painter.setFont(block.level == 0 ? f.groupHeading : f.recordHeading);
         painter.drawText(QRectF(body.left(), y, body.width(), piece.height), Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
-                         block.lines.join(QLatin1Char('\n')));
+                         ReportLayout::Geometry::headingText(block, piece.continued));
         break;
     case Block::Fields:
         drawFields(painter, block, piece, y);
