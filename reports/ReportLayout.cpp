@@ -58,13 +58,12 @@ int Geometry::units(const Block &block) const
     switch (block.kind) {
     case Block::Heading:
     case Block::Chart:
+    case Block::Totals:   // totals are read together: never parted by a page break
         return 1;
     case Block::Fields:
         return (int(block.fields.size()) + std::max(1, block.fieldColumns) - 1) / std::max(1, block.fieldColumns);
     case Block::Table:
         return int(block.rows.size());
-    case Block::Totals:
-        return int(block.fields.size());
     case Block::Text:
         return int(block.lines.size());
     case Block::PageBreak:
@@ -143,13 +142,13 @@ double Geometry::unitHeight(const Block &block, int unit) const
         return tallest + m_fonts.points(3);
     }
     case Block::Totals:
-        return m_fonts.metrics(m_fonts.bold).height() + m_fonts.points(2);
+        return block.fields.size() * totalsLineHeight() + m_fonts.points(2);
     case Block::Text:
         return textHeight(m_fonts.body, block.lines[unit], m_body.width()) + m_fonts.points(2);
     case Block::Chart: {
         const double inch = m_fonts.dpi;
         if (block.pie)
-            return std::min(m_body.height(), 3.4 * inch);
+            return std::min(m_body.height(), 3.0 * inch);
         // Bars lie on their side: one line each, so that long names stay readable.
         return std::min(m_body.height(), std::max(2.2 * inch, 0.9 * inch + 0.26 * inch * block.chartItems.size()));
     }
@@ -219,20 +218,52 @@ private:
         m_y = 0;
     }
 
-    // The height of the whole block and of the first part of what must follow it on the same page.
-    double keptHeight(int i, int depth = 0) const
+    // Whether block i stays on the page of what follows it: blocks marked so, and a
+    // table with the chart drawn from it.
+    bool kept(int i) const
     {
         const Block &b = m_blocks[i];
+        return b.keepWithNext || (b.kind == Block::Table && i + 1 < m_blocks.size() && m_blocks[i + 1].kind == Block::Chart);
+    }
+
+    double wholeHeight(const Block &b) const
+    {
         double h = m_g.repeatedHeight(b);
         for (int u = 0; u < m_g.units(b); ++u)
             h += m_g.unitHeight(b, u);
-        if (i + 1 >= m_blocks.size() || m_blocks[i + 1].kind == Block::PageBreak)
+        return h;
+    }
+
+    double firstPartHeight(const Block &b) const { return m_g.repeatedHeight(b) + (m_g.units(b) > 0 ? m_g.unitHeight(b, 0) : 0.0); }
+
+    // The height from block i down to the first part of the first block not kept
+    // with it. whole: every kept block entire; else only what may never be parted,
+    // a heading and the first part of what it heads.
+    double keptHeight(int i, bool whole, int depth = 0) const
+    {
+        const Block &b = m_blocks[i];
+        const bool entire = whole || b.kind == Block::Heading;
+        double h = entire ? wholeHeight(b) : firstPartHeight(b);
+        if (!entire || !kept(i) || i + 1 >= m_blocks.size() || m_blocks[i + 1].kind == Block::PageBreak)
             return h;
         const Block &next = m_blocks[i + 1];
         h += m_g.spaceBefore(next);
-        if (next.keepWithNext && depth < 8)
-            return h + keptHeight(i + 1, depth + 1);
-        return h + m_g.repeatedHeight(next) + (m_g.units(next) > 0 ? m_g.unitHeight(next, 0) : 0.0);
+        if (kept(i + 1) && depth < 8)
+            return h + keptHeight(i + 1, whole, depth + 1);
+        return h + firstPartHeight(next);
+    }
+
+    // A kept block moves to a new page when all it is kept with fits there but not
+    // here; when that is more than a page, when at least its first parts do not fit here.
+    bool breakBefore(int i, double gap) const
+    {
+        if (!kept(i) || pageEmpty())
+            return false;
+        const double whole = keptHeight(i, true);
+        if (whole <= m_room)
+            return m_y + gap + whole > m_room;
+        const double least = keptHeight(i, false);
+        return least <= m_room && m_y + gap + least > m_room;
     }
 
     void place(int i)
@@ -244,12 +275,9 @@ private:
             return;
         }
         double gap = pageEmpty() ? 0.0 : m_g.spaceBefore(b);
-        if (b.keepWithNext && !pageEmpty()) {
-            const double needed = gap + keptHeight(i);
-            if (m_y + needed > m_room && needed - gap <= m_room) {
-                newPage();
-                gap = 0;
-            }
+        if (breakBefore(i, gap)) {
+            newPage();
+            gap = 0;
         }
         const int n = m_g.units(b);
         const double repeated = m_g.repeatedHeight(b);

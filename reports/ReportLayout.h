@@ -16,7 +16,7 @@ namespace ReportLayout {
 struct Piece
 {
     int block = -1;   // index in the document's blocks
-    int first = 0;   // first unit on this page: a table row, a line of fields, a total, a paragraph
+    int first = 0;   // first unit on this page: a table row, a line of fields, a paragraph
     int count = 0;   // units on this page
     double top = 0;   // from the top of the page's body
     double height = 0;   // the repeated part and the units together
@@ -58,6 +58,7 @@ public:
     // Tables: the left edges of the columns and the right edge of the last.
     QList<double> columnEdges(const Report::Block &block) const;
     double cellPadding() const { return m_fonts.points(3); }
+    double totalsLineHeight() const { return m_fonts.metrics(m_fonts.bold).height() + m_fonts.points(2); }
     // Fields: the width given to the labels.
     double fieldLabelWidth(const Report::Block &block) const;
     double fieldColumnWidth(const Report::Block &block) const;

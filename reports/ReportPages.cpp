@@ -89,7 +89,7 @@ void ReportPages::drawPiece(QPainter &painter, const Piece &piece) const
         drawTable(painter, block, piece, y);
         break;
     case Block::Totals:
-        drawTotals(painter, block, piece, y);
+        drawTotals(painter, block, y);
         break;
     case Block::Text: {
         painter.setFont(f.body);
@@ -164,7 +164,7 @@ void ReportPages::drawFields(QPainter &painter, const Block &block, const Piece 
     }
 }
 
-void ReportPages::drawTotals(QPainter &painter, const Block &block, const Piece &piece, double y) const
+void ReportPages::drawTotals(QPainter &painter, const Block &block, double y) const
 {
     const ReportStyle::Fonts &f = m_g.fonts();
     const QFontMetricsF fm = f.metrics(f.bold);
@@ -175,14 +175,12 @@ void ReportPages::drawTotals(QPainter &painter, const Block &block, const Piece 
     const double valueLeft = body.right() - m_g.cellPadding() - valueWidth;
     painter.setFont(f.bold);
     painter.setPen(QPen(Qt::black, f.points(0.5)));
-    if (piece.first == 0)
-        painter.drawLine(QPointF(body.left() + body.width() / 2, y), QPointF(body.right(), y));
+    painter.drawLine(QPointF(body.left() + body.width() / 2, y), QPointF(body.right(), y));
     double top = y + f.points(1);
-    for (int i = 0; i < piece.count; ++i) {
-        const auto &field = block.fields[piece.first + i];
+    for (const auto &field : block.fields) {
         painter.drawText(QRectF(body.left(), top, valueLeft - body.left() - f.points(8), fm.height()), Qt::AlignRight | Qt::AlignTop,
                          field.first);
         painter.drawText(QRectF(valueLeft, top, valueWidth, fm.height()), Qt::AlignRight | Qt::AlignTop, field.second);
-        top += piece.unitHeights[i];
+        top += m_g.totalsLineHeight();
     }
 }

@@ -21,7 +21,7 @@ private:
     void drawPiece(QPainter &painter, const ReportLayout::Piece &piece) const;
     void drawTable(QPainter &painter, const Report::Block &block, const ReportLayout::Piece &piece, double y) const;
     void drawFields(QPainter &painter, const Report::Block &block, const ReportLayout::Piece &piece, double y) const;
-    void drawTotals(QPainter &painter, const Report::Block &block, const ReportLayout::Piece &piece, double y) const;
+    void drawTotals(QPainter &painter, const Report::Block &block, double y) const;
 
     const Report::Document &m_document;
     const ReportLayout::Geometry &m_g;
