@@ -3,6 +3,7 @@
 #include "cli/Console.h"
 #include "Schema.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -10,6 +11,8 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTextStream>
+
+#include <memory>
 
 namespace {
 
@@ -29,11 +32,13 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "\n"
                            "Commands:\n"
                            "  new FILE                          create a database with the standard contents\n"
-                           "  demo FILE --clients N [--seed S]  create a database filled with made-up households\n"
+                           "  demo FILE --clients N [--seed S] [--family-members N] [--food-services N] [--payments N]\n"
+                           "                                    create a database filled with made-up households\n"
                            "  check FILE                        check a database's integrity, references and version\n"
                            "  backup FILE [DIR]                 write a checked copy of a database (default: its backups folder)\n"
                            "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
                            "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
+                           "  report NAME FILE --pdf OUT | --csv OUT [options]  write a report without windows\n"
                            "\n"
                            "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
@@ -68,6 +73,10 @@ int commandDemo(const QStringList &args)
         {QStringLiteral("clients"), QStringLiteral("How many households (default 500)."), QStringLiteral("N"), QStringLiteral("500")});
     p.addOption({QStringLiteral("seed"), QStringLiteral("Seed of the data (default 1): the same seed gives the same data."),
                  QStringLiteral("S"), QStringLiteral("1")});
+    // Totals for a pantry-scale database; without them each household draws its own.
+    const QString totals[] = {QStringLiteral("family-members"), QStringLiteral("food-services"), QStringLiteral("payments")};
+    for (const QString &total : totals)
+        p.addOption({total, QStringLiteral("About how many %1 in all.").arg(QString(total).replace(u'-', u' ')), QStringLiteral("N")});
     p.addOption({QStringLiteral("force"), QStringLiteral("Replace FILE when it exists.")});
     p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file to create."));
     p.process(args);
@@ -77,11 +86,21 @@ int commandDemo(const QStringList &args)
     }
     bool okClients = false;
     bool okSeed = false;
+    bool okTotals = true;
     DemoData::Options options;
     options.clients = p.value(QStringLiteral("clients")).toInt(&okClients);
     options.seed = p.value(QStringLiteral("seed")).toUInt(&okSeed);
-    if (!okClients || options.clients < 0 || !okSeed) {
-        err() << "tendmark-cli demo: --clients and --seed take whole numbers.\n";
+    qint64 *targets[] = {&options.familyMembers, &options.foodServices, &options.payments};
+    for (int i = 0; i < 3; ++i) {
+        if (p.isSet(totals[i])) {
+            *targets[i] = p.value(totals[i]).toLongLong(&okTotals);
+            okTotals = okTotals && *targets[i] >= 0;
+        }
+        if (!okTotals)
+            break;
+    }
+    if (!okClients || options.clients < 0 || !okSeed || !okTotals) {
+        err() << "tendmark-cli demo: --clients, --seed, --family-members, --food-services and --payments take whole numbers.\n";
         return 2;
     }
     const QString file = p.positionalArguments().constFirst();
@@ -127,7 +146,12 @@ int commandCheck(const QStringList &args)
 int main(int argc, char *argv[])
 {
     PrivateFiles::RestrictNewFiles();
-    QCoreApplication app(argc, argv);
+    // Reports draw pages and charts, which need a GUI application; without a display, offscreen.
+    const bool drawing = argc > 1 && qstrcmp(argv[1], "report") == 0;
+    if (drawing && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::unique_ptr<QCoreApplication> app(drawing ? new QApplication(argc, argv) : new QCoreApplication(argc, argv));
     QCoreApplication::setApplicationName(QStringLiteral("tendmark-cli"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TENDMARK_VERSION));
     QStringList args = QCoreApplication::arguments();
@@ -149,6 +173,8 @@ int main(int argc, char *argv[])
         return commandRestore(args);
     if (command == QLatin1String("audit"))
         return commandAudit(args);
+    if (command == QLatin1String("report"))
+        return commandReport(args);
     err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
     return 2;
 }

@@ -16,6 +16,13 @@ namespace Bench {
 
 double EnsureDemoDatabase(const QString &path, int clients, bool rebuild)
 {
+    DemoData::Options options;
+    options.clients = clients;
+    return EnsureDemoDatabase(path, options, rebuild);
+}
+
+double EnsureDemoDatabase(const QString &path, const DemoData::Options &options, bool rebuild)
+{
     if (!rebuild && Schema::InspectFile(path).state == Schema::FileState::Ok)
         return -1;
     QElapsedTimer timer;
@@ -29,8 +36,6 @@ double EnsureDemoDatabase(const QString &path, int clients, bool rebuild)
         if (!db.open())
             qFatal("benchmark database: cannot open %s", qPrintable(path));
         QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
-        DemoData::Options options;
-        options.clients = clients;
         if (!DemoData::Generate(db, options, &error))
             qFatal("benchmark database: %s", qPrintable(error));
         db.close();

@@ -172,6 +172,27 @@ bool BackupOnOpen(const QString &database, QString *made, QString *error)
     return BackupNow(database, {}, made, error);
 }
 
+namespace {
+
+// A damaged or incomplete file cannot be backed up with a check; it is kept as it is.
+bool keepAsItIs(const QString &database, QString *error)
+{
+    const QString folder = Folder(database);
+    const QString target = QDir(folder).filePath(QFileInfo(database).fileName() + QLatin1Char('.')
+                                                 + QDateTime::currentDateTime().toString(kStamp) + QStringLiteral(".kept"));
+    const QString building = target + QStringLiteral(".part");
+    QFile::remove(building);
+    if (PrivateFiles::MakePrivateFolder(folder) && QFile::copy(database, building) && PrivateFiles::MakePrivate(building)
+        && PrivateFiles::MoveIntoPlace(building, target, error))
+        return true;
+    QFile::remove(building);
+    *error = QStringLiteral("%1 could not be kept in %2 before the backup was put in its place.")
+                 .arg(QFileInfo(database).fileName(), QDir::toNativeSeparators(folder));
+    return false;
+}
+
+}   // namespace
+
 bool Restore(const QString &backup, const QString &database, QString *error)
 {
     const Schema::FileCheck check = Schema::ExamineForOpening(backup);
@@ -181,7 +202,7 @@ bool Restore(const QString &backup, const QString &database, QString *error)
     }
     if (QFileInfo::exists(database)) {
         QString made;
-        if (!BackupNow(database, {}, &made, error))
+        if (!BackupNow(database, {}, &made, error) && !keepAsItIs(database, error))
             return false;
         if (QFileInfo::exists(database + QStringLiteral("-wal"))) {
             *error = QStringLiteral("%1 is open in a program; close it first.").arg(QDir::toNativeSeparators(database));

@@ -35,9 +35,10 @@ QString Latest(const QString &database, const QString &folder = {});
 // Of copies taken at these times, those rotation deletes.
 QList<QDateTime> ToDelete(QList<QDateTime> taken, const QDateTime &now, int keepLast);
 
-// Puts a copy back: checks it, backs up the current file, then writes the copy
-// under a temporary name and renames it over the database. The database must
-// not be open in the program.
+// Puts a copy back: checks it, backs up the current file (a file too damaged for
+// a checked copy is kept byte for byte as "<name>.<time>.kept" in the backups
+// folder), then writes the copy under a temporary name and renames it over the
+// database. The database must not be open in the program.
 bool Restore(const QString &backup, const QString &database, QString *error);
 
 }   // namespace Backups

@@ -127,14 +127,38 @@ bool Generator::insertHousehold()
         return false;
     const qint64 clientId = m_client.lastInsertId().toLongLong();
 
-    static const int familyWeights[] = {30, 22, 20, 14, 8, 4, 2};   // 0..6 members, about 1.7 on average
-    int roll = between(0, 99), members = 0;
-    while (roll >= familyWeights[members]) {
-        roll -= familyWeights[members];
-        ++members;
+    int members = 0;
+    if (m_options.familyMembers >= 0) {
+        members = share(m_options.familyMembers, &m_familyGiven);
+    } else {
+        static const int familyWeights[] = {30, 22, 20, 14, 8, 4, 2};   // 0..6 members, about 1.7 on average
+        int roll = between(0, 99);
+        while (roll >= familyWeights[members]) {
+            roll -= familyWeights[members];
+            ++members;
+        }
     }
-    return insertFamily(clientId, head, married, members) && insertVisits(clientId, members + 1)
-        && (!percent(25) || insertPayments(clientId)) && insertIncomeAndExpenses(clientId, employed);
+    if (!insertFamily(clientId, head, married, members))
+        return false;
+    const int visits = m_options.foodServices >= 0 ? share(m_options.foodServices, &m_servicesGiven) : -1;
+    if (!insertVisits(clientId, members + 1, visits))
+        return false;
+    int payments = 0;
+    if (m_options.payments >= 0)
+        payments = share(m_options.payments, &m_paymentsGiven);
+    else if (percent(25))
+        payments = between(1, 4);
+    return insertPayments(clientId, payments) && insertIncomeAndExpenses(clientId, employed);
+}
+
+int Generator::share(qint64 total, qint64 *given)
+{
+    // Keeps close to an even spread; the variation is at most half a household's mean either way.
+    const qint64 due = total * (m_household + 1) / m_options.clients;
+    const int mean = int(total / m_options.clients);
+    const qint64 n = std::max<qint64>(0, due - *given + between(-mean / 2, mean / 2));
+    *given += n;
+    return int(n);
 }
 
 bool Generator::insertVolunteer()
@@ -228,7 +252,7 @@ bool Generator::run()
 
     if (!insertZips() || !updateOrganization())
         return false;
-    for (int i = 0; i < m_options.clients; ++i) {
+    for (m_household = 0; m_household < m_options.clients; ++m_household) {
         if (!insertHousehold())
             return false;
     }

@@ -13,6 +13,11 @@ struct Options
     quint32 seed = 1;
     QDate today = QDate::currentDate();   // no visit or payment is dated after this
     int volunteers = -1;   // -1: about clients/50, at least 5
+    // Totals over all households, spread evenly with some variation; -1 leaves each
+    // household to its own draw (about 1.7 family members, visits and payments now and then).
+    qint64 familyMembers = -1;
+    qint64 foodServices = -1;   // dated over the two years before today
+    qint64 payments = -1;
 };
 
 // Fills an open database that already holds the standard contents (lookup

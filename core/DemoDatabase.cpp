@@ -4,10 +4,8 @@
 #include "Schema.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QStandardPaths>
 
 namespace DemoDatabase {
@@ -27,36 +25,13 @@ bool Ensure(QString *error)
         *error = QStringLiteral("The folder %1 could not be created.").arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
         return false;
     }
-    // Built under another name and renamed, so that a failure never leaves half a demo behind.
-    const QString building = path + QStringLiteral(".part");
-    QFile::remove(building);
-    if (!Schema::CreateDatabase(building, true, error))
-        return false;
-    const QString connection = QStringLiteral("demo-create");
-    bool ok = false;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        db.setDatabaseName(building);
-        ok = db.open();
-        if (ok) {
-            QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
-            DemoData::Options options;
-            options.clients = 500;
-            options.seed = 1;
-            ok = DemoData::Generate(db, options, error);
-        } else {
-            *error = QStringLiteral("The new demo database could not be opened.");
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(connection);
-    if (ok && !QFile::rename(building, path)) {
-        *error = QStringLiteral("The demo database could not be stored as %1.").arg(QDir::toNativeSeparators(path));
-        ok = false;
-    }
-    if (!ok)
-        QFile::remove(building);
-    return ok;
+    // Built under another name and renamed by CreateDatabase, so a failure never leaves half a demo
+    // behind; the audit log starts empty rather than listing every made-up record.
+    DemoData::Options options;
+    options.clients = 500;
+    options.seed = 1;
+    return Schema::CreateDatabase(path, false, error,
+                                  [&options](QSqlDatabase db, QString *e) { return DemoData::Generate(db, options, e); });
 }
 
 }   // namespace DemoDatabase

@@ -106,8 +106,10 @@ private:
     bool updateOrganization();
     bool insertHousehold();
     bool insertFamily(qint64 clientId, const Person &head, bool married, int members);
-    bool insertVisits(qint64 clientId, int householdSize);
-    bool insertPayments(qint64 clientId);
+    bool insertVisits(qint64 clientId, int householdSize, int wanted);
+    bool insertPayments(qint64 clientId, int n);
+    // This household's part of a total spread over every household, given how much is given already.
+    int share(qint64 total, qint64 *given);
     bool insertIncomeAndExpenses(qint64 clientId, bool employed);
     bool insertVolunteer();
     bool dropIndexes();
@@ -124,6 +126,8 @@ private:
     QStringList m_zips, m_cities;
     QSet<qint32> m_ssns;
     QStringList m_indexes;   // dropped during the run, rebuilt at its end
+    int m_household = 0;   // the household being added, from 0
+    qint64 m_familyGiven = 0, m_servicesGiven = 0, m_paymentsGiven = 0;
 
     Lookup m_marital, m_ethnic, m_education, m_housing, m_religion, m_assistance;
     Lookup m_relationships, m_serviceTypes, m_paymentTypes, m_incomeSources, m_expenseCategories;

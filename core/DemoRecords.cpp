@@ -81,18 +81,26 @@ bool Generator::insertFamily(qint64 clientId, const Person &head, bool married, 
     return true;
 }
 
-bool Generator::insertVisits(qint64 clientId, int householdSize)
+bool Generator::insertVisits(qint64 clientId, int householdSize, int wanted)
 {
-    // Many households come once or twice, regulars about monthly.
-    if (percent(10))
-        return true;
-    const double u = m_rng.generateDouble();
-    const int wanted = std::min(24, 1 + int(25.0 * u * u));
-    const int firstVisit = between(0, 729);   // days before today
-    QList<int> offsets;
-    offsets.reserve(wanted);
-    for (int i = 0; i < wanted; ++i)
-        offsets.append(between(0, firstVisit));
+    // Many households come once or twice, regulars about monthly; a set number of
+    // visits spreads over the whole two years.
+    QList<int> offsets;   // days before today
+    if (wanted < 0) {
+        if (percent(10))
+            return true;
+        const double u = m_rng.generateDouble();
+        wanted = std::min(24, 1 + int(25.0 * u * u));
+        const int firstVisit = between(0, 729);
+        for (int i = 0; i < wanted; ++i)
+            offsets.append(between(0, firstVisit));
+    } else {
+        // At most one visit a day, every one of them kept.
+        QSet<int> days;
+        while (days.size() < std::min(wanted, 730))
+            days.insert(between(0, 729));
+        offsets = days.values();
+    }
     std::sort(offsets.begin(), offsets.end(), std::greater<int>());
     offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
 
@@ -115,10 +123,9 @@ bool Generator::insertVisits(qint64 clientId, int householdSize)
     return true;
 }
 
-bool Generator::insertPayments(qint64 clientId)
+bool Generator::insertPayments(qint64 clientId, int n)
 {
     const QVariant null;
-    const int n = between(1, 4);
     QList<int> offsets;
     for (int i = 0; i < n; ++i)
         offsets.append(between(0, 729));

@@ -3,8 +3,8 @@
 #include <QString>
 
 // Client records are personal: every file and folder TendMark makes is readable
-// by its owner only (0600 files, 0700 folders). On Windows the user's profile
-// folders already carry owner-only access, so these calls change nothing there.
+// by its owner only: 0600 files and 0700 folders on Unix, an access list naming
+// only the user on Windows.
 namespace PrivateFiles {
 
 // Makes every file and folder the process creates from now on owner-only (umask 077).

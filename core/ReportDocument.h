@@ -56,6 +56,7 @@ struct Parameters
     QDate startDate;   // null for "All Dates" in the dated client reports
     QDate endDate;
     RecordScope::ActiveScope scope;   // the active form's statement and key
+    QDate today;   // ages and the run date count from this day; null: the current date
 };
 
 // One column of a table: its heading, its share of the line's width, its alignment.
@@ -122,6 +123,7 @@ struct Result
     bool ok = false;
     bool cancelled = false;
     QString error;   // for the user: the database's reason, "SQL Error" text, bad dates
+    QString errorTitle;   // the message box's title for error: "SQL Error", the report's name
     Document document;
 };
 

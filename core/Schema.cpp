@@ -25,9 +25,18 @@ QString resourceText(const QString &name)
     return QString::fromUtf8(f.readAll());
 }
 
+// The food service date index also holds the client and the bags, so that the
+// grocery log reads a year of visits from the index alone.
+bool widenFoodServiceDateIndex(QSqlDatabase db, QString *error)
+{
+    return Exec(db, QStringLiteral("DROP INDEX IF EXISTS FoodServiceByDate"), error)
+        && Exec(db, QStringLiteral("CREATE INDEX FoodServiceByDate ON FoodService (FoodServiceDate, ClientID, NumberOfBags)"), error);
+}
+
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install,
+    widenFoodServiceDateIndex,
 };
 
 // A private read-only connection for looking at a file.

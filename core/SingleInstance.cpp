@@ -18,7 +18,8 @@ QString SingleInstance::SocketPath(const QString &name)
     PrivateFiles::MakePrivateFolder(folder);
     return QDir(folder).filePath(name);
 #else
-    return name;
+    // Pipe names are shared by every session on the machine: each user gets their own.
+    return name + QLatin1Char('-') + qEnvironmentVariable("USERNAME");
 #endif
 }
 

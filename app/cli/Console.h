@@ -22,3 +22,4 @@ inline QTextStream &err()
 int commandBackup(const QStringList &args);
 int commandRestore(const QStringList &args);
 int commandAudit(const QStringList &args);
+int commandReport(const QStringList &args);

@@ -155,6 +155,32 @@ private Q_SLOTS:
         QVERIFY(checksum(generated(QStringLiteral("other"), 2)) != first);
     }
 
+    void totalsSpreadOverEveryHousehold()
+    {
+        QSqlDatabase db = fresh(QStringLiteral("totals"));
+        DemoData::Options options;
+        options.clients = 200;
+        options.familyMembers = 800;
+        options.foodServices = 4000;
+        options.payments = 400;
+        options.today = m_today;
+        QString error;
+        QVERIFY2(DemoData::Generate(db, options, &error), qPrintable(error));
+        // Within half a household's share of the totals.
+        const qint64 family = count("SELECT COUNT(*) FROM Family", {}, db);
+        QVERIFY2(family >= 798 && family <= 802, qPrintable(QString::number(family)));
+        const qint64 visits = count("SELECT COUNT(*) FROM FoodService", {}, db);
+        QVERIFY2(visits >= 3990 && visits <= 4010, qPrintable(QString::number(visits)));
+        const qint64 payments = count("SELECT COUNT(*) FROM Payments", {}, db);
+        QVERIFY2(payments >= 399 && payments <= 401, qPrintable(QString::number(payments)));
+        // No household takes much more than twice its share.
+        QVERIFY(count("SELECT MAX(n) FROM (SELECT COUNT(*) AS n FROM Family GROUP BY ClientID)", {}, db) <= 9);
+        QVERIFY(count("SELECT MAX(n) FROM (SELECT COUNT(*) AS n FROM FoodService GROUP BY ClientID)", {}, db) <= 41);
+        QCOMPARE(count("SELECT COUNT(*) FROM FoodService WHERE FoodServiceDate NOT BETWEEN ? AND ?",
+                       {m_today.addDays(-729).toString(Qt::ISODate), m_today.toString(Qt::ISODate)}, db),
+                 0);
+    }
+
     void indexesSurviveSuccessAndFailure()
     {
         const QStringList expected = indexes(fresh(QStringLiteral("plain")));

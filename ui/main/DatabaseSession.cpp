@@ -233,10 +233,19 @@ void DatabaseSession::backupNow()
                         Prompt::Ok);
 }
 
-bool DatabaseSession::restore(const QString &backup)
+QString DatabaseSession::databaseToRestore()
 {
-    const QString path = m_path;
-    if (path.isEmpty() || !close())
+    if (!m_path.isEmpty())
+        return m_path;
+    const QStringList recent = recentFiles();
+    return Prompt::openFileName(QStringLiteral("Restore From Backup"), kDatabaseFilter,
+                                recent.isEmpty() ? QString() : QFileInfo(recent.constFirst()).absolutePath());
+}
+
+bool DatabaseSession::restore(const QString &backup, const QString &database)
+{
+    const QString path = QFileInfo(database).absoluteFilePath();
+    if (!m_path.isEmpty() && QFileInfo(m_path).absoluteFilePath() == path && !close())
         return false;
     QString error;
     const bool ok = Backups::Restore(backup, path, &error);

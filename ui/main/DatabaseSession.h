@@ -36,8 +36,12 @@ public:
 
     // File, Backup Now...: a checked copy of the open file, and where it went.
     void backupNow();
-    // Puts a backup in place of the open file (backing that up first) and reopens it.
-    bool restore(const QString &backup);
+    // The database whose backups File, Restore From Backup... lists: the open one,
+    // else one the user chooses (say, a file that no longer opens); empty on Cancel.
+    QString databaseToRestore();
+    // Puts a backup in place of database (backing that up first, closing it when
+    // open) and opens the result.
+    bool restore(const QString &backup, const QString &database);
 
     // True when a database is open; otherwise says so and returns false.
     static bool requireDatabase();

@@ -92,8 +92,9 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
          "&Restore From Backup...",
          {},
          [&s, &m] {
-             if (DatabaseSession::requireDatabase())
-                 (new frmRestoreBackup(s, &m))->open();
+             const QString database = s.databaseToRestore();
+             if (!database.isEmpty())
+                 (new frmRestoreBackup(s, database, &m))->open();
          }},
         {"mnuFile"},
         {"mnuFile",

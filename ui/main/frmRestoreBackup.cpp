@@ -5,6 +5,7 @@
 
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
@@ -12,10 +13,11 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, QWidget *parent)
+frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, const QString &database, QWidget *parent)
     : QDialog(parent)
     , m_session(session)
-    , m_backups(Backups::List(session.path()))
+    , m_database(database)
+    , m_backups(Backups::List(database))
     , m_grid(new QTableWidget)
 {
     setObjectName(QStringLiteral("frmRestoreBackup"));
@@ -57,8 +59,9 @@ frmRestoreBackup::frmRestoreBackup(DatabaseSession &session, QWidget *parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(m_backups.isEmpty() ? QStringLiteral("There are no backups of this database yet.")
-                                                     : QStringLiteral("Choose the copy to put back in place of the database:")));
+    const QString name = QFileInfo(database).fileName();
+    layout->addWidget(new QLabel(m_backups.isEmpty() ? QStringLiteral("There are no backups of %1 yet.").arg(name)
+                                                     : QStringLiteral("Choose the copy to put back in place of %1:").arg(name)));
     layout->addWidget(m_grid);
     layout->addWidget(buttons);
     resize(460, 320);
@@ -77,5 +80,5 @@ bool frmRestoreBackup::restoreSelected()
                         Prompt::Icon::Question, Prompt::Yes | Prompt::No)
         != Prompt::Yes)
         return false;
-    return m_session.restore(m_backups[row].path);
+    return m_session.restore(m_backups[row].path, m_database);
 }

@@ -7,6 +7,7 @@
 #include "TestDatabase.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QCheckBox>
@@ -138,7 +139,8 @@ private Q_SLOTS:
         const QString rescued = d.db.folder() + QStringLiteral("/rescued.tmdb");
         d.prompts.clear();
         d.prompts.answer(answer);
-        d.prompts.answerFile(rescued);
+        if (answer != Prompt::Cancel)
+            d.prompts.answerFile(rescued);
 
         QVERIFY(!d.main.openDatabaseFile(path, true));
         const Prompt::Message told = d.prompts.messages().value(0);
@@ -151,6 +153,19 @@ private Q_SLOTS:
         if (clientsAfter == -1) {
             QVERIFY(d.main.databasePath().isEmpty());
             QVERIFY(!QFile::exists(rescued));
+            // With nothing open, File, Restore From Backup... asks which database first.
+            d.prompts.answerFile(path);
+            d.main.findChild<QAction *>(QStringLiteral("mnuFileRestore"))->trigger();
+            auto *restore = d.main.findChild<frmRestoreBackup *>();
+            QVERIFY(restore);
+            d.prompts.answer(Prompt::Yes);
+            QVERIFY(restore->restoreSelected());
+            QCOMPARE(d.main.databasePath(), path);
+            QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 300);
+            // The incomplete file cannot be backed up with a check, so it is kept byte for byte.
+            const QFileInfoList kept = QDir(Backups::Folder(path)).entryInfoList({QStringLiteral("*.kept")});
+            QCOMPARE(kept.size(), 1);
+            QCOMPARE(TestDatabase::fileHash(kept.constFirst().absoluteFilePath()), before);
             return;
         }
         QCOMPARE(d.main.databasePath(), rescued);

@@ -4,15 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-#ifdef Q_OS_UNIX
 #include <cstdio>
 #include <sys/stat.h>
 #include <unistd.h>
-#endif
 
 namespace PrivateFiles {
-
-#ifdef Q_OS_UNIX
 
 void RestrictNewFiles()
 {
@@ -45,6 +41,11 @@ bool OwnedByMe(const QString &path)
     return ::lstat(QFile::encodeName(path).constData(), &st) == 0 && st.st_uid == ::getuid();
 }
 
+bool MakePrivateFolder(const QString &path)
+{
+    return QDir().mkpath(path) && MakePrivate(path);
+}
+
 bool MoveIntoPlace(const QString &finished, const QString &target, QString *error)
 {
     if (std::rename(QFile::encodeName(finished).constData(), QFile::encodeName(target).constData()) == 0)
@@ -64,52 +65,3 @@ FileIdentity FileIdentity::Of(const QString &path)
         return {};
     return {true, quint64(st.st_dev), quint64(st.st_ino)};
 }
-
-namespace PrivateFiles {
-
-#else
-
-void RestrictNewFiles() { }
-bool IsReadableByOthers(const QString &)
-{
-    return false;
-}
-bool MakePrivate(const QString &path)
-{
-    return QFileInfo::exists(path);
-}
-bool OwnedByMe(const QString &path)
-{
-    return QFileInfo::exists(path);
-}
-
-bool MoveIntoPlace(const QString &finished, const QString &target, QString *error)
-{
-    if (QFileInfo::exists(target) && !QFile::remove(target)) {
-        if (error)
-            *error = QStringLiteral("The file '%1' cannot be replaced.").arg(QDir::toNativeSeparators(target));
-        return false;
-    }
-    if (QFile::rename(finished, target))
-        return true;
-    if (error)
-        *error = QStringLiteral("The file '%1' could not be put in place.").arg(QDir::toNativeSeparators(target));
-    return false;
-}
-
-#endif
-
-bool MakePrivateFolder(const QString &path)
-{
-    return QDir().mkpath(path) && MakePrivate(path);
-}
-
-}   // namespace PrivateFiles
-
-#ifndef Q_OS_UNIX
-FileIdentity FileIdentity::Of(const QString &path)
-{
-    const QFileInfo info(path);
-    return {info.exists(), 0, quint64(info.birthTime().toMSecsSinceEpoch())};
-}
-#endif

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+// Turns the filter's criteria into the SELECT statement the user sees, and may
+// edit, before it runs. Values stand in it as SQL literals: text quoted with its
+// quotes doubled, dates as ISO text, money in cents.
+namespace FilterStatement {
+
+struct Criterion
+{
+    QString conjunction;   // "Where" on the first row, then "And" or "Or"
+    QString field;   // the field's caption
+    QString condition;   // "is equal to", ...
+    QString value;   // as typed; dates "mm/dd/yyyy"; list fields the chosen key
+    QString value2;   // the second value of "is between"
+};
+
+struct Result
+{
+    bool ok = false;
+    QString sql;   // empty when there are no criteria
+    QString error;   // what is wrong, naming the row
+    int row = -1;   // the row at fault, from 0
+};
+
+// tableName is "Client" or "Volunteer". Rows without a field are skipped.
+Result build(const QString &tableName, const QList<Criterion> &criteria);
+
+// A text as an SQL literal: 'O''Brien'.
+QString quoted(const QString &text);
+
+}   // namespace FilterStatement

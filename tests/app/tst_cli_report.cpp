@@ -1,0 +1,129 @@
+#include "../core/ReportFixture.h"
+#include "CliRun.h"
+#include "basDatabase.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+// tendmark-cli report, run as a scheduled job runs it.
+class TestCliReport : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_out;
+    std::unique_ptr<TestDatabase> m_db;
+    ReportFixture::Ids m_ids {};
+
+    QString out(const QString &name) const { return m_out.filePath(name); }
+
+    static QByteArray read(const QString &path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(missing)");
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_db = std::make_unique<TestDatabase>();
+        m_ids = ReportFixture::seed();
+        basDatabase::CloseConnection();
+    }
+
+    void writesTheFiguresAndDetailLines_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("csv");
+        QTest::newRow("geographic summary") << QStringList {"geographic-summary", "--from", "2026-12-01", "--to", "2026-12-31"}
+                                            << QByteArray("\xEF\xBB\xBFSection,Item,Value\r\n"
+                                                          "Breakdown of Clients By City,Dayton,3\r\n"
+                                                          "Breakdown of Clients By City,Kettering,1\r\n"
+                                                          "Breakdown of Clients By Zip Code,45402,2\r\n"
+                                                          "Breakdown of Clients By Zip Code,45403,1\r\n"
+                                                          "Breakdown of Clients By Zip Code,45420,1\r\n"
+                                                          "Total,,5\r\n");
+        // The hand-typed statement filters; the report sorts by last name; quotes are doubled.
+        QTest::newRow("client list, recordset")
+            << QStringList {"client-list", "--sql", "SELECT * FROM Client WHERE LastName IN ('Brown', 'O''Brien') ORDER BY 1 DESC"}
+            << QByteArray("\xEF\xBB\xBFName,Address,Social Security No.,Home Phone\r\n"
+                          "\"Brown, Bob \"\"Bo\"\"\",dayton  45403,,\r\n"
+                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,(937) 555-0100\r\n");
+        QTest::newRow("payments of one client, all dates")
+            << QStringList {"payment-history", "--client", "CLIENT"}
+            << QByteArray("\xEF\xBB\xBFName,Address,Social Security No.,Date,Type,Amount Paid,Amount Requested,Comments\r\n"
+                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,12/06/2026,Rent,50.00,60.00,\r\n");
+        QTest::newRow("volunteers by zip, none on file") << QStringList {"volunteer-list", "--group", "zip"}
+                                                         << QByteArray("\xEF\xBB\xBFZip Code,Name,Address,Home Phone,Work Phone\r\n");
+    }
+
+    void writesTheFiguresAndDetailLines()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, csv);
+        arguments.replaceInStrings("CLIENT", QString::number(m_ids.obrien));
+        const QString file = out(QString::fromLatin1(QTest::currentDataTag()).replace(' ', '_') + ".csv");
+        const CliRun r = cli(QStringList {"report"} + arguments.mid(0, 1) + QStringList {m_db->path()} + arguments.mid(1)
+                             + QStringList {"--csv", file});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(read(file), csv);
+    }
+
+    void badRequestsExitWithTheirStatus_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("unknown report") << QStringList {"client-lists", "DB", "--csv", "OUT"} << 2 << "there is no report 'client-lists'";
+        QTest::newRow("bad date") << QStringList {"grocery-log", "DB", "--from", "2026-13-01", "--csv", "OUT"} << 2 << "YYYY-MM-DD";
+        QTest::newRow("start after end") << QStringList {"demographics", "DB", "--from", "2026-12-31", "--to", "2026-12-01", "--csv", "OUT"}
+                                         << 2 << "is after the end date";
+        QTest::newRow("dates on a list") << QStringList {"client-list", "DB", "--from", "2026-12-01", "--csv", "OUT"} << 2
+                                         << "has no dates";
+        QTest::newRow("bad group") << QStringList {"client-list", "DB", "--group", "state", "--csv", "OUT"} << 2 << "none, city or zip";
+        QTest::newRow("group on a summary") << QStringList {"demographics", "DB", "--group", "city", "--csv", "OUT"} << 2
+                                            << "can be grouped";
+        QTest::newRow("volunteer on a client report")
+            << QStringList {"client-detail", "DB", "--volunteer", "1", "--csv", "OUT"} << 2 << "does not take --volunteer";
+        QTest::newRow("id not a number") << QStringList {"client-detail", "DB", "--client", "abc", "--csv", "OUT"} << 2 << "record number";
+        QTest::newRow("unknown option") << QStringList {"client-list", "DB", "--colour", "--csv", "OUT"} << 2 << "colour";
+        QTest::newRow("no output") << QStringList {"client-list", "DB"} << 2 << "--csv";
+        QTest::newRow("missing database") << QStringList {"client-list", "NOWHERE", "--csv", "OUT"} << 1 << "";
+        QTest::newRow("unknown client") << QStringList {"client-detail", "DB", "--client", "999", "--csv", "OUT"} << 1
+                                        << "There is no client with ID 999.";
+        QTest::newRow("sql that writes") << QStringList {"client-list", "DB", "--sql", "DELETE FROM Client", "--csv", "OUT"} << 1
+                                         << "not authorized";
+        QTest::newRow("sql that fails") << QStringList {"food-service", "DB", "--sql", "SELECT * FROM Nowhere", "--csv", "OUT"} << 1
+                                        << "no such table: Nowhere";
+        QTest::newRow("cannot write") << QStringList {"client-list", "DB", "--csv", "NODIR"} << 1 << "cannot be written";
+    }
+
+    void badRequestsExitWithTheirStatus()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, message);
+        const QString file = out("refused.csv");
+        arguments.replaceInStrings(QRegularExpression("^DB$"), m_db->path());
+        arguments.replaceInStrings(QRegularExpression("^NOWHERE$"), out("nowhere.tmdb"));
+        arguments.replaceInStrings(QRegularExpression("^OUT$"), file);
+        arguments.replaceInStrings(QRegularExpression("^NODIR$"), out("no/such/folder.csv"));
+        const QByteArray before = TestDatabase::fileHash(m_db->path());
+        const CliRun r = cli(QStringList {"report"} + arguments);
+        QCOMPARE(r.exitCode, exitCode);
+        QVERIFY2(r.err.contains(message), qPrintable(r.err));
+        QVERIFY(!QFile::exists(file));
+        QCOMPARE(TestDatabase::fileHash(m_db->path()), before);
+    }
+
+    void helpExplainsEveryOption()
+    {
+        const CliRun r = cli({"report", "--help"});
+        QCOMPARE(r.exitCode, 0);
+        for (const char *option : {"--from", "--to", "--group", "--client", "--volunteer", "--sql", "--pdf", "--csv", "geographic-summary"})
+            QVERIFY2(r.out.contains(option), option);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCliReport)
+#include "tst_cli_report.moc"
