@@ -137,7 +137,7 @@ bool ReportRunner::run(Report::Name name, const RecordScope::ActiveScope &active
     if (result.cancelled)
         return false;
     if (!result.ok) {
-        Prompt::message(caption, result.error, Prompt::Icon::Exclamation, Prompt::Ok);
+        Prompt::message(result.errorTitle.isEmpty() ? caption : result.errorTitle, result.error, Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
 

@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPointer>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -50,6 +52,7 @@ class TestReportMenu : public QObject
 
 private slots:
     void entriesAskAndRefuseWithoutARecord();
+    void entriesReachThePreview();
 };
 
 void TestReportMenu::entriesAskAndRefuseWithoutARecord()
@@ -125,6 +128,55 @@ void TestReportMenu::entriesAskAndRefuseWithoutARecord()
             QCOMPARE(world.prompts.last(), c.message);
         }
         QVERIFY(world.prompts.previews().isEmpty());
+    }
+}
+
+void TestReportMenu::entriesReachThePreview()
+{
+    struct Case
+    {
+        const char *entry;
+        const char *window;
+        QStringList clicks;
+        const char *caption;
+        QStringList printed;   // in the PDF saved from the preview
+    };
+    const QList<Case> cases = {
+        {"mnuReportsClientList",
+         "mnuDataClientTable",
+         {"optCurrentRecordset", "optGroupByCity", "cmdOK"},
+         "TendMark - Client List",
+         {"Client List", "Grouped By City", "Testville", "O'Brien, Mary Q", "Page 1 of 1"}},
+        {"mnuReportsClientDetail",
+         "mnuDataClientTable",
+         {"optCurrent", "cmdOK"},
+         "TendMark - Client Detail Report",
+         {"Client Detail Report"}},
+        {"mnuReportsVolunteerList", nullptr, {"optGroupByZipCode", "cmdOK"}, "TendMark - VolunteerList", {"Grouped By Zip Code"}},
+        {"mnuReportsFoodServiceByClient", nullptr, {"cmdOK"}, "TendMark - Food Service By Client", {"For Dates: "}},
+        {"mnuReportsDemographics", nullptr, {"cmdOK"}, "TendMark - Demographics Report", {"Ethnic Breakdown", "For Dates: "}},
+    };
+    QTemporaryDir dir;
+    for (const Case &c : cases) {
+        ClientWorld world;
+        const qint64 id = ClientWorld::addClient(QStringLiteral("O'Brien"), QStringLiteral("Mary"), QStringLiteral("Q"));
+        if (c.window) {
+            menu(world.main, c.window)->trigger();
+            world.main.activeChild()->showRecord(QString::number(id));   // the client chosen in the list
+        }
+        runMenu(world.main, c.entry, c.clicks);
+        QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
+        QCOMPARE(world.prompts.previews().size(), 1);
+        const Prompt::PreviewRequest preview = world.prompts.previews().first();
+        QCOMPARE(preview.caption, QLatin1String(c.caption));
+        const QString pdf = dir.filePath(QStringLiteral("%1.pdf").arg(QLatin1String(c.entry)));
+        QVERIFY(preview.savePdf(pdf));
+        QProcess text;
+        text.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
+        QVERIFY(text.waitForFinished(30000));
+        const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+        for (const QString &expected : c.printed)
+            QVERIFY2(printed.contains(expected), qPrintable(expected + QLatin1String(" in ") + printed));
     }
 }
 

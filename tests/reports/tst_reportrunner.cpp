@@ -335,6 +335,8 @@ void TestReportRunner::runnerStopsOrBuildsAsChosen()
     };
     Report::Result failed;
     failed.error = QStringLiteral("The statement could not be run.");
+    Report::Result badSql = failed;
+    badSql.errorTitle = QStringLiteral("SQL Error");
     Report::Result cancelled;
     cancelled.cancelled = true;
     struct Case
@@ -429,6 +431,14 @@ void TestReportRunner::runnerStopsOrBuildsAsChosen()
          choose({"cmdOK"}),
          failed,
          {"TendMark - Volunteer Detail Report", "The statement could not be run.", Prompt::Icon::Exclamation},
+         true,
+         {}},
+        {"hand-typed statement refused",
+         Name::ClientList,
+         clientList,
+         choose({"optCurrentRecordset", "cmdOK"}),
+         badSql,
+         {"SQL Error", "The statement could not be run.", Prompt::Icon::Exclamation},
          true,
          {}},
         {"build cancelled", Name::GeographicSummary, {}, choose({"cmdOK"}), cancelled, {}, true, {}},
