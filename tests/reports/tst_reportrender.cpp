@@ -220,17 +220,18 @@ void TestReportRender::pdfCarriesHeaderFooterAndText_data()
                      {QStringLiteral("City"), QStringLiteral("Łódź")},
                      {QStringLiteral("Comments"),
                       QStringLiteral("A long comment that must wrap within its own column rather than run "
-                                     "over the next column or off the edge of the page entirely")}};
+                                     "over the next column or off the edge of the page entirely")},
+                     {QStringLiteral("Medical Problems"), QStringLiteral("Diabetes\r\nNo stairs")}};
     Block totals;
     totals.kind = Block::Totals;
     totals.fields = {{QStringLiteral("Total Bags:"), QStringLiteral("1,234")}};
     Block text;
     text.kind = Block::Text;
     text.lines = {QStringLiteral("(42 individual clients)")};
-    QTest::newRow("fields, totals, text") << QList<Block> {heading(QStringLiteral("Doe, Jane")), fields, table(3), totals, text}
-                                          << QStringList {"O'Brien",     "Zoë \"Zo\"",      "Łódź",
-                                                          "Total Bags:", "1,234",           "(42 individual clients)",
-                                                          "Doe, Jane",   "edge of the page"};
+    QTest::newRow("fields, totals, text")
+        << QList<Block> {heading(QStringLiteral("Doe, Jane")), fields, table(3), totals, text}
+        << QStringList {"O'Brien",          "Zoë \"Zo\"",          "Łódź", "Total Bags:", "1,234", "(42 individual clients)", "Doe, Jane",
+                        "edge of the page", "Diabetes\n No stairs"};
     QTest::newRow("three pages") << QList<Block> {table(130)} << QStringList {"Page 1 of 3", "Page 3 of 3", "Row 129"};
 }
 
