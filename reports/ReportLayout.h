@@ -57,7 +57,7 @@ public:
 
     // Tables: the left edges of the columns and the right edge of the last.
     QList<double> columnEdges(const Report::Block &block) const;
-    double cellPadding() const { return m_fonts.points(3); }
+    double cellPadding() const { return m_fonts.points(4.5); }
     double totalsLineHeight() const { return m_fonts.metrics(m_fonts.bold).height() + m_fonts.points(2); }
     // Fields: the width given to the labels.
     double fieldLabelWidth(const Report::Block &block) const;

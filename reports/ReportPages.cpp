@@ -132,6 +132,9 @@ void ReportPages::drawTable(QPainter &painter, const Block &block, const Piece &
     double top = y + headings;
     for (int i = 0; i < piece.count; ++i) {
         const QStringList &row = block.rows[piece.first + i];
+        // Every other row lightly shaded, so that the eye stays on its line across a wide page.
+        if ((piece.first + i) % 2 == 1)
+            painter.fillRect(QRectF(body.left(), top, body.width(), piece.unitHeights[i]), QColor(244, 244, 244));
         for (int c = 0; c < std::min<int>(row.size(), block.columns.size()); ++c) {
             const QRectF cell(edges[c] + pad, top + f.points(1.5), edges[c + 1] - edges[c] - 2 * pad, piece.unitHeights[i] - f.points(1.5));
             painter.drawText(cell, int(block.columns[c].alignment) | Qt::AlignTop | Qt::TextWordWrap, row[c]);
