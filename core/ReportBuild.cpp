@@ -27,6 +27,8 @@ bool Context::fail(const QString &text, const QString &title)
 bool scopeSelection(Context &context, RecordScope::Kind kind, const QString &alias, RecordScope::Selection *selection)
 {
     const Parameters &p = context.parameters;
+    if (p.reportType == RecordScope::CurrentRecordset && p.scope.sql.trimmed().isEmpty())
+        return context.fail(QStringLiteral("There is no current recordset."));
     *selection = RecordScope::select(kind, p.reportType, p.scope, alias);
     if (!selection->ok)
         return context.fail(QStringLiteral("Error in SQL syntax:\n%1\nCorrect syntax and try again.").arg(selection->error),
@@ -78,14 +80,15 @@ QString count(qint64 n)
 
 namespace {
 
-struct Kind
+// Each report's printed title and the builder that fills its document.
+struct Builder
 {
     Name name;
     const char *title;
-    bool (*builder)(Context &);
+    bool (*build)(Context &);
 };
 
-const Kind kKinds[] = {
+const Builder kBuilders[] = {
     {Name::ClientList, "Client List", personList},
     {Name::ClientDetail, "Client Detail Report", clientDetail},
     {Name::FoodService, "Food Service History By Client", foodService},
@@ -143,11 +146,11 @@ Result build(const Parameters &parameters, const Progress &progress)
     using namespace detail;
     Result result;
     const CatalogueEntry *entry = find(parameters.name);
-    const Kind *kind = nullptr;
-    for (const Kind &k : kKinds)
-        if (k.name == parameters.name)
-            kind = &k;
-    if (!entry || !kind) {
+    const Builder *builder = nullptr;
+    for (const Builder &b : kBuilders)
+        if (b.name == parameters.name)
+            builder = &b;
+    if (!entry || !builder) {
         result.error = QStringLiteral("There is no such report.");
         return result;
     }
@@ -163,7 +166,7 @@ Result build(const Parameters &parameters, const Progress &progress)
     Document &d = context.document;
     const bool grouped = entry->groupedCaption && parameters.groupBy != 0;
     d.caption = QString::fromUtf8(grouped ? entry->groupedCaption : entry->caption);
-    d.title = QString::fromUtf8(kind->title);
+    d.title = QString::fromUtf8(builder->title);
     if (grouped)
         d.title2 = parameters.groupBy == 1 ? QStringLiteral("Grouped By City") : QStringLiteral("Grouped By Zip Code");
     d.runDate = context.today;
@@ -171,7 +174,7 @@ Result build(const Parameters &parameters, const Progress &progress)
     bool ok = false;
     try {
         d.header = pageHeader();
-        ok = setDates(context) && kind->builder(context);
+        ok = setDates(context) && builder->build(context);
     } catch (const TmError &e) {
         context.fail(e.plainWords().isEmpty() ? e.description() : e.plainWords());
     }
@@ -179,7 +182,7 @@ Result build(const Parameters &parameters, const Progress &progress)
     result.ok = ok && !context.cancelled;
     if (!result.ok) {
         result.error = context.cancelled ? QString() : context.error;
-        result.errorTitle = context.errorTitle.isEmpty() ? QString::fromUtf8(kind->title) : context.errorTitle;
+        result.errorTitle = context.errorTitle.isEmpty() ? QString::fromUtf8(builder->title) : context.errorTitle;
         return result;
     }
     result.document = std::move(context.document);

@@ -77,7 +77,7 @@ Block familyTable(QSqlQuery &family, qint64 clientId, const QDate &today)
                      {QStringLiteral("Social Security No."), 3},
                      {QStringLiteral("Driver's Permit No."), 3},
                      {QStringLiteral("Age"), 1, Qt::AlignRight},
-                     {QStringLiteral("Gender"), 1}};
+                     {QStringLiteral("Gender"), 2}};
     family.bindValue(0, clientId);
     if (!family.exec())
         return table;
@@ -198,7 +198,7 @@ bool personList(Context &context)
     if (volunteers)
         tableBlock.columns << Column {QStringLiteral("Home Phone"), 2} << Column {QStringLiteral("Work Phone"), 2};
     else
-        tableBlock.columns << Column {QStringLiteral("Social Security No."), 2} << Column {QStringLiteral("Home Phone"), 2};
+        tableBlock.columns << Column {QStringLiteral("Social Security No."), 3} << Column {QStringLiteral("Home Phone"), 2};
     QStringList csvHeader;
     if (!groupColumn.isEmpty())
         csvHeader << groupLabel;

@@ -11,14 +11,15 @@ QString iso(const QDate &date)
     return date.toString(Qt::ISODate);
 }
 
-// The clients served in the range as the table s, then the rest of the statement.
-// Semi-joins give the same clients as joining every service to every payment, without the product.
+// The clients served in the range as the table s, worked out once, then the rest of the
+// statement. Semi-joins give the same clients as joining every service to every payment,
+// without the product.
 Query served(const QDate &start, const QDate &end, bool withEthnicOrigin, const QString &rest, const QVariantList &moreBinds = {})
 {
     const QString ethnic = withEthnicOrigin ? QStringLiteral(", e.EthnicOriginDescription AS EthnicGroup") : QString();
     const QString join = withEthnicOrigin ? QStringLiteral(" JOIN EthnicOrigin e ON e.EthnicOriginID = c.EthnicOriginID") : QString();
     Query q;
-    q.sql = QStringLiteral("WITH s AS (SELECT c.ClientID, c.City, c.ZipCode, c.Gender, c.BirthDate%1 FROM Client c%2 "
+    q.sql = QStringLiteral("WITH s AS MATERIALIZED (SELECT c.ClientID, c.City, c.ZipCode, c.Gender, c.BirthDate%1 FROM Client c%2 "
                            "WHERE EXISTS (SELECT 1 FROM FoodService f WHERE f.ClientID = c.ClientID) "
                            "AND EXISTS (SELECT 1 FROM Payments p WHERE p.ClientID = c.ClientID) "
                            "AND (EXISTS (SELECT 1 FROM FoodService f WHERE f.ClientID = c.ClientID AND f.FoodServiceDate BETWEEN ? AND ?) "
@@ -29,10 +30,16 @@ Query served(const QDate &start, const QDate &end, bool withEthnicOrigin, const 
     return q;
 }
 
-// Groups compare and sort without regard to case, as typed-in places vary.
-QString grouped(const QString &column)
+// One breakdown's rows: its number, the order key, the item as printed (null: counted, not
+// listed) and the count. Typed-in places and groups compare without regard to case.
+QString grouped(int breakdown, const QString &column)
 {
-    return QStringLiteral("SELECT MIN(%1), COUNT(*) FROM s GROUP BY %1 COLLATE NOCASE ORDER BY MIN(%1) COLLATE NOCASE").arg(column);
+    return QStringLiteral("SELECT %1, MIN(%2), MIN(%2), COUNT(*) FROM s GROUP BY %2 COLLATE NOCASE").arg(breakdown).arg(column);
+}
+
+QString inOrder(const QStringList &breakdowns)
+{
+    return breakdowns.join(QStringLiteral(" UNION ALL ")) + QStringLiteral(" ORDER BY 1, 2 COLLATE NOCASE");
 }
 
 // The calendar-year age of a birth date column, with the year of today bound.
@@ -48,57 +55,45 @@ struct Rows
     bool any = false;
 };
 
-Rows run(const Query &query)
+// The rows of each breakdown, by number from 1.
+QList<Rows> run(const Query &query, int breakdowns)
 {
-    Rows rows;
+    QList<Rows> rows(breakdowns);
     QSqlQuery q = basDatabase::Execute(query.sql, query.binds);
     while (q.next()) {
-        rows.any = true;
-        const qint64 n = q.value(1).toLongLong();
-        rows.total += n;
-        if (!q.value(0).isNull())
-            rows.listed.append({q.value(0).toString(), n});
+        Rows &r = rows[q.value(0).toInt() - 1];
+        const qint64 n = q.value(3).toLongLong();
+        r.any = true;
+        r.total += n;
+        if (!q.value(2).isNull())
+            r.listed.append({q.value(2).toString(), n});
     }
     return rows;
 }
 
 }   // namespace
 
-Query clientsByCity(const QDate &start, const QDate &end)
+Query geographicQuery(const QDate &start, const QDate &end)
 {
-    return served(start, end, false, grouped(QStringLiteral("City")));
+    return served(start, end, false, inOrder({grouped(1, QStringLiteral("City")), grouped(2, QStringLiteral("ZipCode"))}));
 }
 
-Query clientsByZipCode(const QDate &start, const QDate &end)
+Query demographicsQuery(const QDate &start, const QDate &end, const QDate &today)
 {
-    return served(start, end, false, grouped(QStringLiteral("ZipCode")));
-}
-
-Query clientsByEthnicGroup(const QDate &start, const QDate &end)
-{
-    return served(start, end, true, grouped(QStringLiteral("EthnicGroup")));
-}
-
-Query clientsByGender(const QDate &start, const QDate &end)
-{
-    // Any gender but M and F is counted without a group of its own.
+    // Any gender but M and F is counted without a group of its own. The digit before ^
+    // orders the age groups: Unknown (no birth date, or born this year) comes last.
     return served(start, end, true,
-                  QStringLiteral("SELECT g, COUNT(*) FROM (SELECT CASE WHEN Gender IS NULL THEN 'Unknown' "
-                                 "WHEN Gender = 'M' COLLATE NOCASE THEN 'Male' WHEN Gender = 'F' COLLATE NOCASE THEN 'Female' END AS g "
-                                 "FROM s) GROUP BY g ORDER BY g"));
-}
-
-Query clientsByAgeGroup(const QDate &start, const QDate &end, const QDate &today)
-{
-    // The digit before ^ orders the groups: Unknown (no birth date, or born this year) comes last.
-    return served(start, end, true,
-                  QStringLiteral("SELECT substr(k, instr(k, '^') + 1), COUNT(*) FROM (SELECT CASE "
-                                 "WHEN a IS NULL OR a < 1 THEN '8^Unknown' WHEN a < 5 THEN '1^Birth - 4 Years' "
-                                 "WHEN a < 13 THEN '2^5 - 12 Years' WHEN a < 18 THEN '3^13 - 17 Years' "
-                                 "WHEN a < 25 THEN '4^18 - 24 Years' WHEN a < 45 THEN '5^25 - 44 Years' "
-                                 "WHEN a < 65 THEN '6^45 - 64 Years' ELSE '7^65+ Years' END AS k "
-                                 "FROM (SELECT %1 AS a FROM s)) GROUP BY k ORDER BY k")
-                      .arg(age(QStringLiteral("BirthDate"))),
+                  inOrder({grouped(1, QStringLiteral("EthnicGroup")),
+                           QStringLiteral("SELECT 2, g, g, COUNT(*) FROM (SELECT CASE WHEN Gender IS NULL THEN 'Unknown' "
+                                          "WHEN Gender = 'M' COLLATE NOCASE THEN 'Male' WHEN Gender = 'F' COLLATE NOCASE THEN 'Female' "
+                                          "END AS g FROM s) GROUP BY g"),
+                           QStringLiteral("SELECT 3, k, substr(k, instr(k, '^') + 1), COUNT(*) FROM (SELECT CASE "
+                                          "WHEN a IS NULL OR a < 1 THEN '8^Unknown' WHEN a < 5 THEN '1^Birth - 4 Years' "
+                                          "WHEN a < 13 THEN '2^5 - 12 Years' WHEN a < 18 THEN '3^13 - 17 Years' "
+                                          "WHEN a < 25 THEN '4^18 - 24 Years' WHEN a < 45 THEN '5^25 - 44 Years' "
+                                          "WHEN a < 65 THEN '6^45 - 64 Years' ELSE '7^65+ Years' END AS k "
+                                          "FROM (SELECT %1 AS a FROM s)) GROUP BY k")
+                               .arg(age(QStringLiteral("BirthDate")))}),
                   {today.year()});
 }
 
@@ -130,28 +125,25 @@ Query groceryLines(const QDate &start, const QDate &end, const QDate &today)
 
 Summary geographic(const QDate &start, const QDate &end)
 {
+    const QList<Rows> rows = run(geographicQuery(start, end), 2);
     Summary summary;
-    const Rows cities = run(clientsByCity(start, end));
-    summary.totalClients = cities.total;   // clients without a city count here but in no line
-    summary.breakdowns.append({QStringLiteral("Breakdown of Clients By City"), QStringLiteral("City"), cities.listed});
-    const Rows zips = run(clientsByZipCode(start, end));
-    if (zips.any)
-        summary.breakdowns.append({QStringLiteral("Breakdown of Clients By Zip Code"), QStringLiteral("Zip Code"), zips.listed});
+    summary.totalClients = rows[0].total;   // clients without a city count here but in no line
+    summary.breakdowns.append({QStringLiteral("Breakdown of Clients By City"), QStringLiteral("City"), rows[0].listed});
+    if (rows[1].any)
+        summary.breakdowns.append({QStringLiteral("Breakdown of Clients By Zip Code"), QStringLiteral("Zip Code"), rows[1].listed});
     return summary;
 }
 
 Summary demographics(const QDate &start, const QDate &end, const QDate &today)
 {
+    const QList<Rows> rows = run(demographicsQuery(start, end, today), 3);
     Summary summary;
-    const Rows ethnic = run(clientsByEthnicGroup(start, end));
-    summary.breakdowns.append({QStringLiteral("Ethnic Breakdown"), QStringLiteral("Ethnic Group"), ethnic.listed});
-    const Rows genders = run(clientsByGender(start, end));
-    summary.totalClients = genders.total;
-    if (genders.any)
-        summary.breakdowns.append({QStringLiteral("Gender Breakdown"), QStringLiteral("Gender"), genders.listed});
-    const Rows ages = run(clientsByAgeGroup(start, end, today));
-    if (ages.any)
-        summary.breakdowns.append({QStringLiteral("Age Breakdown"), QStringLiteral("Age Group"), ages.listed});
+    summary.totalClients = rows[1].total;
+    summary.breakdowns.append({QStringLiteral("Ethnic Breakdown"), QStringLiteral("Ethnic Group"), rows[0].listed});
+    if (rows[1].any)
+        summary.breakdowns.append({QStringLiteral("Gender Breakdown"), QStringLiteral("Gender"), rows[1].listed});
+    if (rows[2].any)
+        summary.breakdowns.append({QStringLiteral("Age Breakdown"), QStringLiteral("Age Group"), rows[2].listed});
     return summary;
 }
 

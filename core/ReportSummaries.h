@@ -49,13 +49,12 @@ Summary geographic(const QDate &start, const QDate &end);
 Summary demographics(const QDate &start, const QDate &end, const QDate &today);
 GroceryTotals groceryTotals(const QDate &start, const QDate &end, const QDate &today);
 
-// The statements behind those figures, each giving description and count rows
-// (the grocery totals one row): what the benchmark also hands to the sqlite3 shell.
-Query clientsByCity(const QDate &start, const QDate &end);
-Query clientsByZipCode(const QDate &start, const QDate &end);
-Query clientsByEthnicGroup(const QDate &start, const QDate &end);
-Query clientsByGender(const QDate &start, const QDate &end);
-Query clientsByAgeGroup(const QDate &start, const QDate &end, const QDate &today);
+// The statements behind those figures: what the benchmark also hands to the sqlite3
+// shell. The two summaries give rows of breakdown number (from 1), order key, item as
+// printed (null: counted in the breakdown's total but not listed) and count; the
+// grocery totals one row.
+Query geographicQuery(const QDate &start, const QDate &end);
+Query demographicsQuery(const QDate &start, const QDate &end, const QDate &today);
 Query groceryTotalsQuery(const QDate &start, const QDate &end, const QDate &today);
 // The grocery log's lines in date order: date, client name, calendar age (null
 // without a birth date), bags. Only services with bags.

@@ -84,17 +84,12 @@ bool groceryLog(Context &context)
                      {QStringLiteral("Total Bags"), 1, Qt::AlignRight}};
     QString date;
     qint64 sums[4] = {};
+    // The day's sums close its table, each under its column.
     auto closeDay = [&] {
         if (date.isEmpty())
             return;
+        table.rows.append({QStringLiteral("Total for ") + shownDate(date), count(sums[0]), count(sums[1]), count(sums[2]), count(sums[3])});
         d.blocks.append(table);
-        Block totals;
-        totals.kind = Block::Totals;
-        const QString labels[4]
-            = {QStringLiteral("Adult Bags"), QStringLiteral("Senior Bags"), QStringLiteral("Child Bags"), QStringLiteral("Total Bags")};
-        for (int i = 0; i < 4; ++i)
-            totals.fields.append({labels[i], count(sums[i])});
-        d.blocks.append(totals);
         table.rows.clear();
         std::fill(std::begin(sums), std::end(sums), 0);
     };

@@ -140,6 +140,8 @@ int commandReport(const QStringList &args)
         parameters.reportType = RecordScope::CurrentRecord;
         parameters.scope.key = QString::number(id);
     } else if (p.isSet(sql)) {
+        if (p.value(sql).trimmed().isEmpty())
+            return usage(QStringLiteral("--sql takes a SELECT statement."));
         parameters.reportType = RecordScope::CurrentRecordset;
         parameters.scope.sql = p.value(sql);
     }

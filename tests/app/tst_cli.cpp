@@ -1,78 +1,154 @@
+#include "AuditLog.h"
 #include "CliRun.h"
 #include "TestDatabase.h"
 
-#include <QFile>
+#include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
+#include <sys/stat.h>
 
 namespace {
 
-int count(const QString &path, const QString &sql)
+int count(const QString &path, const char *table)
 {
-    int n = -1;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("peek"));
-        db.setDatabaseName(path);
-        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-        if (db.open()) {
-            QSqlQuery q(db);
-            if (q.exec(sql) && q.next())
-                n = q.value(0).toInt();
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("peek"));
-    return n;
+    return TestDatabase::onFile(path, {QStringLiteral("SELECT COUNT(*) FROM %1").arg(QLatin1String(table))}).toInt();
+}
+
+QStringList files(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
 }   // namespace
 
+// The command-line tool, run as a user runs it.
 class TestCli : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void newDemoAndCheck()
+    void initTestCase()
+    {
+        ::umask(022);
+        AuditLog::RegisterUserFunction();   // the test's own connections write audited tables
+    }
+
+    void newDemoBackupAndCheckMakeOwnerOnlyFiles()
     {
         QTemporaryDir dir;
         const QString fresh = dir.filePath("pantry.tmdb");
         CliRun r = cli({"new", fresh});
         QCOMPARE(r.exitCode, 0);
-        QCOMPARE(count(fresh, "SELECT COUNT(*) FROM States"), 56);
-        QCOMPARE(count(fresh, "SELECT COUNT(*) FROM Client"), 0);
+        QCOMPARE(count(fresh, "States"), 56);
+        QCOMPARE(count(fresh, "Client"), 0);
         r = cli({"new", fresh});
         QCOMPARE(r.exitCode, 1);   // an existing file is never replaced unasked
         QVERIFY(r.err.contains("already exists"));
         QCOMPARE(cli({"check", fresh}).exitCode, 0);
 
         const QString demo = dir.filePath("demo.tmdb");
-        r = cli({"demo", demo, "--clients", "40", "--seed", "3"});
-        QCOMPARE(r.exitCode, 0);
-        QCOMPARE(count(demo, "SELECT COUNT(*) FROM Client"), 40);
-        QVERIFY(count(demo, "SELECT COUNT(*) FROM FoodService") > 0);
+        QCOMPARE(cli({"demo", demo, "--clients", "40", "--seed", "3"}).exitCode, 0);
+        QCOMPARE(count(demo, "Client"), 40);
+        QVERIFY(count(demo, "FoodService") > 0);
         r = cli({"check", demo});
         QCOMPARE(r.exitCode, 0);
         QVERIFY(r.out.contains("ok"));
-    }
-
-    void refusesWhatIsNotADatabaseAndLeavesItAlone()
-    {
-        QTemporaryDir dir;
-        const QString notes = dir.filePath("notes.tmdb");
-        {
-            QFile f(notes);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write("beans, rice, flour\n");
+        QCOMPARE(cli({"audit", demo}).out, QString());   // a new file's log starts empty
+        QCOMPARE(cli({"backup", demo}).exitCode, 0);
+        QCOMPARE(cli({"backup", demo, dir.filePath("stick/copies")}).exitCode, 0);
+        for (const QString &path : {fresh, demo, dir.filePath("backups"), dir.filePath("stick/copies")})
+            QCOMPARE(TestDatabase::fileMode(path), QFileInfo(path).isDir() ? 0700 : 0600);
+        for (const QString &folder : {dir.filePath("backups"), dir.filePath("stick/copies")}) {
+            QCOMPARE(files(folder).size(), 1);
+            QCOMPARE(TestDatabase::fileMode(QDir(folder).filePath(files(folder).constFirst())), 0600);
         }
+        QCOMPARE(files(dir.path()), (QStringList {"demo.tmdb", "pantry.tmdb"}));
+
+        // Check names what is missing, and refuses a file of another kind without touching it.
+        QVERIFY(
+            TestDatabase::onFile(fresh, {"DROP TABLE LabelDetails", "ALTER TABLE Volunteer RENAME COLUMN Comments TO Notes"}).isValid());
+        r = cli({"check", fresh});
+        QCOMPARE(r.exitCode, 1);
+        QVERIFY(r.err.contains("The table LabelDetails is missing."));
+        QVERIFY(r.err.contains("The column Comments of the table Volunteer is missing."));
+        const QString notes = dir.filePath("notes.tmdb");
+        QVERIFY(TestDatabase::writeFile(notes, "beans, rice, flour\n"));
         const QByteArray before = TestDatabase::fileHash(notes);
-        const CliRun r = cli({"check", notes});
+        r = cli({"check", notes});
         QCOMPARE(r.exitCode, 1);
         QVERIFY(r.err.contains("not a TendMark database"));
         QCOMPARE(TestDatabase::fileHash(notes), before);
         QCOMPARE(cli({"check", dir.filePath("missing.tmdb")}).exitCode, 1);
+    }
+
+    void killedDemoLeavesNothingBehind()
+    {
+        QTemporaryDir dir;
+        const QString db = dir.filePath("demo.tmdb");
+        QProcess p;
+        p.start(QStringLiteral(TENDMARK_CLI), {"demo", db, "--clients", "50000"});
+        QVERIFY(p.waitForStarted());
+        QTest::qWait(400);
+        p.kill();
+        QVERIFY(p.waitForFinished());
+        QVERIFY(!QFileInfo::exists(db));
+        QCOMPARE(cli({"demo", db, "--clients", "10"}).exitCode, 0);
+        QCOMPARE(files(dir.path()), QStringList {"demo.tmdb"});
+    }
+
+    void checkFinishesAnInterruptedSaveAndLeavesNothing()
+    {
+        QTemporaryDir dir;
+        const QString db = dir.filePath("pantry.tmdb");
+        QCOMPARE(cli({"new", db}).exitCode, 0);
+        // A program that crashed after its save: the saved row lives only in the -wal, its connection still open.
+        QSqlDatabase crashing = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("crashing"));
+        crashing.setDatabaseName(db);
+        QVERIFY(crashing.open());
+        for (const char *s : {"PRAGMA wal_autocheckpoint = 0", "INSERT INTO Client (LastName) VALUES ('Saved')"})
+            QVERIFY2(QSqlQuery(crashing).exec(QLatin1String(s)), s);
+        const QString crashed = dir.filePath("crashed.tmdb");
+        for (const char *suffix : {"", "-wal"})
+            QVERIFY(QFile::copy(db + suffix, crashed + suffix));
+        QVERIFY(QFileInfo(crashed + "-wal").size() > 0);
+        QCOMPARE(cli({"check", crashed}).exitCode, 0);
+        QVERIFY(!QFileInfo::exists(crashed + "-wal"));
+        QVERIFY(!QFileInfo::exists(crashed + "-shm"));
+        const CliRun audit = cli({"audit", crashed});
+        QVERIFY(audit.out.contains("insert Client 1"));
+        QVERIFY(audit.out.contains("\"LastName\":\"Saved\""));
+    }
+
+    void backupRestoreAndAuditOfADeletedClient()
+    {
+        QTemporaryDir dir;
+        const QString db = dir.filePath("pantry.tmdb");
+        QCOMPARE(cli({"new", db}).exitCode, 0);
+        QVERIFY(TestDatabase::onFile(db, {"INSERT INTO Client (ClientID, LastName, FirstName) VALUES (7, 'Ames', 'Ann')"}).isValid());
+        const CliRun backup = cli({"backup", db});
+        QCOMPARE(backup.exitCode, 0);
+        const QString copy = backup.out.section(' ', 3).trimmed();
+        QVERIFY2(QFileInfo::exists(copy), qPrintable(backup.out));
+        QVERIFY(TestDatabase::onFile(db, {"DELETE FROM Client"}).isValid());
+
+        const CliRun audit = cli({"audit", db, "--client", "7"});
+        QCOMPARE(audit.exitCode, 0);
+        const QStringList lines = audit.out.split('\n', Qt::SkipEmptyParts);
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines.at(1).contains("delete Client 7") && lines.at(1).contains("\"FirstName\":\"Ann\""));
+        QCOMPARE(cli({"audit", db, "--client", "8"}).out, QString());
+        QCOMPARE(cli({"audit", db, "--since", "2999-01-01"}).out, QString());
+        QCOMPARE(cli({"audit", db, "--since", "soon"}).exitCode, 2);
+
+        QTest::qWait(2);
+        QCOMPARE(cli({"restore", copy, db}).exitCode, 0);
+        QVERIFY(cli({"audit", db, "--client", "7"}).out.split('\n', Qt::SkipEmptyParts).size() == 1);
+        QCOMPARE(files(dir.filePath("backups")).size(), 2);   // the copy, and the file as it was before the restore
+        QCOMPARE(cli({"restore", dir.filePath("nothing.tmdb"), db}).exitCode, 1);
     }
 
     void usageAndHelp()

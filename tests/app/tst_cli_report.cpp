@@ -1,4 +1,4 @@
-#include "../core/ReportFixture.h"
+#include "ReportFixture.h"
 #include "CliRun.h"
 #include "basDatabase.h"
 
@@ -87,6 +87,7 @@ private Q_SLOTS:
             << QStringList {"client-detail", "DB", "--volunteer", "1", "--csv", "OUT"} << 2 << "does not take --volunteer";
         QTest::newRow("id not a number") << QStringList {"client-detail", "DB", "--client", "abc", "--csv", "OUT"} << 2 << "record number";
         QTest::newRow("unknown option") << QStringList {"client-list", "DB", "--colour", "--csv", "OUT"} << 2 << "colour";
+        QTest::newRow("empty sql") << QStringList {"client-list", "DB", "--sql", " ", "--csv", "OUT"} << 2 << "SELECT statement";
         QTest::newRow("no output") << QStringList {"client-list", "DB"} << 2 << "--csv";
         QTest::newRow("missing database") << QStringList {"client-list", "NOWHERE", "--csv", "OUT"} << 1 << "";
         QTest::newRow("unknown client") << QStringList {"client-detail", "DB", "--client", "999", "--csv", "OUT"} << 1

@@ -15,14 +15,6 @@
 
 namespace {
 
-int modeOf(const QString &path)
-{
-    struct stat st
-    { };
-    ::stat(QFile::encodeName(path).constData(), &st);
-    return int(st.st_mode & 0777);
-}
-
 int clients(const QString &path)
 {
     QString error;
@@ -92,8 +84,8 @@ private Q_SLOTS:
         QVERIFY2(Backups::BackupNow(db.path(), {}, &made, &error), qPrintable(error));
         const QString folder = QFileInfo(made).absolutePath();
         QCOMPARE(folder, QDir(db.folder()).filePath(QStringLiteral("backups")));
-        QCOMPARE(modeOf(folder), 0700);
-        QCOMPARE(modeOf(made), 0600);
+        QCOMPARE(TestDatabase::fileMode(folder), 0700);
+        QCOMPARE(TestDatabase::fileMode(made), 0600);
         QCOMPARE(Schema::CheckFile(made), QStringList());
         QCOMPARE(Backups::Latest(db.path()), made);
 
@@ -105,7 +97,7 @@ private Q_SLOTS:
         QTest::qWait(2);   // copies are named to the millisecond
         QVERIFY2(Backups::Restore(made, db.path(), &error), qPrintable(error));
         QCOMPARE(clients(db.path()), 2);
-        QCOMPARE(modeOf(db.path()), 0600);
+        QCOMPARE(TestDatabase::fileMode(db.path()), 0600);
 
         const QList<Backups::Info> list = Backups::List(db.path());
         QCOMPARE(list.size(), 2);   // the restored copy and the file as it was before
@@ -115,11 +107,9 @@ private Q_SLOTS:
         QCOMPARE(list.at(1).size, QFileInfo(made).size());
         QCOMPARE(QDir(db.folder()).entryList({"*.restoring", "*.part"}, QDir::Files | QDir::Hidden), QStringList());
 
-        QFile bad(QDir(db.folder()).filePath(QStringLiteral("bad.tmdb")));
-        QVERIFY(bad.open(QIODevice::WriteOnly));
-        bad.write(QByteArray(8192, 'x'));
-        bad.close();
-        QVERIFY(!Backups::Restore(bad.fileName(), db.path(), &error));
+        const QString bad = QDir(db.folder()).filePath(QStringLiteral("bad.tmdb"));
+        QVERIFY(TestDatabase::writeFile(bad, QByteArray(8192, 'x')));
+        QVERIFY(!Backups::Restore(bad, db.path(), &error));
         QCOMPARE(clients(db.path()), 2);
     }
 

@@ -9,53 +9,45 @@ class TestDatabaseServices : public QObject
 {
     Q_OBJECT
 
-private:
-    static bool valid(const char *table, const char *column, const QVariant &value, QString *message = nullptr)
-    {
-        QString m;
-        const bool ok = basDatabase::FieldIsValid(basDatabase::Field(table, column), value, m);
-        if (message)
-            *message = m;
-        return ok;
-    }
-
 private Q_SLOTS:
+    // What each value of a column is told: nothing when valid, else the message's end.
     void fieldIsValidDecidesByTheDeclaredColumn()
     {
         TestDatabase db;
-        QString m;
-        QVERIFY(valid("Client", "SocialSecurityNumber", "123456789", &m));
-        QVERIFY(m.isEmpty());
-        QVERIFY(!valid("Client", "SocialSecurityNumber", "123-45-6789", &m));
-        QCOMPARE(m, QStringLiteral(" must be 11 characters."));
-        QVERIFY(!valid("Client", "SocialSecurityNumber", "12345", &m));
-        QCOMPARE(m, QStringLiteral(" must be 11 characters."));
-
-        QVERIFY(valid("Client", "LastName", QString(50, 'x')));
-        QVERIFY(!valid("Client", "LastName", QString(51, 'x'), &m));
-        QCOMPARE(m, QStringLiteral(" cannot exceed 50 characters."));
-        QVERIFY(valid("Client", "LastName", "O'Brien"));
-        QVERIFY(valid("Client", "Comments", QString(5000, 'x')));   // memo: no length test
-
-        QVERIFY(!valid("Client", "EmployerDurationYears", "", &m));
-        QCOMPARE(m, QStringLiteral(" must be numeric."));
-        QVERIFY(!valid("Client", "EmployerDurationYears", "ten", &m));
-        QVERIFY(valid("Client", "EmployerDurationYears", "12"));
-        QVERIFY(valid("Payments", "AmountPaid", "$1,234.50"));
-        QVERIFY(valid("Payments", "AmountPaid", "1234.5"));
-        QVERIFY(!valid("Payments", "AmountPaid", "12.5.0", &m));
-        QCOMPARE(m, QStringLiteral(" must be numeric."));
-
-        QVERIFY(!valid("Client", "BirthDate", "", &m));
-        QCOMPARE(m, QStringLiteral(" is not a valid date."));
-        QVERIFY(!valid("Client", "BirthDate", "02/30/2001", &m));
-        QVERIFY(!valid("Client", "BirthDate", "12/3/", &m));
-        QVERIFY(valid("Client", "BirthDate", "12/31/1980"));
-        QVERIFY(valid("Client", "BirthDate", "1/5/1980"));
-
-        QVERIFY(!valid("EthnicOrigin", "EthnicOriginDescription", "   ", &m));
-        QCOMPARE(m, QStringLiteral(" cannot be empty."));
-        QVERIFY(valid("Client", "FEMAContacted", "True"));
+        const QString size = QStringLiteral(" must be 11 characters."), numeric = QStringLiteral(" must be numeric."),
+                      date = QStringLiteral(" is not a valid date.");
+        const struct
+        {
+            const char *table, *column;
+            QString value, message;
+        } cases[] = {
+            {"Client", "SocialSecurityNumber", "123456789", {}},
+            {"Client", "SocialSecurityNumber", "123-45-6789", size},
+            {"Client", "SocialSecurityNumber", "12345", size},
+            {"Client", "LastName", QString(50, 'x'), {}},
+            {"Client", "LastName", QString(51, 'x'), " cannot exceed 50 characters."},
+            {"Client", "LastName", "O'Brien", {}},
+            {"Client", "Comments", QString(5000, 'x'), {}},   // memo: no length test
+            {"Client", "EmployerDurationYears", "", numeric},
+            {"Client", "EmployerDurationYears", "ten", numeric},
+            {"Client", "EmployerDurationYears", "12", {}},
+            {"Payments", "AmountPaid", "$1,234.50", {}},
+            {"Payments", "AmountPaid", "1234.5", {}},
+            {"Payments", "AmountPaid", "12.5.0", numeric},
+            {"Client", "BirthDate", "", date},
+            {"Client", "BirthDate", "02/30/2001", date},
+            {"Client", "BirthDate", "12/3/", date},
+            {"Client", "BirthDate", "12/31/1980", {}},
+            {"Client", "BirthDate", "1/5/1980", {}},
+            {"EthnicOrigin", "EthnicOriginDescription", "   ", " cannot be empty."},
+            {"Client", "FEMAContacted", "True", {}},
+        };
+        for (const auto &c : cases) {
+            QString message;
+            const bool ok = basDatabase::FieldIsValid(basDatabase::Field(c.table, c.column), c.value, message);
+            QVERIFY2(ok == c.message.isEmpty(), qPrintable(QStringLiteral("%1 = %2").arg(QLatin1String(c.column), c.value)));
+            QCOMPARE(message, c.message);
+        }
     }
 
     void updateDataFieldStoresByTheColumnsType()

@@ -12,65 +12,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 #include <sys/stat.h>
 #include <unistd.h>
-
-namespace {
-
-int modeOf(const QString &path)
-{
-    struct stat st
-    { };
-    ::stat(QFile::encodeName(path).constData(), &st);
-    return int(st.st_mode & 0777);
-}
-
-// Runs statements on the file through a connection of its own.
-void alter(const QString &path, const QStringList &statements)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("alter"));
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        for (const QString &s : statements)
-            QVERIFY2(QSqlQuery(db).exec(s), qPrintable(s));
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("alter"));
-}
-
-// Overwrites some pages of the records (the second half of the file) with noise, as a failing disk would.
-void scribble(const QString &path)
-{
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::ReadWrite));
-    for (qint64 page = f.size() / 4096 / 2; page * 4096 < f.size(); page += 8) {
-        f.seek(page * 4096);
-        f.write(QByteArray(64, '\xA5'));
-    }
-}
-
-QString newFile(const QTemporaryDir &dir, const QString &name)
-{
-    const QString path = dir.filePath(name);
-    QString error;
-    if (!Schema::CreateDatabase(path, false, &error))
-        qFatal("%s", qPrintable(error));
-    basDatabase::OpenConnection(path, &error);
-    basDatabase::Execute(QStringLiteral("BEGIN"));
-    for (int i = 0; i < 300; ++i)
-        basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName, FirstName, Comments) VALUES (?, 'Ann', ?)"),
-                             {QStringLiteral("Row%1").arg(i), QString(300, QLatin1Char('c'))});
-    basDatabase::Execute(QStringLiteral("COMMIT"));
-    basDatabase::CloseConnection();
-    return path;
-}
-
-}   // namespace
 
 class TestFileSafety : public QObject
 {
@@ -103,15 +48,25 @@ private Q_SLOTS:
         QFETCH(int, state);
         QFETCH(QString, named);
         QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
-        alter(path, damage);
+        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
+        if (!damage.isEmpty())
+            QVERIFY(TestDatabase::onFile(path, damage).isValid());
         const QByteArray before = TestDatabase::fileHash(path);
+        const QDateTime modified = QFileInfo(path).lastModified();
         const Schema::FileCheck check = Schema::ExamineForOpening(path);
         QCOMPARE(int(check.state), state);
+        const bool healthy = state == int(Schema::FileState::Ok);
+        if (healthy) {   // checking a sound file changes nothing and leaves nothing beside it
+            QVERIFY(!check.recovered);
+            QCOMPARE(Schema::CheckFile(path), QStringList());
+            QCOMPARE(TestDatabase::fileHash(path), before);
+            QCOMPARE(QFileInfo(path).lastModified(), modified);
+            QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"pantry.tmdb"});
+        }
         QString reason;
-        QCOMPARE(basDatabase::OpenConnection(path, &reason), state == int(Schema::FileState::Ok));
+        QCOMPARE(basDatabase::OpenConnection(path, &reason), healthy);
         basDatabase::CloseConnection();
-        if (state == int(Schema::FileState::Ok))
+        if (healthy)
             return;
         QCOMPARE(TestDatabase::fileHash(path), before);   // refused files are left as they were
         QVERIFY(!reason.isEmpty());
@@ -124,8 +79,8 @@ private Q_SLOTS:
     void damagedFileIsRefusedAndItsReadableRowsCanBeCopied()
     {
         QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
-        scribble(path);
+        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
+        TestDatabase::scribble(path);
         const QByteArray before = TestDatabase::fileHash(path);
         QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Damaged);
         QVERIFY(!Schema::CheckFile(path).isEmpty());
@@ -144,32 +99,19 @@ private Q_SLOTS:
         const int clients = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM Client")).toInt();
         basDatabase::CloseConnection();
         QVERIFY(clients > 0 && clients < 300);
-        QCOMPARE(modeOf(rescued), 0600);
+        QCOMPARE(TestDatabase::fileMode(rescued), 0600);
         QVERIFY(!FileHealth::CopyReadable(path, rescued, &report, &error));   // never over an existing file
-    }
-
-    void checkOfAHealthyFileChangesNothing()
-    {
-        QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
-        const QByteArray before = TestDatabase::fileHash(path);
-        const QDateTime modified = QFileInfo(path).lastModified();
-        QCOMPARE(Schema::CheckFile(path), QStringList());
-        QVERIFY(!Schema::ExamineForOpening(path).recovered);
-        QCOMPARE(TestDatabase::fileHash(path), before);
-        QCOMPARE(QFileInfo(path).lastModified(), modified);
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"pantry.tmdb"});
     }
 
     void filesAreOwnerOnly()
     {
         QTemporaryDir dir;
-        const QString path = newFile(dir, QStringLiteral("pantry.tmdb"));
-        QCOMPARE(modeOf(path), 0600);
+        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
+        QCOMPARE(TestDatabase::fileMode(path), 0600);
         QVERIFY(basDatabase::OpenConnection(path));
         basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName) VALUES ('Wal')"));
-        QCOMPARE(modeOf(path + QStringLiteral("-wal")), 0600);
-        QCOMPARE(modeOf(path + QStringLiteral("-shm")), 0600);
+        QCOMPARE(TestDatabase::fileMode(path + QStringLiteral("-wal")), 0600);
+        QCOMPARE(TestDatabase::fileMode(path + QStringLiteral("-shm")), 0600);
         basDatabase::CloseConnection();
 
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
@@ -177,11 +119,11 @@ private Q_SLOTS:
         QVERIFY(Schema::ExamineForOpening(path).notPrivate);
         QVERIFY(PrivateFiles::MakePrivate(path));
         QVERIFY(!Schema::ExamineForOpening(path).notPrivate);
-        QCOMPARE(modeOf(path), 0600);
+        QCOMPARE(TestDatabase::fileMode(path), 0600);
 
         const QString folder = dir.filePath(QStringLiteral("a/b"));
         QVERIFY(PrivateFiles::MakePrivateFolder(folder));
-        QCOMPARE(modeOf(folder), 0700);
+        QCOMPARE(TestDatabase::fileMode(folder), 0700);
     }
 
     void logAndSettingsAreOwnerOnly()
@@ -192,9 +134,9 @@ private Q_SLOTS:
         basErrorHandler::ReportError(QStringLiteral("test"), 1, QStringLiteral("Ames, Ann"));
         basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"), dir.filePath("pantry.tmdb"));
         const QString settings = QSettings(QSettings::NativeFormat, QSettings::UserScope, "TendMark", "Settings").fileName();
-        QCOMPARE(modeOf(dir.filePath(QStringLiteral("error.log"))), 0600);
-        QCOMPARE(modeOf(settings), 0600);
-        QCOMPARE(modeOf(QFileInfo(settings).absolutePath()), 0700);
+        QCOMPARE(TestDatabase::fileMode(dir.filePath(QStringLiteral("error.log"))), 0600);
+        QCOMPARE(TestDatabase::fileMode(settings), 0600);
+        QCOMPARE(TestDatabase::fileMode(QFileInfo(settings).absolutePath()), 0700);
     }
 
     void interruptedCreationLeavesNothingAndIsClearedByTheNext()
@@ -221,12 +163,12 @@ private Q_SLOTS:
     void socketIsPrivateAndForeignSocketsGetNothing()
     {
         const QString path = SingleInstance::SocketPath(QStringLiteral("TendMark-test"));
-        QCOMPARE(modeOf(QFileInfo(path).absolutePath()), 0700);
+        QCOMPARE(TestDatabase::fileMode(QFileInfo(path).absolutePath()), 0700);
         QVERIFY(PrivateFiles::OwnedByMe(QFileInfo(path).absolutePath()));
         SingleInstance first(QStringLiteral("TendMark-test"));
         QVERIFY(!first.anotherIsRunning({}));
         QVERIFY(first.listen());
-        QVERIFY((modeOf(path) & 077) == 0);
+        QVERIFY((TestDatabase::fileMode(path) & 077) == 0);
         QStringList received;
         connect(&first, &SingleInstance::activated, this, [&](const QStringList &a) { received = a; });
         SingleInstance second(QStringLiteral("TendMark-test"));

@@ -2,8 +2,6 @@
 #include "TestDatabase.h"
 #include "basDatabase.h"
 
-#include <QCryptographicHash>
-#include <QFile>
 #include <QTest>
 
 using RecordScope::Kind;
@@ -13,12 +11,6 @@ class TestRecordScope : public QObject
     Q_OBJECT
 
 private:
-    static QByteArray fileHash(const QString &path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256) : QByteArray();
-    }
-
     static QStringList names(Kind kind, const RecordScope::Selection &s)
     {
         const QString table = RecordScope::tableName(kind);
@@ -35,33 +27,30 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QString>("error");
-        const QString denied = QStringLiteral("not authorized");
-        QTest::newRow("delete") << "DELETE FROM Client" << denied;
-        QTest::newRow("update") << "UPDATE Client SET LastName = 'X'" << denied;
-        QTest::newRow("insert") << "INSERT INTO Client (LastName) VALUES ('X')" << denied;
-        QTest::newRow("cte delete") << "WITH a AS (SELECT 1) DELETE FROM Client" << denied;
-        QTest::newRow("drop") << "DROP TABLE Family" << denied;
-        QTest::newRow("temp table") << "CREATE TEMP TABLE t AS SELECT * FROM Client" << denied;
-        QTest::newRow("pragma write") << "PRAGMA user_version = 99" << denied;
-        QTest::newRow("pragma read") << "PRAGMA foreign_keys" << denied;
-        QTest::newRow("attach") << "ATTACH DATABASE 'ATTACHED' AS other" << denied;
-        QTest::newRow("begin") << "BEGIN IMMEDIATE" << denied;
-        QTest::newRow("second statement") << "SELECT * FROM Client; DELETE FROM Client"
-                                          << "Only one statement can be run at a time.";
-        QTest::newRow("second select") << "SELECT * FROM Client; SELECT * FROM Client"
-                                       << "Only one statement can be run at a time.";
-        QTest::newRow("empty") << "  -- nothing"
-                               << "The statement is empty.";
-        QTest::newRow("syntax") << "SELEC * FROM Client"
-                                << "near \"SELEC\": syntax error";
-        QTest::newRow("no table") << "SELECT * FROM Clients"
-                                  << "no such table: Clients";
-        QTest::newRow("no key") << "SELECT LastName FROM Client"
-                                << "The statement must return the column ClientID.";
-        QTest::newRow("no last name") << "SELECT ClientID FROM Client"
-                                      << "The statement must return the column LastName.";
-        QTest::newRow("other table") << "SELECT VolunteerID AS ClientID, LastName FROM Volunteer"
-                                     << "The statement must select from the Client table.";
+        const char *const denied = "not authorized";
+        const char *const one = "Only one statement can be run at a time.";
+        const char *const rows[][3] = {
+            {"delete", "DELETE FROM Client", denied},
+            {"update", "UPDATE Client SET LastName = 'X'", denied},
+            {"insert", "INSERT INTO Client (LastName) VALUES ('X')", denied},
+            {"cte delete", "WITH a AS (SELECT 1) DELETE FROM Client", denied},
+            {"drop", "DROP TABLE Family", denied},
+            {"temp table", "CREATE TEMP TABLE t AS SELECT * FROM Client", denied},
+            {"pragma write", "PRAGMA user_version = 99", denied},
+            {"pragma read", "PRAGMA foreign_keys", denied},
+            {"attach", "ATTACH DATABASE 'ATTACHED' AS other", denied},
+            {"begin", "BEGIN IMMEDIATE", denied},
+            {"second statement", "SELECT * FROM Client; DELETE FROM Client", one},
+            {"second select", "SELECT * FROM Client; SELECT * FROM Client", one},
+            {"empty", "  -- nothing", "The statement is empty."},
+            {"syntax", "SELEC * FROM Client", "near \"SELEC\": syntax error"},
+            {"no table", "SELECT * FROM Clients", "no such table: Clients"},
+            {"no key", "SELECT LastName FROM Client", "The statement must return the column ClientID."},
+            {"no last name", "SELECT ClientID FROM Client", "The statement must return the column LastName."},
+            {"other table", "SELECT VolunteerID AS ClientID, LastName FROM Volunteer", "The statement must select from the Client table."},
+        };
+        for (const auto &r : rows)
+            QTest::newRow(r[0]) << QString::fromLatin1(r[1]) << QString::fromLatin1(r[2]);
     }
 
     void handTypedStatementsThatWriteOrFailChangeNothing()
@@ -72,12 +61,12 @@ private Q_SLOTS:
         TestDatabase::insert("Client", {{"LastName", "Doe"}});
         const QString attached = db.folder() + QStringLiteral("/ATTACHED");
         sql.replace(QStringLiteral("ATTACHED"), attached);
-        const QByteArray before = fileHash(db.path());
+        const QByteArray before = TestDatabase::fileHash(db.path());
 
         const RecordScope::Selection s = RecordScope::select(Kind::Client, RecordScope::CurrentRecordset, {Kind::Client, sql, {}}, "c");
         QVERIFY(!s.ok);
         QCOMPARE(s.error, error);
-        QCOMPARE(fileHash(db.path()), before);
+        QCOMPARE(TestDatabase::fileHash(db.path()), before);
         QVERIFY(!QFile::exists(attached));
         QCOMPARE(TestDatabase::count("Client"), 1);
     }

@@ -38,9 +38,13 @@ QStringList outline(const Report::Document &d)
         case Block::Heading:
             out << QStringLiteral("H ") + b.lines.join(QLatin1Char('/'));
             break;
-        case Block::Table:
-            out << QStringLiteral("T %1 rows").arg(b.rows.size());
+        case Block::Table: {
+            QStringList rows;
+            for (const QStringList &row : b.rows)
+                rows << row.join(QLatin1Char('|'));
+            out << QStringLiteral("T ") + rows.join(QStringLiteral(" / "));
             break;
+        }
         case Block::Chart:
             out << (b.pie ? QStringLiteral("pie ") : QStringLiteral("bars ")) + b.chartTitle;
             break;
@@ -150,10 +154,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("dateCaption");
         QTest::addColumn<QStringList>("blocks");
         QTest::newRow("demographics") << int(Name::Demographics) << kStart << "For Dates: 01-Dec-26  To  31-Dec-26"
-                                      << QStringList {"H Ethnic Breakdown", "T 4 rows", "bars Ethnic Breakdown",
-                                                      "H Gender Breakdown", "T 2 rows", "pie Gender Breakdown",
-                                                      "H Age Breakdown",    "T 4 rows", "bars Age Breakdown",
-                                                      "S Total Clients=4"};
+                                      << QStringList {
+                                             "H Ethnic Breakdown",    "T African American|1 / Asian|1 / Hispanic or Latino|1 / White|1",
+                                             "bars Ethnic Breakdown", "H Gender Breakdown",
+                                             "T Female|2 / Male|1",   "pie Gender Breakdown",
+                                             "H Age Breakdown",       "T Birth - 4 Years|1 / 45 - 64 Years|1 / 65+ Years|1 / Unknown|1",
+                                             "bars Age Breakdown",    "S Total Clients=4"};
         // Nobody served: the headings that always print, and no zip code breakdown.
         QTest::newRow("geographic, empty") << int(Name::GeographicSummary) << QDate(2030, 1, 1) << "For Dates: 01-Jan-30  To  31-Jan-30"
                                            << QStringList {"H Breakdown of Clients By City", "S Total Clients=0"};
@@ -161,14 +167,11 @@ private Q_SLOTS:
                                              << QStringList {"H Ethnic Breakdown", "S Total Clients=0"};
         QTest::newRow("grocery log") << int(Name::GroceryLog) << kStart << "For Dates: 01-Dec-26 To 31-Dec-26"
                                      << QStringList {"H Date: 12/05/2026",
-                                                     "T 2 rows",
-                                                     "S Adult Bags=2, Senior Bags=0, Child Bags=0, Total Bags=5",
+                                                     "T O'Brien, Seán|2|0|0|2 / Adams, Ann|0|0|0|3 / Total for 12/05/2026|2|0|0|5",
                                                      "H Date: 12/07/2026",
-                                                     "T 1 rows",
-                                                     "S Adult Bags=0, Senior Bags=0, Child Bags=0, Total Bags=4",
+                                                     "T Brown, Bob \"Bo\"|0|0|0|4 / Total for 12/07/2026|0|0|0|4",
                                                      "H Date: 12/09/2026",
-                                                     "T 2 rows",
-                                                     "S Adult Bags=0, Senior Bags=2, Child Bags=1, Total Bags=3",
+                                                     "T Clark, Cy|0|0|1|1 / Davis, Di|0|2|0|2 / Total for 12/09/2026|0|2|1|3",
                                                      "S Total Services=5 (5 individual clients), Adults=1, Seniors=1, Children=1, "
                                                      "No Birth Date=1"};
     }

@@ -1,9 +1,6 @@
-#include "SingleInstance.h"
 #include "basRegistry.h"
 
-#include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 class TestSettings : public QObject
 {
@@ -29,22 +26,6 @@ private Q_SLOTS:
         basRegistry::DeleteKey("Settings\\Windows");
         QCOMPARE(basRegistry::GetString("Settings\\Windows", "x", "gone"), QStringLiteral("gone"));
         QVERIFY(!basRegistry::GetUserName().isEmpty());
-    }
-
-    void secondCopyHandsOverAndIsRefused()
-    {
-        const QString name = QStringLiteral("tendmark-test-%1").arg(QCoreApplication::applicationPid());
-        SingleInstance first(name);
-        QVERIFY(!first.anotherIsRunning({}));
-        QVERIFY(first.listen());
-        QSignalSpy activated(&first, &SingleInstance::activated);
-        SingleInstance second(name);
-        bool running = false;
-        // The second copy waits for the first to answer, so let the first run meanwhile.
-        QTimer::singleShot(0, [&] { running = second.anotherIsRunning({"pantry.tmdb"}); });
-        QTRY_COMPARE(activated.count(), 1);
-        QTRY_VERIFY(running);
-        QCOMPARE(activated.first().first().toStringList(), QStringList {"pantry.tmdb"});
     }
 };
 

@@ -18,6 +18,7 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
 
 struct ClientWorld : Desk
@@ -57,30 +58,10 @@ struct ClientWorld : Desk
     }
 };
 
-// A main window on a fresh database with one client, and the means to work an editor as a user would.
-struct EditorDesk : Desk
+// The same with one client on file, and the means to work its record editors as a user would.
+struct EditorDesk : ClientWorld
 {
-    qint64 clientId = 0;
-
-    EditorDesk()
-    {
-        clientId = TestDatabase::insert(QStringLiteral("Client"),
-                                        {{QStringLiteral("LastName"), QStringLiteral("O'Brien")},
-                                         {QStringLiteral("FirstName"), QStringLiteral("Mary")},
-                                         {QStringLiteral("MiddleInitial"), QStringLiteral("K")},
-                                         {QStringLiteral("SocialSecurityNumber"), QStringLiteral("123456789")},
-                                         {QStringLiteral("DriversLicenseNumber"), QStringLiteral("D1234")}});
-    }
-
-    // The main window must not outlive its children's signals: close them first, dropping changes.
-    ~EditorDesk()
-    {
-        for (QMdiSubWindow *sub : main.mdiArea()->subWindowList())
-            if (auto *editor = qobject_cast<RecordEditor *>(sub->widget()))
-                editor->setDataChanged(false);
-        main.mdiArea()->closeAllSubWindows();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
+    const qint64 clientId = addClient("O'Brien", "Mary", "K", {{"SocialSecurityNumber", "123456789"}, {"DriversLicenseNumber", "D1234"}});
 
     template<typename T> T *open(RecordKind editor, const QString &recordId = {})
     {
@@ -125,14 +106,6 @@ inline void typeInto(QWidget *window, const QString &dataField, const QString &t
     typeInto(fieldOf(window, dataField), text);
 }
 
-inline Prompt::Message findMessage(const ScriptedPrompts &prompts, const QString &title)
-{
-    for (const Prompt::Message &m : prompts.messages())
-        if (m.title == title)
-            return m;
-    return {};
-}
-
 inline QString statusText(QWidget *w)
 {
     return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text();
@@ -152,6 +125,15 @@ inline QComboBox *combo(RecordEditor *w, const char *column)
 inline QDateEdit *dateEdit(RecordEditor *w, const char *column)
 {
     return qobject_cast<QDateEdit *>(w->boundControl(QLatin1String(column)));
+}
+
+// Clicks a row of a grid as a user does (twice: a double-click).
+inline void clickRow(QTableView *grid, int row, bool twice = false)
+{
+    const QPoint at = grid->visualRect(grid->model()->index(row, 2)).center();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+    if (twice)
+        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
 }
 
 inline void choose(QComboBox *list, const QString &text)

@@ -8,8 +8,11 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QTest>
+#include <sys/stat.h>
 
 TestDatabase::TestDatabase(bool open)
 {
@@ -75,4 +78,68 @@ QByteArray TestDatabase::fileHash(const QString &path)
     if (!f.open(QIODevice::ReadOnly))
         return {};
     return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+}
+
+bool TestDatabase::writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+int TestDatabase::fileMode(const QString &path)
+{
+    struct stat st
+    { };
+    ::stat(QFile::encodeName(path).constData(), &st);
+    return int(st.st_mode & 0777);
+}
+
+void TestDatabase::scribble(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadWrite))
+        qFatal("cannot damage %s", qPrintable(path));
+    for (qint64 page = f.size() / 4096 / 2; page * 4096 < f.size(); page += 8) {
+        f.seek(page * 4096);
+        f.write(QByteArray(64, '\xA5'));
+    }
+}
+
+QVariant TestDatabase::onFile(const QString &path, const QStringList &statements)
+{
+    const QString name = QStringLiteral("test-on-file");
+    QVariant result;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        bool ok = db.open();
+        for (const QString &statement : statements) {
+            QSqlQuery q(db);
+            ok = ok && q.exec(statement);
+            if (!ok)
+                qWarning("%s: %s", qPrintable(statement), qPrintable(q.lastError().text()));
+            result = ok && q.next() ? q.value(0) : QVariant();
+        }
+        if (!ok)
+            result = QVariant();
+        else if (!result.isValid())
+            result = true;
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    return result;
+}
+
+QString TestDatabase::filledFile(const QString &path)
+{
+    QString error;
+    if (!Schema::CreateDatabase(path, false, &error) || !basDatabase::OpenConnection(path, &error))
+        qFatal("%s", qPrintable(error));
+    basDatabase::Execute(QStringLiteral("BEGIN"));
+    for (int i = 0; i < 300; ++i)
+        basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName, FirstName, Comments) VALUES (?, 'Ann', ?)"),
+                             {QStringLiteral("Row%1").arg(i), QString(300, QLatin1Char('c'))});
+    basDatabase::Execute(QStringLiteral("COMMIT"));
+    basDatabase::CloseConnection();
+    return path;
 }

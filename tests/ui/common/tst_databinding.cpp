@@ -33,7 +33,7 @@ private:
     }
 
 private Q_SLOTS:
-    void formatDataGridAppliesTheSpecification()
+    void formatDataGridAppliesTheColumnLayout()
     {
         std::unique_ptr<QTableView> one(grid("^Ethnic Origin,5200"));
         QCOMPARE(one->model()->columnCount(), 2);
@@ -124,53 +124,35 @@ private Q_SLOTS:
         QCOMPARE(model->findKey(c), 2);
     }
 
-    void combos()
-    {
-        TestDatabase db;
-        QComboBox states;
-        PopulateDataCombo(&states, "States", "StateID", "StateCode");
-        QCOMPARE(states.count(), 56);
-        QCOMPARE(states.currentIndex(), -1);
-        const FieldInfo stateText = basDatabase::Field("Client", "State");
-        const FieldInfo originId = basDatabase::Field("Client", "EthnicOriginID");
-        QCOMPARE(GetComboItemIndex(&states, stateText, ""), -1);
-        QCOMPARE(states.itemText(GetComboItemIndex(&states, stateText, "TX")), QStringLiteral("TX"));
-        QCOMPARE(GetComboItemIndex(&states, stateText, "tx"), -1);   // text matches keep their case
-        QCOMPARE(GetComboItemIndex(&states, stateText, "ZZ"), -1);
-
-        QComboBox origins;
-        PopulateDataCombo(&origins, "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription");
-        const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
-        QCOMPARE(origins.itemText(GetComboItemIndex(&origins, originId, QString::number(asian))), QStringLiteral("Asian"));
-        QCOMPARE(GetComboItemIndex(&origins, originId, "999"), -1);
-        origins.setCurrentIndex(GetComboItemIndex(&origins, originId, QString::number(asian)));
-        QCOMPARE(GetControlValue(&origins, originId), QString::number(asian));
-        states.setCurrentIndex(GetComboItemIndex(&states, stateText, "TX"));
-        QCOMPARE(GetControlValue(&states, stateText), QStringLiteral("TX"));
-    }
-
+    // Controls show a record's stored values formatted and give them back as stored; lists find
+    // their entry by the stored text (its case kept) or key.
     void controlsShowAndReturnTheStoredValues()
     {
         TestDatabase db;
+        const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
         TestDatabase::insert("Client",
                              {{"LastName", "O'Brien"},
                               {"HomePhone", "5551234567"},
                               {"BirthDate", "1980-12-31"},
                               {"SocialSecurityNumber", "123456789"},
                               {"FEMAContacted", 1},
-                              {"State", "TX"}});
+                              {"State", "TX"},
+                              {"EthnicOriginID", asian}});
         Recordset rs;
         rs.open("Client", "ClientID", "SELECT * FROM Client");
         QLineEdit last, phone, birth, ssn;
         QCheckBox fema;
-        QComboBox state;
+        QComboBox state, origin;
         PopulateDataCombo(&state, "States", "StateID", "StateCode");
+        PopulateDataCombo(&origin, "EthnicOrigin", "EthnicOriginID", "EthnicOriginDescription");
+        QCOMPARE(state.count(), 56);
+        QCOMPARE(state.currentIndex(), -1);
         phone.setInputMask("(999) 999-9999");
         birth.setInputMask("99/99/9999");
         ssn.setInputMask("999-99-9999");
         const QList<std::pair<QWidget *, const char *>> bound
-            = {{&last, "LastName"},      {&phone, "HomePhone"}, {&birth, "BirthDate"}, {&ssn, "SocialSecurityNumber"},
-               {&fema, "FEMAContacted"}, {&state, "State"}};
+            = {{&last, "LastName"},      {&phone, "HomePhone"}, {&birth, "BirthDate"},      {&ssn, "SocialSecurityNumber"},
+               {&fema, "FEMAContacted"}, {&state, "State"},     {&origin, "EthnicOriginID"}};
         QList<QWidget *> controls;
         for (auto [w, column] : bound) {
             w->setProperty("DataField", column);
@@ -182,11 +164,17 @@ private Q_SLOTS:
         QCOMPARE(birth.text(), QStringLiteral("12/31/1980"));
         QVERIFY(fema.isChecked());
         QCOMPARE(state.currentText(), QStringLiteral("TX"));
+        QCOMPARE(origin.currentText(), QStringLiteral("Asian"));
         QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")), QStringLiteral("5551234567"));
         QCOMPARE(GetControlValue(&ssn, rs.field("SocialSecurityNumber")), QStringLiteral("123456789"));
         QCOMPARE(GetControlValue(&birth, rs.field("BirthDate")), QStringLiteral("12/31/1980"));
         QCOMPARE(GetControlValue(&fema, rs.field("FEMAContacted")), QStringLiteral("True"));
+        QCOMPARE(GetControlValue(&state, rs.field("State")), QStringLiteral("TX"));
+        QCOMPARE(GetControlValue(&origin, rs.field("EthnicOriginID")), QString::number(asian));
         QCOMPARE(GetFieldValue(rs, "BirthDate"), QStringLiteral("12/31/1980"));
+        for (const char *text : {"", "tx", "ZZ"})   // text matches keep their case
+            QCOMPARE(GetComboItemIndex(&state, rs.field("State"), QString::fromLatin1(text)), -1);
+        QCOMPARE(GetComboItemIndex(&origin, rs.field("EthnicOriginID"), "999"), -1);
         phone.clear();
         birth.clear();
         QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")), QString());

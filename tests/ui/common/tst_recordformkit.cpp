@@ -14,7 +14,6 @@
 #include <QSqlRecord>
 #include <QTest>
 
-Q_DECLARE_METATYPE(NavigationStrip::Move)
 Q_DECLARE_METATYPE(ClientRecordQueries::Kind)
 Q_DECLARE_METATYPE(ClientRecordQueries::Form)
 
@@ -39,21 +38,14 @@ private Q_SLOTS:
         QTest::addColumn<int>("count");
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("buttons");
-        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42"
-                                        << "  NL";
-        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42"
-                                << "FPNL";
-        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42"
-                              << "FP  ";
-        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42"
-                                      << "    ";
-        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0"
-                              << "    ";
+        QTest::newRow("first of three") << 1 << 3 << QStringLiteral("Record: 1 of 3     ID: 42") << QStringLiteral("  NL");
+        QTest::newRow("middle") << 2 << 3 << QStringLiteral("Record: 2 of 3     ID: 42") << QStringLiteral("FPNL");
+        QTest::newRow("last") << 3 << 3 << QStringLiteral("Record: 3 of 3     ID: 42") << QStringLiteral("FP  ");
+        QTest::newRow("the only one") << 1 << 1 << QStringLiteral("Record: 1 of 1     ID: 42") << QStringLiteral("    ");
+        QTest::newRow("none") << 0 << 0 << QStringLiteral("Record: 0 of 0") << QStringLiteral("    ");
         // A new record keeps the text and buttons shown before it.
-        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7"
-                                           << "  NL";
-        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0"
-                                         << "    ";
+        QTest::newRow("new beside others") << 0 << 3 << QStringLiteral("Record: 1 of 3     ID: 7") << QStringLiteral("  NL");
+        QTest::newRow("new, none saved") << -1 << 0 << QStringLiteral("Record: 0 of 0") << QStringLiteral("    ");
     }
 
     void stripShowsThePosition()
@@ -71,44 +63,13 @@ private Q_SLOTS:
         QVERIFY(!window.findChild<QPushButton *>(QStringLiteral("cmdAdd")));
     }
 
-    void stripTakesTheKeysOfItsWindow_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<NavigationStrip::Move>("move");
-        QTest::newRow("Page Up") << int(Qt::Key_PageUp) << int(Qt::NoModifier) << NavigationStrip::Move::Previous;
-        QTest::newRow("Ctrl+Page Up") << int(Qt::Key_PageUp) << int(Qt::ControlModifier) << NavigationStrip::Move::First;
-        QTest::newRow("Page Down") << int(Qt::Key_PageDown) << int(Qt::NoModifier) << NavigationStrip::Move::Next;
-        QTest::newRow("Ctrl+Page Down") << int(Qt::Key_PageDown) << int(Qt::ControlModifier) << NavigationStrip::Move::Last;
-        // Only Ctrl alone counts: with Shift as well it is the plain key.
-        QTest::newRow("Ctrl+Shift+Page Down") << int(Qt::Key_PageDown) << int(Qt::ControlModifier | Qt::ShiftModifier)
-                                              << NavigationStrip::Move::Next;
-    }
-
-    void stripTakesTheKeysOfItsWindow()
-    {
-        QFETCH(int, key);
-        QFETCH(int, modifiers);
-        QFETCH(NavigationStrip::Move, move);
-        QWidget window;
-        auto *edit = new QLineEdit(&window);
-        NavigationStrip strip(&window, true);
-        strip.watchKeys();
-        QSignalSpy moves(&strip, &NavigationStrip::moveRequested);
-        QTest::keyClick(edit, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(moves.size(), 1);
-        QCOMPARE(moves.at(0).at(0).value<NavigationStrip::Move>(), move);
-        QVERIFY(edit->text().isEmpty());
-    }
-
     void stepStopsAtTheEnds()
     {
         TestDatabase db;
         for (const char *name : {"Ann", "Bob", "Cy"})
-            TestDatabase::insert(QStringLiteral("Relationships"), {{QStringLiteral("RelationshipDescription"), QString::fromLatin1(name)}});
+            TestDatabase::insert("Relationships", {{"RelationshipDescription", QString::fromLatin1(name)}});
         Recordset rs;
-        rs.open(QStringLiteral("Relationships"), QStringLiteral("RelationshipID"),
-                QStringLiteral("SELECT * FROM Relationships ORDER BY RelationshipID"));
+        rs.open("Relationships", "RelationshipID", "SELECT * FROM Relationships ORDER BY RelationshipID");
         const int count = rs.recordCount();
         QVERIFY(count >= 3);
         using M = NavigationStrip::Move;
@@ -128,18 +89,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("value");
-        QTest::newRow("whole") << "1234"
-                               << "$1,234.00"
-                               << "1234.00";
-        QTest::newRow("one point only") << "12.5.7"
-                                        << "$12.57"
-                                        << "12.57";
-        QTest::newRow("letters and signs dropped") << "a1-b2,c"
-                                                   << "$12.00"
-                                                   << "12.00";
-        QTest::newRow("empty") << ""
-                               << ""
-                               << "";
+        QTest::newRow("whole") << QStringLiteral("1234") << QStringLiteral("$1,234.00") << QStringLiteral("1234.00");
+        QTest::newRow("one point only") << QStringLiteral("12.5.7") << QStringLiteral("$12.57") << QStringLiteral("12.57");
+        QTest::newRow("letters and signs dropped") << QStringLiteral("a1-b2,c") << QStringLiteral("$12.00") << QStringLiteral("12.00");
+        QTest::newRow("empty") << QString() << QString() << QString();
     }
 
     void amountBoxTakesMoneyOnly()
@@ -220,8 +173,8 @@ private Q_SLOTS:
         const ClientRecordQueries::Source source = ClientRecordQueries::source(kind);
         qint64 ours = 0;
         for (const char *last : {"Ours", "Theirs"}) {
-            const qint64 client = TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QString::fromLatin1(last)}});
-            const qint64 row = TestDatabase::insert(source.table, {{QStringLiteral("ClientID"), client}});
+            const qint64 client = TestDatabase::insert("Client", {{"LastName", QString::fromLatin1(last)}});
+            const qint64 row = TestDatabase::insert(source.table, {{"ClientID", client}});
             if (!ours)
                 ours = client;
             const Query q = ClientRecordQueries::rowsOf(kind, client, form);

@@ -47,9 +47,7 @@ private slots:
     void toolbarFollowsTheWindows_data();
     void toolbarFollowsTheWindows();
     void windowMenuArrangesTheWindows();
-    void startPanelCreatesANewDatabase();
-    void startPanelReopensARecentFile();
-    void startPanelOpensTheDemo();
+    void startPanelOpensNewRecentAndDemo();
     void viewBarFollowsTheViewMenu();
     void helpShowsTheGuideAndItsIndex();
 };
@@ -57,32 +55,14 @@ private slots:
 void TestMainWindow::dataMenusNeedADatabase_data()
 {
     QTest::addColumn<QString>("name");
-    QStringList names = {"mnuFileSave",
-                         "mnuFileDelete",
-                         "mnuFilePrintLabels",
-                         "mnuDataClientSummary",
-                         "mnuDataClientDetails",
-                         "mnuDataClientTable",
-                         "mnuDataVolunteers",
-                         "mnuDataExportClients",
-                         "mnuDataExportVolunteers",
-                         "mnuDataFilter",
-                         "mnuDataSortSortAscending",
-                         "mnuDataSortSortDescending",
-                         "mnuReportsClientDetail",
-                         "mnuReportsClientList",
-                         "mnuReportsDemographics",
-                         "mnuReportsFoodServiceByClient",
-                         "mnuReportsGeographicSummary",
-                         "mnuReportsGroceryLog",
-                         "mnuReportsPaymentHistoryByClient",
-                         "mnuReportsVolunteerDetail",
-                         "mnuReportsVolunteerList",
-                         "mnuToolsOptions",
-                         "ViewBarClientSummary",
-                         "ViewBarClientDetails",
-                         "ViewBarClientTable",
-                         "ViewBarVolunteers"};
+    QStringList names = QStringLiteral("mnuFileSave mnuFileDelete mnuFilePrintLabels mnuDataClientSummary mnuDataClientDetails "
+                                       "mnuDataClientTable mnuDataVolunteers mnuDataExportClients mnuDataExportVolunteers mnuDataFilter "
+                                       "mnuDataSortSortAscending mnuDataSortSortDescending mnuReportsClientDetail mnuReportsClientList "
+                                       "mnuReportsDemographics mnuReportsFoodServiceByClient mnuReportsGeographicSummary "
+                                       "mnuReportsGroceryLog mnuReportsPaymentHistoryByClient mnuReportsVolunteerDetail "
+                                       "mnuReportsVolunteerList mnuToolsOptions ViewBarClientSummary ViewBarClientDetails "
+                                       "ViewBarClientTable ViewBarVolunteers")
+                            .split(QLatin1Char(' '));
     for (const LookupTables::LookupTable &t : LookupTables::all())
         names << QString::fromLatin1(t.menuName);
     for (const QString &name : names)
@@ -105,58 +85,40 @@ void TestMainWindow::dataMenusNeedADatabase()
     QVERIFY(!main.findChild<QDialog *>());
 }
 
-void TestMainWindow::startPanelCreatesANewDatabase()
+// The start panel shows while no database is open: New, the recent files (one gone), the demo.
+void TestMainWindow::startPanelOpensNewRecentAndDemo()
 {
+    TestDatabase db(false);
     frmMain main;
     main.show();
     main.startUp();
     auto *panel = main.findChild<StartPanel *>();
     QVERIFY(panel && panel->isVisible());
     ScriptedPrompts prompts;
-    const QString path = m_dir.filePath(QStringLiteral("pantry.tmdb"));
-    prompts.answerFile(path);
+    const QString made = m_dir.filePath(QStringLiteral("pantry.tmdb"));
+    prompts.answerFile(made);
     QTest::mouseClick(panel->findChild<QPushButton *>(QStringLiteral("cmdNewDatabase")), Qt::LeftButton);
     QCOMPARE(prompts.fileRequests().size(), 1);
     QVERIFY(prompts.fileRequests().first().save);
-    QCOMPARE(main.databasePath(), QFileInfo(path).absoluteFilePath());
+    QCOMPARE(main.databasePath(), QFileInfo(made).absoluteFilePath());
     QVERIFY(basDatabase::IsOpen());
     QVERIFY(!panel->isVisible());
-    main.closeDatabase();
-    QVERIFY(panel->isVisible());
-}
-
-void TestMainWindow::startPanelReopensARecentFile()
-{
-    TestDatabase db(false);
-    const QString gone = m_dir.filePath(QStringLiteral("moved.tmdb"));
-    QVERIFY(QFile::copy(db.path(), gone));
-    frmMain main;
-    main.show();
-    QVERIFY(main.openDatabaseFile(gone, true));
-    QVERIFY(main.openDatabaseFile(db.path(), true));
-    QVERIFY(QFile::remove(gone));
     QVERIFY(main.closeDatabase());
-    auto *panel = main.findChild<StartPanel *>();
+    QVERIFY(panel->isVisible());
+
+    QVERIFY(main.openDatabaseFile(db.path(), true));
+    QVERIFY(QFile::remove(made));
+    QVERIFY(main.closeDatabase());
     QList<QCommandLinkButton *> entries = panel->findChildren<QCommandLinkButton *>(QStringLiteral("cmdRecent"));
     QVERIFY(entries.size() >= 2);
     QCOMPARE(entries.at(0)->property("Path").toString(), db.path());
-    QCOMPARE(entries.at(1)->property("Path").toString(), QFileInfo(gone).absoluteFilePath());
+    QCOMPARE(entries.at(1)->property("Path").toString(), QFileInfo(made).absoluteFilePath());
     QVERIFY(!entries.at(1)->isEnabled());   // the file is not there any more
-    ScriptedPrompts prompts;
     QTest::mouseClick(entries.at(0), Qt::LeftButton);
     QCOMPARE(main.databasePath(), db.path());
-    QVERIFY(prompts.messages().isEmpty());
     main.closeDatabase();
-}
 
-void TestMainWindow::startPanelOpensTheDemo()
-{
     QFile::remove(DemoDatabase::Path());
-    frmMain main;
-    main.show();
-    main.startUp();
-    auto *panel = main.findChild<StartPanel *>();
-    ScriptedPrompts prompts;
     QTest::mouseClick(panel->findChild<QPushButton *>(QStringLiteral("cmdOpenDemo")), Qt::LeftButton);
     QVERIFY(prompts.messages().isEmpty());
     QVERIFY(QFile::exists(DemoDatabase::Path()));

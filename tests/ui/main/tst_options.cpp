@@ -1,33 +1,23 @@
 #include "Backups.h"
-#include "Desk.h"
-#include "ScriptedPrompts.h"
-#include "TestDatabase.h"
-#include "frmMain.h"
+#include "FormTesting.h"
 #include "frmOptions.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSpinBox>
-#include <QTest>
 
 class tst_options : public QObject
 {
     Q_OBJECT
 
 private:
-    using Session = Desk;
-
     static frmOptions *openOptions(frmMain &main)
     {
-        main.findChild<QAction *>(QStringLiteral("mnuToolsOptions"))->trigger();
+        QTest::qWait(0);   // a dialog closed before is deleted first
+        menu(main, "mnuToolsOptions")->trigger();
         auto *dialog = main.findChild<frmOptions *>();
         if (dialog) {
             dialog->activateWindow();
@@ -35,70 +25,57 @@ private:
         }
         return dialog;
     }
-
-    template<typename T> static T *control(QWidget *form, const QString &dataField)
+    template<typename T> static T *control(QWidget *form, const char *dataField)
     {
-        for (T *w : form->findChildren<T *>())
-            if (w->property("DataField").toString() == dataField)
-                return w;
-        return nullptr;
+        return qobject_cast<T *>(fieldOf(form, QLatin1String(dataField)));
     }
-
-    static void retype(QLineEdit *box, const QString &text)
-    {
-        box->setFocus();
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_Backspace);
-        QTest::keyClicks(box, text);
-    }
-
     static void click(QWidget *form, const char *name)
     {
-        form->findChild<QPushButton *>(QString::fromLatin1(name))->click();
+        button(form, name)->click();
         QApplication::processEvents();
+    }
+    static QString organization(const char *column)
+    {
+        return TestDatabase::scalar(QStringLiteral("SELECT %1 FROM Organization").arg(QLatin1String(column))).toString();
+    }
+    static int option(const char *column)
+    {
+        return TestDatabase::scalar(QStringLiteral("SELECT %1 FROM Options").arg(QLatin1String(column))).toInt();
     }
 
 private Q_SLOTS:
     void savesAndReloadsEveryField();
     void overLongNameIsRefusedAndNothingSaved();
-    void emptyNameShowsPlaceholderTitle();
     void missingRowsAreAddedAndCancelWritesNothing();
-    void logoIsChosenThroughTheFileDialog();
-    void backupPlaceAndCountAreKeptForThisComputer();
+    void logoAndBackupPlaceAreChosenThroughTheFileDialog();
 };
 
 void tst_options::savesAndReloadsEveryField()
 {
-    Session s;
+    Desk s;
     frmOptions *dialog = openOptions(s.main);
     QVERIFY(dialog);
     QVERIFY(dialog->isModal() || dialog->windowModality() != Qt::NonModal);
-    QStringList boxes;
-    for (QLineEdit *box : dialog->findChildren<QLineEdit *>(QStringLiteral("txtData")))
-        boxes << box->property("DataField").toString();
-    QCOMPARE(boxes, QStringList({"OrganizationName", "OrganizationAddress", "OrganizationCity", "OrganizationZip", "OrganizationPhone"}));
-
-    retype(control<QLineEdit>(dialog, "OrganizationName"), QStringLiteral("St. Mary's Pantry"));
-    retype(control<QLineEdit>(dialog, "OrganizationAddress"), QStringLiteral("12 O'Neil Street"));
-    retype(control<QLineEdit>(dialog, "OrganizationCity"), QStringLiteral("Austin"));
-    auto *state = control<QComboBox>(dialog, "OrganizationState");
-    state->setCurrentIndex(state->findText(QStringLiteral("TX")));
-    retype(control<QLineEdit>(dialog, "OrganizationZip"), QStringLiteral("78701"));
-    retype(control<QLineEdit>(dialog, "OrganizationPhone"), QStringLiteral("5125551234"));
+    typeInto(dialog, "OrganizationName", "St. Mary's Pantry");
+    typeInto(dialog, "OrganizationAddress", "12 O'Neil Street");
+    typeInto(dialog, "OrganizationCity", "Austin");
+    typeInto(dialog, "OrganizationState", "TX");
+    typeInto(dialog, "OrganizationZip", "78701");
+    typeInto(dialog, "OrganizationPhone", "5125551234");
     control<QCheckBox>(dialog, "ShowNotesTab")->setChecked(false);
     control<QCheckBox>(dialog, "ShowFEMATab")->setChecked(false);
     control<QSpinBox>(dialog, "FoodVisitIntervalDays")->setValue(14);
     click(dialog, "cmdOk");
     QVERIFY(s.prompts.messages().isEmpty());
     QVERIFY(!s.main.findChild<frmOptions *>() || !s.main.findChild<frmOptions *>()->isVisible());
-
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationName FROM Organization").toString(), QStringLiteral("St. Mary's Pantry"));
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationAddress FROM Organization").toString(), QStringLiteral("12 O'Neil Street"));
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationState FROM Organization").toString(), QStringLiteral("TX"));
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationPhone FROM Organization").toString(), QStringLiteral("5125551234"));
-    QCOMPARE(TestDatabase::scalar("SELECT FoodVisitIntervalDays FROM Options").toInt(), 14);
-    QCOMPARE(TestDatabase::scalar("SELECT ShowFEMATab FROM Options").toInt(), 0);
-    QCOMPARE(TestDatabase::scalar("SELECT ShowEmployerTab FROM Options").toInt(), 1);
+    QCOMPARE(
+        TestDatabase::scalar("SELECT OrganizationName || '|' || OrganizationAddress || '|' || OrganizationCity || '|' || OrganizationState"
+                             " || '|' || OrganizationZip || '|' || OrganizationPhone FROM Organization")
+            .toString(),
+        QStringLiteral("St. Mary's Pantry|12 O'Neil Street|Austin|TX|78701|5125551234"));
+    QCOMPARE(option("FoodVisitIntervalDays"), 14);
+    QCOMPARE(option("ShowFEMATab"), 0);
+    QCOMPARE(option("ShowEmployerTab"), 1);
     QCOMPARE(TestDatabase::count("Organization"), 1);
     QCOMPARE(TestDatabase::count("Options"), 1);
 
@@ -108,9 +85,7 @@ void tst_options::savesAndReloadsEveryField()
     QCOMPARE(s.main.optionFlags().showEmployerTab, true);
     QCOMPARE(s.main.optionFlags().showFEMATab, false);
 
-    QTest::qWait(0);   // the closed dialog is deleted
     dialog = openOptions(s.main);
-    QVERIFY(dialog);
     QCOMPARE(control<QLineEdit>(dialog, "OrganizationName")->text(), QStringLiteral("St. Mary's Pantry"));
     QCOMPARE(control<QLineEdit>(dialog, "OrganizationPhone")->text(), QStringLiteral("(512) 555-1234"));
     QCOMPARE(control<QComboBox>(dialog, "OrganizationState")->currentText(), QStringLiteral("TX"));
@@ -118,67 +93,57 @@ void tst_options::savesAndReloadsEveryField()
     QCOMPARE(control<QCheckBox>(dialog, "ShowFormerAddressTab")->isChecked(), true);
     QCOMPARE(control<QSpinBox>(dialog, "FoodVisitIntervalDays")->value(), 14);
     // A partial phone number is refused.
-    retype(control<QLineEdit>(dialog, "OrganizationPhone"), QStringLiteral("51255"));
+    typeInto(dialog, "OrganizationPhone", "51255");
     click(dialog, "cmdApply");
     QCOMPARE(s.prompts.last().title, QStringLiteral("Data Entry Error"));
     QVERIFY(s.prompts.last().text.startsWith(QStringLiteral("Phone ")));
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationPhone FROM Organization").toString(), QStringLiteral("5125551234"));
+    QCOMPARE(organization("OrganizationPhone"), QStringLiteral("5125551234"));
+    // An empty name is stored as none, and the title says so; Apply keeps the dialog open.
+    typeInto(dialog, "OrganizationPhone", "5125551234");
+    typeInto(dialog, "OrganizationName", QString());
+    click(dialog, "cmdApply");
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(s.main.windowTitle(), QStringLiteral("TendMark - [No Organization Name]"));
+    QVERIFY(TestDatabase::scalar("SELECT OrganizationName FROM Organization").isNull());
+    QVERIFY(!button(dialog, "cmdApply")->isEnabled());
 }
 
 void tst_options::overLongNameIsRefusedAndNothingSaved()
 {
-    Session s;
+    Desk s;
     frmOptions *dialog = openOptions(s.main);
     QVERIFY(QTest::qWaitForWindowActive(dialog));
     auto *name = control<QLineEdit>(dialog, "OrganizationName");
-    auto *address = control<QLineEdit>(dialog, "OrganizationAddress");
-    retype(name, QString(101, QLatin1Char('x')));
+    typeInto(name, QString(101, QLatin1Char('x')));
     control<QSpinBox>(dialog, "FoodVisitIntervalDays")->setValue(30);
+    const Prompt::Message tooLong {"Data Entry Error", "Organization Name cannot exceed 100 characters.", Prompt::Icon::Exclamation,
+                                   Prompt::Ok};
 
     // Leaving the box says why and keeps the focus there.
-    address->setFocus();
+    control<QLineEdit>(dialog, "OrganizationAddress")->setFocus();
     QApplication::processEvents();
-    QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(s.prompts.last().title, QStringLiteral("Data Entry Error"));
-    QCOMPARE(s.prompts.last().text, QStringLiteral("Organization Name cannot exceed 100 characters."));
-    QCOMPARE(s.prompts.last().icon, Prompt::Icon::Exclamation);
+    QCOMPARE(s.prompts.messages(), QList<Prompt::Message> {tooLong});
     QCOMPARE(QApplication::focusWidget(), name);
 
     // OK refuses it too, once, and writes nothing: not even the valid interval.
     s.prompts.clear();
     click(dialog, "cmdOk");
-    QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(s.prompts.last().text, QStringLiteral("Organization Name cannot exceed 100 characters."));
+    QCOMPARE(s.prompts.messages(), QList<Prompt::Message> {tooLong});
     QVERIFY(dialog->isVisible());
     QVERIFY(TestDatabase::scalar("SELECT OrganizationName FROM Organization").isNull());
-    QCOMPARE(TestDatabase::scalar("SELECT FoodVisitIntervalDays FROM Options").toInt(), 0);
+    QCOMPARE(option("FoodVisitIntervalDays"), 0);
 
     // Exactly the column's size is accepted.
-    retype(name, QString(100, QLatin1Char('y')));
+    typeInto(name, QString(100, QLatin1Char('y')));
     click(dialog, "cmdOk");
     QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(TestDatabase::scalar("SELECT length(OrganizationName) FROM Organization").toInt(), 100);
-    QCOMPARE(TestDatabase::scalar("SELECT FoodVisitIntervalDays FROM Options").toInt(), 30);
-}
-
-void tst_options::emptyNameShowsPlaceholderTitle()
-{
-    Session s;
-    TestDatabase::scalar("UPDATE Organization SET OrganizationName = 'Hope Center'");
-    s.main.DisplayOrganizationName();
-    QCOMPARE(s.main.windowTitle(), QStringLiteral("TendMark - Hope Center"));
-    frmOptions *dialog = openOptions(s.main);
-    retype(control<QLineEdit>(dialog, "OrganizationName"), QString());
-    click(dialog, "cmdApply");
-    QVERIFY(dialog->isVisible());   // Apply stays open
-    QCOMPARE(s.main.windowTitle(), QStringLiteral("TendMark - [No Organization Name]"));
-    QVERIFY(TestDatabase::scalar("SELECT OrganizationName FROM Organization").isNull());
-    QVERIFY(!dialog->findChild<QPushButton *>(QStringLiteral("cmdApply"))->isEnabled());
+    QCOMPARE(organization("OrganizationName").size(), 100);
+    QCOMPARE(option("FoodVisitIntervalDays"), 30);
 }
 
 void tst_options::missingRowsAreAddedAndCancelWritesNothing()
 {
-    Session s;
+    Desk s;
     TestDatabase::scalar("DELETE FROM Organization");
     TestDatabase::scalar("DELETE FROM Options");
     s.main.refreshOptionFlags();
@@ -188,27 +153,26 @@ void tst_options::missingRowsAreAddedAndCancelWritesNothing()
     for (QCheckBox *check : dialog->findChildren<QCheckBox *>(QStringLiteral("chkData")))
         QVERIFY2(check->isChecked(), qPrintable(check->text()));
     QCOMPARE(dialog->findChildren<QCheckBox *>(QStringLiteral("chkData")).size(), 9);
-    retype(control<QLineEdit>(dialog, "OrganizationName"), QStringLiteral("Not Saved"));
+    typeInto(dialog, "OrganizationName", "Not Saved");
     click(dialog, "cmdCancel");
     QCOMPARE(TestDatabase::count("Organization"), 0);
     QCOMPARE(TestDatabase::count("Options"), 0);
 
-    QTest::qWait(0);
     dialog = openOptions(s.main);
-    retype(control<QLineEdit>(dialog, "OrganizationName"), QStringLiteral("Food Bank"));
+    typeInto(dialog, "OrganizationName", "Food Bank");
     control<QCheckBox>(dialog, "ShowHealthMedicalTab")->setChecked(false);
     click(dialog, "cmdOk");
     QCOMPARE(TestDatabase::count("Organization"), 1);
     QCOMPARE(TestDatabase::count("Options"), 1);
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationName FROM Organization").toString(), QStringLiteral("Food Bank"));
-    QCOMPARE(TestDatabase::scalar("SELECT ShowHealthMedicalTab FROM Options").toInt(), 0);
+    QCOMPARE(organization("OrganizationName"), QStringLiteral("Food Bank"));
+    QCOMPARE(option("ShowHealthMedicalTab"), 0);
     QCOMPARE(s.main.optionFlags().showHealthMedicalTab, false);
     QCOMPARE(s.main.optionFlags().showIncomeExpensesTab, true);
 }
 
-void tst_options::logoIsChosenThroughTheFileDialog()
+void tst_options::logoAndBackupPlaceAreChosenThroughTheFileDialog()
 {
-    Session s;
+    Desk s;
     const QString picture = s.db.folder() + QStringLiteral("/logo.png");
     QImage image(40, 20, QImage::Format_RGB32);
     image.fill(Qt::darkGreen);
@@ -224,37 +188,28 @@ void tst_options::logoIsChosenThroughTheFileDialog()
 
     // A file that is no picture is refused and the logo stays.
     const QString text = s.db.folder() + QStringLiteral("/notes.png");
-    QFile f(text);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write("not a picture");
-    f.close();
+    QVERIFY(TestDatabase::writeFile(text, "not a picture"));
     s.prompts.answerFile(text);
     click(dialog, "cmdBrowse");
     QCOMPARE(s.prompts.last().title, QStringLiteral("Select Organization Logo"));
     QCOMPARE(s.prompts.last().icon, Prompt::Icon::Exclamation);
 
-    click(dialog, "cmdOk");
-    QCOMPARE(TestDatabase::scalar("SELECT OrganizationLogo FROM Organization").toString(), picture);
-}
-
-void tst_options::backupPlaceAndCountAreKeptForThisComputer()
-{
-    Session s;
+    // The backup place and count are kept for this computer, not in the database.
     const QString folder = s.db.folder() + QStringLiteral("/usb");
     QVERIFY(QDir().mkpath(folder));
-    frmOptions *dialog = openOptions(s.main);
     s.prompts.answerFile(folder);
     click(dialog, "cmdBackupFolder");
     QVERIFY(s.prompts.fileRequests().last().folder);
     dialog->findChild<QSpinBox *>(QStringLiteral("spnBackupsToKeep"))->setValue(3);
     click(dialog, "cmdOk");
+    QCOMPARE(organization("OrganizationLogo"), picture);
     QCOMPARE(QDir(Backups::Folder(s.db.path())), QDir(folder));
     QCOMPARE(Backups::KeepLast(), 3);
 
     // Cleared, the backups go beside the database again.
     dialog = openOptions(s.main);
     QCOMPARE(dialog->findChild<QSpinBox *>(QStringLiteral("spnBackupsToKeep"))->value(), 3);
-    retype(dialog->findChild<QLineEdit *>(QStringLiteral("txtBackupFolder")), QString());
+    typeInto(dialog->findChild<QLineEdit *>(QStringLiteral("txtBackupFolder")), QString());
     click(dialog, "cmdOk");
     QCOMPARE(Backups::Folder(s.db.path()), QFileInfo(s.db.path()).absoluteDir().filePath(QStringLiteral("backups")));
 }

@@ -12,8 +12,6 @@
 #include <QLineEdit>
 #include <QCheckBox>
 #include <QDateEdit>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTableWidget>
 #include <QTest>
 
@@ -21,43 +19,18 @@ namespace {
 
 int clientsNamed(const QString &lastName)
 {
-    return TestDatabase::count(QStringLiteral("Client"), QStringLiteral("LastName = ?"), {lastName});
+    return TestDatabase::count("Client", "LastName = ?", {lastName});
 }
 
 // A database of 300 clients, opened once in the window (which backs it up) and closed again.
 QString pantryWithBackup(Desk &d, const QString &name)
 {
-    const QString path = d.db.folder() + QLatin1Char('/') + name;
-    QString error;
-    if (!Schema::CreateDatabase(path, false, &error) || !d.main.openDatabaseFile(path, true))
-        qFatal("%s", qPrintable(error));
-    basDatabase::Execute(QStringLiteral("BEGIN"));
-    for (int i = 0; i < 300; ++i)
-        TestDatabase::insert(QStringLiteral("Client"), {{"LastName", QStringLiteral("Row%1").arg(i)}, {"Comments", QString(300, 'c')}});
-    basDatabase::Execute(QStringLiteral("COMMIT"));
+    d.main.closeDatabase();
+    const QString path = TestDatabase::filledFile(d.db.folder() + QLatin1Char('/') + name);
+    if (!d.main.openDatabaseFile(path, true))
+        qFatal("cannot open %s", qPrintable(path));
     d.main.closeDatabase();
     return path;
-}
-
-void scribble(const QString &path)
-{
-    QFile f(path);
-    f.open(QIODevice::ReadWrite);
-    for (qint64 page = f.size() / 4096 / 2; page * 4096 < f.size(); page += 8) {
-        f.seek(page * 4096);
-        f.write(QByteArray(64, '\xA5'));
-    }
-}
-
-void dropVolunteerTable(const QString &path)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("alter"));
-        db.setDatabaseName(path);
-        db.open();
-        QSqlQuery(db).exec(QStringLiteral("DROP TABLE Volunteer"));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("alter"));
 }
 
 }   // namespace
@@ -70,7 +43,7 @@ private Q_SLOTS:
     void backupAuditAndRestoreBringBackADeletedClient()
     {
         Desk d;
-        const qint64 id = TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Keeper"}, {"FirstName", "Ann"}});
+        const qint64 id = TestDatabase::insert("Client", {{"LastName", "Keeper"}, {"FirstName", "Ann"}});
         const int before = int(Backups::List(d.db.path()).size());
         d.main.findChild<QAction *>(QStringLiteral("mnuFileBackupNow"))->trigger();
         QCOMPARE(d.prompts.last().title, QStringLiteral("Backup Now"));
@@ -78,7 +51,7 @@ private Q_SLOTS:
         QVERIFY2(d.prompts.last().text.contains(QDir::toNativeSeparators(made)), qPrintable(d.prompts.last().text));
         QCOMPARE(int(Backups::List(d.db.path()).size()), before + 1);
 
-        basDatabase::Execute(QStringLiteral("DELETE FROM Client WHERE ClientID = ?"), {id});
+        basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {id});
         QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
 
         auto *audit = d.open<frmAuditLog>("mnuToolsAuditLog");
@@ -134,7 +107,10 @@ private Q_SLOTS:
         QFETCH(int, clientsAfter);
         Desk d;
         const QString path = pantryWithBackup(d, QStringLiteral("pantry.tmdb"));
-        damaged ? scribble(path) : dropVolunteerTable(path);
+        if (damaged)
+            TestDatabase::scribble(path);
+        else
+            QVERIFY(TestDatabase::onFile(path, {"DROP TABLE Volunteer"}).isValid());
         const QByteArray before = TestDatabase::fileHash(path);
         const QString rescued = d.db.folder() + QStringLiteral("/rescued.tmdb");
         d.prompts.clear();
@@ -169,11 +145,11 @@ private Q_SLOTS:
             return;
         }
         QCOMPARE(d.main.databasePath(), rescued);
-        const int clients = TestDatabase::count(QStringLiteral("Client"));
+        const int clients = TestDatabase::count("Client");
         if (clientsAfter > 0)
             QCOMPARE(clients, clientsAfter);
         else
-            QVERIFY2(clients > 0 && clients < 300 && d.prompts.titles().count(QStringLiteral("Damaged Database")) == 2,
+            QVERIFY2(clients > 0 && clients < 300 && d.prompts.titles().count("Damaged Database") == 2,
                      qPrintable(d.prompts.titles().join('|')));
     }
 

@@ -84,21 +84,16 @@ private:
     }
 
 private Q_SLOTS:
-    void showsTheTableWithANewRecordRow();
-    void itemsInUseAreNotDeleted_data();
+    void showsTheTableAndEditsInPlace();
     void itemsInUseAreNotDeleted();
     void deleteConfirmsAndKeepsOtherEdits();
-    void halfFilledNewRowWritesNothing();
-    void tabAndEscapeInTheEditBox();
+    void zipCodesNeedEveryFieldAndTakeTheStateFromTheList();
     void editedCellsAreValidated();
-    void changesAndNewRowSaveTogether();
-    void aFailedWriteLeavesTheTableAsItWas();
-    void zipCodeStateIsChosenFromTheListAndZipIsAlwaysDeletable();
+    void saveWritesChangesAndNewRowsTogetherOrNothing();
     void closingWithPendingEditsAsks();
-    void aRowGoneFromTheTableIsReportedWhenChosen();
 };
 
-void tst_tablegrid::showsTheTableWithANewRecordRow()
+void tst_tablegrid::showsTheTableAndEditsInPlace()
 {
     Session s;
     Editor e = open(s.main, "mnuToolsTablesEducationLevel");
@@ -127,6 +122,21 @@ void tst_tablegrid::showsTheTableWithANewRecordRow()
     QApplication::processEvents();
     QCOMPARE(e.txt()->width(), narrow + 120);
     QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(0, 2)));
+
+    // Tab in the last column stays there.
+    e.type(0, 2, QStringLiteral("Changed"));
+    QVERIFY(e.form->DataChanged());
+    e.key(Qt::Key_Tab);
+    QCOMPARE(e.grid->currentIndex(), e.model->index(0, 2));
+    QVERIFY(e.txt());
+    // Escape puts back the text the cell had when it was entered, and does not close the window.
+    e.type(1, 2, QStringLiteral("Oops"));
+    e.key(Qt::Key_Escape);
+    QCOMPARE(e.text(1, 2), firstDescription("EducationLevel", "EducationLevelDescription", 1));
+    QVERIFY(!e.txt());
+    QVERIFY(e.form->isVisible());
+    QCOMPARE(e.text(0, 2), QStringLiteral("Changed"));
+    QVERIFY(s.prompts.messages().isEmpty());
     e.enter(e.newRow(), 2);
     QVERIFY(!e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"))->isEnabled());
 
@@ -136,50 +146,27 @@ void tst_tablegrid::showsTheTableWithANewRecordRow()
     QCOMPARE(s.main.mdiArea()->subWindowList().size(), 2);
 }
 
-void tst_tablegrid::itemsInUseAreNotDeleted_data()
-{
-    QTest::addColumn<QString>("menu");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("keyColumn");
-    QTest::addColumn<QString>("referringTable");
-    QTest::newRow("food service type used by a food service") << "mnuToolsTablesFoodServiceTypes"
-                                                              << "FoodServiceTypes"
-                                                              << "FoodServiceTypeID"
-                                                              << "FoodService";
-    QTest::newRow("education level used only by a family member") << "mnuToolsTablesEducationLevel"
-                                                                  << "EducationLevel"
-                                                                  << "EducationLevelID"
-                                                                  << "Family";
-    QTest::newRow("expense category used by an expense") << "mnuToolsTablesExpenseCategories"
-                                                         << "ExpenseCategories"
-                                                         << "ExpenseCategoryID"
-                                                         << "Expenses";
-}
-
+// An item that records refer to stays, and the user is told why. Which columns refer to which
+// lookup table is checked for every reference in tst_lookuptables; here, an expense category.
 void tst_tablegrid::itemsInUseAreNotDeleted()
 {
-    QFETCH(QString, menu);
-    QFETCH(QString, table);
-    QFETCH(QString, keyColumn);
-    QFETCH(QString, referringTable);
     Session s;
-    const qint64 key = TestDatabase::scalar(QStringLiteral("SELECT MAX(%1) FROM %2").arg(keyColumn, table)).toLongLong();
-    TestDatabase::insert(referringTable, {{"ClientID", someClient()}, {keyColumn, key}});
-    const int before = TestDatabase::count(table);
+    const qint64 key = TestDatabase::scalar("SELECT MAX(ExpenseCategoryID) FROM ExpenseCategories").toLongLong();
+    TestDatabase::insert("Expenses", {{"ClientID", someClient()}, {"ExpenseCategoryID", key}});
+    const int before = TestDatabase::count("ExpenseCategories");
 
-    Editor e = open(s.main, qPrintable(menu));
+    Editor e = open(s.main, "mnuToolsTablesExpenseCategories");
     const int row = e.newRow() - 1;
     QCOMPARE(e.text(row, 1).toLongLong(), key);
     e.enter(row, 1);
     s.prompts.answer(Prompt::Yes);   // would confirm, were it asked
     e.click("cmdDelete");
-    QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(s.prompts.last(),
-             (Prompt::Message {"Delete Record",
-                               "This item is currently in use in the database.\r\n"
-                               "You must change all references to this item before it can be deleted.",
-                               Prompt::Icon::Exclamation, Prompt::Ok}));
-    QCOMPARE(TestDatabase::count(table), before);
+    QCOMPARE(s.prompts.messages(),
+             (QList<Prompt::Message> {{"Delete Record",
+                                       "This item is currently in use in the database.\r\n"
+                                       "You must change all references to this item before it can be deleted.",
+                                       Prompt::Icon::Exclamation, Prompt::Ok}}));
+    QCOMPARE(TestDatabase::count("ExpenseCategories"), before);
     QCOMPARE(e.text(row, 1).toLongLong(), key);
 }
 
@@ -187,7 +174,14 @@ void tst_tablegrid::deleteConfirmsAndKeepsOtherEdits()
 {
     Session s;
     const qint64 key = TestDatabase::insert("FoodServiceTypes", {{"FoodServiceTypeDescription", "Holiday Box"}});
+    const qint64 gone = TestDatabase::insert("FoodServiceTypes", {{"FoodServiceTypeDescription", "Gone Box"}});
     Editor e = open(s.main, "mnuToolsTablesFoodServiceTypes");
+    // A row deleted elsewhere is reported once chosen; moving within the row says nothing more.
+    basDatabase::Execute(QStringLiteral("DELETE FROM FoodServiceTypes WHERE FoodServiceTypeID = ?"), {gone});
+    e.enter(e.rowOf(QStringLiteral("Gone Box")), 2);
+    e.enter(e.rowOf(QStringLiteral("Gone Box")), 1);
+    QCOMPARE(s.prompts.messages(),
+             (QList<Prompt::Message> {{"Application Error", "Error locating record in database.", Prompt::Icon::Critical, Prompt::Ok}}));
     auto *save = e.form->findChild<QPushButton *>(QStringLiteral("cmdSave"));
     auto *del = e.form->findChild<QPushButton *>(QStringLiteral("cmdDelete"));
     const int rows = e.model->rowCount();
@@ -218,55 +212,58 @@ void tst_tablegrid::deleteConfirmsAndKeepsOtherEdits()
     QVERIFY(save->isEnabled());
     e.click("cmdSave");
     QCOMPARE(e.status(), QStringLiteral("Records updated."));
-    QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeDescription = ?", {QStringLiteral("Renamed Box")}), 1);
+    QCOMPARE(TestDatabase::count("FoodServiceTypes", "FoodServiceTypeDescription = ?", {"Renamed Box"}), 1);
     QVERIFY(!save->isEnabled());
 }
 
-void tst_tablegrid::halfFilledNewRowWritesNothing()
+void tst_tablegrid::zipCodesNeedEveryFieldAndTakeTheStateFromTheList()
 {
     Session s;
-    const qint64 key = TestDatabase::insert("ZipCode", {{"ZipCode", "78701"}, {"City", "Austin"}, {"State", "TX"}});
+    const qint64 key = TestDatabase::insert("ZipCode", {{"ZipCode", "73301"}, {"City", "Austin"}, {"State", "OK"}});
     const int before = TestDatabase::count("ZipCode");
     Editor e = open(s.main, "mnuToolsTablesZipCodes");
-    const int row = e.rowOf(QStringLiteral("78701"));
-    e.type(row, 3, QStringLiteral("Austin City"));
+    QCOMPARE(e.model->columnCount(), 5);
+    const int row = e.rowOf(QStringLiteral("73301"));
+    QCOMPARE(e.text(row, 3), QStringLiteral("Austin"));
+    e.enter(row, 4);
+    QVERIFY(e.cbo());
+    QVERIFY(!e.txt());
+    QCOMPARE(e.cbo()->currentText(), QStringLiteral("OK"));
+    e.cbo()->setCurrentIndex(e.cbo()->findText(QStringLiteral("TX")));
+    QCOMPARE(e.text(row, 4), QStringLiteral("TX"));
     e.key(Qt::Key_Return);
-    e.type(e.newRow(), 2, QStringLiteral("78702"));
+    QVERIFY(!e.cbo());
+
+    // A half-filled new row is refused and nothing is written, the typing left to finish.
+    e.type(e.newRow(), 2, QStringLiteral("73344"));
     e.key(Qt::Key_Tab);
     QCOMPARE(e.grid->currentIndex().column(), 3);
     QCOMPARE(e.txt()->geometry(), e.grid->visualRect(e.model->index(e.newRow(), 3)));
     QTest::keyClicks(e.txt(), QStringLiteral("Austin"));
     e.click("cmdSave");
-
     QCOMPARE(s.prompts.last(),
              (Prompt::Message {"Required Fields Missing", "Fields cannot be empty on new record.", Prompt::Icon::Exclamation, Prompt::Ok}));
     QCOMPARE(TestDatabase::count("ZipCode"), before);
-    QCOMPARE(TestDatabase::scalar("SELECT City FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("Austin"));
-    // The typing is still there to finish.
-    QCOMPARE(e.text(row, 3), QStringLiteral("Austin City"));
-    QCOMPARE(e.text(e.newRow(), 2), QStringLiteral("78702"));
+    QCOMPARE(TestDatabase::scalar("SELECT State FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("OK"));
+    QCOMPARE(e.text(row, 4), QStringLiteral("TX"));
+    QCOMPARE(e.text(e.newRow(), 2), QStringLiteral("73344"));
     QVERIFY(e.form->DataChanged());
-}
 
-void tst_tablegrid::tabAndEscapeInTheEditBox()
-{
-    Session s;
-    Editor e = open(s.main, "mnuToolsTablesEducationLevel");
-    // Tab in the last column stays there.
-    e.type(0, 2, QStringLiteral("Changed"));
-    QVERIFY(e.form->DataChanged());
-    e.key(Qt::Key_Tab);
-    QCOMPARE(e.grid->currentIndex(), e.model->index(0, 2));
-    QVERIFY(e.txt());
+    // Finished with a state from the list, both rows are written.
+    e.enter(e.newRow(), 4);
+    QVERIFY(e.cbo());
+    e.cbo()->setCurrentIndex(e.cbo()->findText(QStringLiteral("TX")));
+    e.click("cmdSave");
+    QCOMPARE(TestDatabase::scalar("SELECT State FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("TX"));
+    QCOMPARE(TestDatabase::count("ZipCode", "ZipCode = '73344' AND City = 'Austin' AND State = 'TX'"), 1);
 
-    // Escape puts back the text the cell had when it was entered, and does not close the window.
-    e.type(1, 2, QStringLiteral("Oops"));
-    e.key(Qt::Key_Escape);
-    QCOMPARE(e.text(1, 2), firstDescription("EducationLevel", "EducationLevelDescription", 1));
-    QVERIFY(!e.txt());
-    QVERIFY(e.form->isVisible());
-    QCOMPARE(e.text(0, 2), QStringLiteral("Changed"));
-    QVERIFY(s.prompts.messages().isEmpty());
+    // A zip code a client lives in is still deletable: clients keep their own copy.
+    TestDatabase::insert("Client", {{"LastName", "Doe"}, {"ZipCode", "73301"}, {"City", "Austin"}, {"State", "TX"}});
+    e.enter(e.rowOf(QStringLiteral("73301")), 1);
+    s.prompts.answer(Prompt::Yes);
+    e.click("cmdDelete");
+    QCOMPARE(s.prompts.last().text, QStringLiteral("Are you sure you want to delete '73301'?"));
+    QCOMPARE(TestDatabase::count("ZipCode", "ZipCodeID = ?", {key}), 0);
 }
 
 void tst_tablegrid::editedCellsAreValidated()
@@ -293,23 +290,35 @@ void tst_tablegrid::editedCellsAreValidated()
     QCOMPARE(TestDatabase::count("Housing", "length(HousingDescription) > 50"), 0);
 }
 
-void tst_tablegrid::changesAndNewRowSaveTogether()
+// A change and a new row are written together, or, when the database refuses, neither.
+void tst_tablegrid::saveWritesChangesAndNewRowsTogetherOrNothing()
 {
     Session s;
     const int before = TestDatabase::count("Relationships");
+    const QString firstBefore = firstDescription("Relationships", "RelationshipDescription");
+    TestDatabase::scalar("CREATE TEMP TRIGGER refuse BEFORE INSERT ON Relationships BEGIN SELECT RAISE(ABORT, 'refused'); END");
     Editor e = open(s.main, "mnuToolsTablesRelationships");
     e.type(0, 2, QStringLiteral("O'Brien's Kin"));
     e.key(Qt::Key_Return);
     e.type(e.newRow(), 2, QStringLiteral("Mother's Partner"));
     e.click("cmdSave");
+    QCOMPARE(s.prompts.last().title, QStringLiteral("Application Error"));
+    QCOMPARE(TestDatabase::count("Relationships"), before);
+    QCOMPARE(firstDescription("Relationships", "RelationshipDescription"), firstBefore);
+    QVERIFY(e.form->DataChanged());
+    QCOMPARE(e.text(0, 2), QStringLiteral("O'Brien's Kin"));
 
+    // Once the obstacle is gone the same Save goes through.
+    TestDatabase::scalar("DROP TRIGGER refuse");
+    s.prompts.clear();
+    e.click("cmdSave");
     QVERIFY2(s.prompts.messages().isEmpty(), qPrintable(s.prompts.last().text));
     QCOMPARE(e.status(), QStringLiteral("Records updated."));
     QCOMPARE(TestDatabase::count("Relationships"), before + 1);
     QCOMPARE(firstDescription("Relationships", "RelationshipDescription"), QStringLiteral("O'Brien's Kin"));
-    const qint64 added = TestDatabase::scalar("SELECT RelationshipID FROM Relationships WHERE RelationshipDescription = ?",
-                                              {QStringLiteral("Mother's Partner")})
-                             .toLongLong();
+    const qint64 added
+        = TestDatabase::scalar("SELECT RelationshipID FROM Relationships WHERE RelationshipDescription = ?", {"Mother's Partner"})
+              .toLongLong();
     QVERIFY(added > 0);
     // The grid is read again: the new row has its key and a fresh new-record row follows.
     QCOMPARE(e.model->rowCount(), before + 2);
@@ -317,70 +326,6 @@ void tst_tablegrid::changesAndNewRowSaveTogether()
     QCOMPARE(e.text(e.newRow(), 2), QString());
     QVERIFY(!e.form->DataChanged());
     QVERIFY(!e.form->findChild<QPushButton *>(QStringLiteral("cmdSave"))->isEnabled());
-}
-
-void tst_tablegrid::aFailedWriteLeavesTheTableAsItWas()
-{
-    Session s;
-    const QString firstBefore = firstDescription("IncomeSources", "IncomeSourceDescription");
-    const int before = TestDatabase::count("IncomeSources");
-    TestDatabase::scalar("CREATE TEMP TRIGGER refuseIncome BEFORE INSERT ON IncomeSources BEGIN SELECT RAISE(ABORT, 'refused'); END");
-    Editor e = open(s.main, "mnuToolsTablesIncomeSources");
-    e.type(0, 2, QStringLiteral("Changed First"));
-    e.key(Qt::Key_Return);
-    e.type(e.newRow(), 2, QStringLiteral("Lottery"));
-    e.key(Qt::Key_Return);
-    e.click("cmdSave");
-
-    QCOMPARE(s.prompts.last().title, QStringLiteral("Application Error"));
-    QCOMPARE(TestDatabase::count("IncomeSources"), before);
-    QCOMPARE(firstDescription("IncomeSources", "IncomeSourceDescription"), firstBefore);
-    QVERIFY(e.form->DataChanged());
-    QCOMPARE(e.text(0, 2), QStringLiteral("Changed First"));
-
-    // Once the obstacle is gone the same Save goes through.
-    TestDatabase::scalar("DROP TRIGGER refuseIncome");
-    e.click("cmdSave");
-    QCOMPARE(TestDatabase::count("IncomeSources"), before + 1);
-    QCOMPARE(firstDescription("IncomeSources", "IncomeSourceDescription"), QStringLiteral("Changed First"));
-}
-
-void tst_tablegrid::zipCodeStateIsChosenFromTheListAndZipIsAlwaysDeletable()
-{
-    Session s;
-    const qint64 key = TestDatabase::insert("ZipCode", {{"ZipCode", "73301"}, {"City", "Austin"}, {"State", "OK"}});
-    Editor e = open(s.main, "mnuToolsTablesZipCodes");
-    QCOMPARE(e.model->columnCount(), 5);
-    const int row = e.rowOf(QStringLiteral("73301"));
-    QCOMPARE(e.text(row, 3), QStringLiteral("Austin"));
-    e.enter(row, 4);
-    QVERIFY(e.cbo());
-    QVERIFY(!e.txt());
-    QCOMPARE(e.cbo()->currentText(), QStringLiteral("OK"));
-    e.cbo()->setCurrentIndex(e.cbo()->findText(QStringLiteral("TX")));
-    QCOMPARE(e.text(row, 4), QStringLiteral("TX"));
-    e.key(Qt::Key_Return);
-    QVERIFY(!e.cbo());
-    e.click("cmdSave");
-    QCOMPARE(TestDatabase::scalar("SELECT State FROM ZipCode WHERE ZipCodeID = ?", {key}).toString(), QStringLiteral("TX"));
-
-    // A complete new zip code row, state from the list.
-    e.type(e.newRow(), 2, QStringLiteral("73344"));
-    e.key(Qt::Key_Tab);
-    QTest::keyClicks(e.txt(), QStringLiteral("Austin"));
-    e.key(Qt::Key_Tab);
-    QVERIFY(e.cbo());
-    e.cbo()->setCurrentIndex(e.cbo()->findText(QStringLiteral("TX")));
-    e.click("cmdSave");
-    QCOMPARE(TestDatabase::count("ZipCode", "ZipCode = '73344' AND City = 'Austin' AND State = 'TX'"), 1);
-
-    // A zip code a client lives in is still deletable: clients keep their own copy.
-    TestDatabase::insert("Client", {{"LastName", "Doe"}, {"ZipCode", "73301"}, {"City", "Austin"}, {"State", "TX"}});
-    e.enter(e.rowOf(QStringLiteral("73301")), 1);
-    s.prompts.answer(Prompt::Yes);
-    e.click("cmdDelete");
-    QCOMPARE(s.prompts.last().text, QStringLiteral("Are you sure you want to delete '73301'?"));
-    QCOMPARE(TestDatabase::count("ZipCode", "ZipCodeID = ?", {key}), 0);
 }
 
 void tst_tablegrid::closingWithPendingEditsAsks()
@@ -405,22 +350,6 @@ void tst_tablegrid::closingWithPendingEditsAsks()
     QVERIFY(form.isNull());
     QCOMPARE(firstDescription("MaritalStatus", "MaritalStatusDescription"), first);
     QCOMPARE(s.main.openChildCount(), 0);
-}
-
-void tst_tablegrid::aRowGoneFromTheTableIsReportedWhenChosen()
-{
-    Session s;
-    const qint64 key = TestDatabase::insert("FoodServiceTypes", {{"FoodServiceTypeDescription", "Holiday Box"}});
-    Editor e = open(s.main, "mnuToolsTablesFoodServiceTypes");
-    const int row = e.rowOf(QStringLiteral("Holiday Box"));
-    basDatabase::Execute(QStringLiteral("DELETE FROM FoodServiceTypes WHERE FoodServiceTypeID = ?"), {key});
-    e.enter(row, 2);
-    QCOMPARE(s.prompts.messages().size(), 1);
-    QCOMPARE(s.prompts.last(),
-             (Prompt::Message {"Application Error", "Error locating record in database.", Prompt::Icon::Critical, Prompt::Ok}));
-    // Moving within the row says nothing more.
-    e.enter(row, 1);
-    QCOMPARE(s.prompts.messages().size(), 1);
 }
 
 QTEST_MAIN(tst_tablegrid)
