@@ -41,3 +41,8 @@ std::optional<QFont> LoggedPrompts::font(const QString &title, const QFont &)
     write(QStringLiteral("font"), title, {});
     return std::nullopt;
 }
+
+void LoggedPrompts::preview(const Prompt::PreviewRequest &r)
+{
+    write(QStringLiteral("preview"), r.caption, r.pdfName);
+}

@@ -21,6 +21,7 @@ public:
     QString fileName(const FileRequest &) override { return {}; }
     std::optional<QString> pick(const PickRequest &) override { return std::nullopt; }
     std::optional<QFont> font(const QString &, const QFont &) override { return std::nullopt; }
+    void preview(const PreviewRequest &) override { }
 };
 
 QuietHandler quiet;
@@ -81,6 +82,11 @@ std::optional<QString> pick(const PickRequest &request)
 std::optional<QFont> font(const QString &title, const QFont &initial)
 {
     return current->font(title, initial);
+}
+
+void preview(const PreviewRequest &request)
+{
+    current->preview(request);
 }
 
 }   // namespace Prompt

@@ -3,9 +3,13 @@
 #include "Query.h"
 
 #include <QFont>
+#include <QPageLayout>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <optional>
+
+class QPagedPaintDevice;
 
 // The one seam for every modal interaction. The program installs a handler that
 // shows real dialogs; tests install one that records each request and answers
@@ -44,6 +48,18 @@ struct PickRequest
     Query query;
 };
 
+// A print preview of pages drawn on demand, from which the user prints them or
+// saves them as a PDF file. Both calls return false when drawing failed or was
+// cancelled (and have said why to the user).
+struct PreviewRequest
+{
+    QString caption;   // the preview window's caption
+    QString pdfName;   // the file name offered when saving as PDF
+    QPageLayout pageLayout;
+    std::function<bool(QPagedPaintDevice *device)> paint;
+    std::function<bool(const QString &path)> savePdf;
+};
+
 class Handler
 {
 public:
@@ -52,6 +68,7 @@ public:
     virtual QString fileName(const FileRequest &r) = 0;   // empty when cancelled
     virtual std::optional<QString> pick(const PickRequest &r) = 0;   // the chosen key; none on Cancel
     virtual std::optional<QFont> font(const QString &title, const QFont &initial) = 0;
+    virtual void preview(const PreviewRequest &r) = 0;   // returns when the preview is closed
 };
 
 // Installs the handler used from now on (not owned); nullptr restores the quiet default.
@@ -65,5 +82,6 @@ QString saveFileName(const QString &title, const QString &filter, const QString 
 QString folderName(const QString &title, const QString &directory = {});
 std::optional<QString> pick(const PickRequest &request);
 std::optional<QFont> font(const QString &title, const QFont &initial);
+void preview(const PreviewRequest &request);
 
 }   // namespace Prompt

@@ -23,6 +23,7 @@ void ScriptedPrompts::clear()
     m_messages.clear();
     m_fileRequests.clear();
     m_pickRequests.clear();
+    m_previews.clear();
 }
 
 int ScriptedPrompts::message(const Prompt::Message &m)
@@ -52,4 +53,9 @@ std::optional<QString> ScriptedPrompts::pick(const Prompt::PickRequest &r)
 std::optional<QFont> ScriptedPrompts::font(const QString &, const QFont &)
 {
     return std::nullopt;
+}
+
+void ScriptedPrompts::preview(const Prompt::PreviewRequest &r)
+{
+    m_previews << r;
 }

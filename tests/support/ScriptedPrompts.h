@@ -20,6 +20,8 @@ public:
     const QList<Prompt::Message> &messages() const { return m_messages; }
     const QList<Prompt::FileRequest> &fileRequests() const { return m_fileRequests; }
     const QList<Prompt::PickRequest> &pickRequests() const { return m_pickRequests; }
+    // Previews are recorded and closed at once; their pages can still be saved afterwards.
+    const QList<Prompt::PreviewRequest> &previews() const { return m_previews; }
     Prompt::Message last() const { return m_messages.isEmpty() ? Prompt::Message {} : m_messages.last(); }
     QStringList titles() const;
     void clear();
@@ -28,6 +30,7 @@ public:
     QString fileName(const Prompt::FileRequest &r) override;
     std::optional<QString> pick(const Prompt::PickRequest &r) override;
     std::optional<QFont> font(const QString &title, const QFont &initial) override;
+    void preview(const Prompt::PreviewRequest &r) override;
 
 private:
     QList<int> m_answers;
@@ -36,6 +39,7 @@ private:
     QList<Prompt::Message> m_messages;
     QList<Prompt::FileRequest> m_fileRequests;
     QList<Prompt::PickRequest> m_pickRequests;
+    QList<Prompt::PreviewRequest> m_previews;
 };
 
 // Lets tests compare a whole message at once: QCOMPARE(prompts.last(), (Prompt::Message{title, text, icon, buttons})).

@@ -2,10 +2,15 @@
 
 #include "frmSelect.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QMessageBox>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QScreen>
+#include <QToolBar>
 
 int WidgetPrompts::message(const Prompt::Message &m)
 {
@@ -77,4 +82,31 @@ std::optional<QFont> WidgetPrompts::font(const QString &title, const QFont &init
     if (!ok)
         return std::nullopt;
     return f;
+}
+
+void WidgetPrompts::preview(const Prompt::PreviewRequest &r)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageLayout(r.pageLayout);
+    printer.setDocName(r.caption);
+    QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
+    dialog.setWindowTitle(r.caption);
+    dialog.setWindowModality(Qt::ApplicationModal);
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&r](QPrinter *device) { r.paint(device); });
+    // The dialog prints; saving a PDF file of the same pages is a button of ours.
+    if (auto *bar = dialog.findChild<QToolBar *>(); bar && r.savePdf) {
+        bar->addSeparator();
+        QAction *save = bar->addAction(QObject::tr("Save as PDF..."));
+        save->setObjectName(QStringLiteral("actSaveAsPdf"));
+        save->setToolTip(QObject::tr("Save the report as a PDF file"));
+        QObject::connect(save, &QAction::triggered, &dialog, [&r] {
+            const QString path
+                = Prompt::saveFileName(QObject::tr("Save as PDF"), QObject::tr("PDF Files (*.pdf)"), QStringLiteral("pdf"), r.pdfName);
+            if (!path.isEmpty())
+                r.savePdf(path);
+        });
+    }
+    if (const QScreen *screen = dialog.screen())
+        dialog.resize(screen->availableSize() * 0.85);
+    dialog.exec();
 }

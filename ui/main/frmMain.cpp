@@ -8,6 +8,7 @@
 #include "OptionsStore.h"
 #include "Prompt.h"
 #include "RecordEvents.h"
+#include "ReportRunner.h"
 #include "SearchBar.h"
 #include "StartPanel.h"
 #include "basClient.h"
@@ -491,10 +492,11 @@ void frmMain::openLookupTable(int index)
     addChild(new frmTableGrid(this, t));
 }
 
-void frmMain::openReport(const QString &)
+void frmMain::openReport(const QString &menuName)
 {
     if (DatabaseSession::requireDatabase())
-        notAvailableYet();
+        basErrorHandler::Guard(QStringLiteral("frmMain.%1_Click").arg(menuName),
+                               [&] { ReportRunner().runMenuCommand(menuName, *this, this); });
 }
 
 void frmMain::mnuHelpContents_Click()

@@ -1,0 +1,184 @@
+#include "FormTesting.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QPointer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+namespace {
+
+// What the Reports menu showed: the dialog, and whether its "current" options were offered.
+struct Seen
+{
+    QString dialog;
+    QString caption;
+    bool currentOffered = false;
+};
+
+// Triggers a menu entry and answers its dialog by clicking the buttons named.
+Seen runMenu(frmMain &main, const char *entry, const QStringList &clicks)
+{
+    Seen seen;
+    QTimer::singleShot(0, [&] {
+        QPointer<QDialog> dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        seen.dialog = dialog->objectName();
+        seen.caption = dialog->windowTitle();
+        for (const char *option : {"optCurrent", "optCurrentClient"})
+            if (auto *w = dialog->findChild<QWidget *>(QLatin1String(option)))
+                seen.currentOffered = w->isEnabled();
+        for (const QString &name : clicks)
+            if (auto *b = dialog ? dialog->findChild<QAbstractButton *>(name) : nullptr)
+                b->click();
+        if (dialog && dialog->isVisible())
+            dialog->reject();
+    });
+    menu(main, entry)->trigger();
+    return seen;
+}
+
+}   // namespace
+
+// The Reports menu: each entry's dialog, the open window it reports on, and the
+// refusal when there is no current record.
+class TestReportMenu : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void entriesAskAndRefuseWithoutARecord();
+    void entriesReachThePreview();
+};
+
+void TestReportMenu::entriesAskAndRefuseWithoutARecord()
+{
+    struct Case
+    {
+        const char *entry;
+        const char *window;   // opened first, or null
+        const char *dialog;
+        const char *caption;
+        bool currentOffered;
+        QStringList clicks;
+        Prompt::Message message;   // empty title: nothing said
+    };
+    const QStringList cancel {QStringLiteral("cmdCancel")};
+    const QList<Case> cases = {
+        {"mnuReportsClientList", nullptr, "frmReportByGrouped", "Select Clients To Report", false, cancel, {}},
+        {"mnuReportsClientDetail",
+         "mnuDataClientTable",
+         "frmReportBy",
+         "Select Clients To Report",
+         true,
+         {"optCurrent", "cmdOK"},
+         {"Client Detail Report", "No client has been selected."}},
+        {"mnuReportsClientList",
+         "mnuDataClientSummary",
+         "frmReportByGrouped",
+         "Select Clients To Report",
+         true,
+         {"optCurrent", "cmdOK"},
+         {"Client List Report", "No client has been selected."}},
+        {"mnuReportsFoodServiceByClient",
+         "mnuDataClientDetails",
+         "frmReportByClientAndDate",
+         "Select Clients and Dates To Report",
+         true,
+         {"optCurrentClient", "cmdOK"},
+         {"Food Service History By Client Report", "No client has been selected."}},
+        {"mnuReportsPaymentHistoryByClient", nullptr, "frmReportByClientAndDate", "Select Clients and Dates To Report", false, cancel, {}},
+        {"mnuReportsVolunteerDetail",
+         "mnuDataVolunteers",
+         "frmReportBy",
+         "Select Volunteers To Report",
+         true,
+         {"optCurrent", "cmdOK"},
+         {"Volunteer Detail Report", "No Volunteer has been selected."}},
+        {"mnuReportsVolunteerList",
+         "mnuDataVolunteers",
+         "frmReportByGrouped",
+         "Select Volunteers To Report",
+         true,
+         {"optCurrent", "cmdOK"},
+         {"Volunteer List Report", "No volunteer has been selected."}},
+        // A client window does not make a volunteer current, nor the other way round.
+        {"mnuReportsVolunteerDetail", "mnuDataClientTable", "frmReportBy", "Select Volunteers To Report", false, cancel, {}},
+        {"mnuReportsClientDetail", "mnuDataVolunteers", "frmReportBy", "Select Clients To Report", false, cancel, {}},
+        {"mnuReportsGroceryLog", nullptr, "frmReportByDate", "Select Report Date", false, cancel, {}},
+        {"mnuReportsGeographicSummary", nullptr, "frmReportByDate", "Select Report Date", false, cancel, {}},
+        {"mnuReportsDemographics", "mnuDataClientTable", "frmReportByDate", "Select Report Date", false, cancel, {}},
+    };
+    for (const Case &c : cases) {
+        ClientWorld world;
+        if (c.window)
+            menu(world.main, c.window)->trigger();
+        const Seen seen = runMenu(world.main, c.entry, c.clicks);
+        QVERIFY2(seen.dialog == QLatin1String(c.dialog), c.entry);
+        QCOMPARE(seen.caption, QLatin1String(c.caption));
+        QVERIFY2(seen.currentOffered == c.currentOffered, c.entry);
+        if (c.message.title.isEmpty()) {
+            QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
+        } else {
+            QCOMPARE(world.prompts.messages().size(), 1);
+            QCOMPARE(world.prompts.last(), c.message);
+        }
+        QVERIFY(world.prompts.previews().isEmpty());
+    }
+}
+
+void TestReportMenu::entriesReachThePreview()
+{
+    struct Case
+    {
+        const char *entry;
+        const char *window;
+        QStringList clicks;
+        const char *caption;
+        QStringList printed;   // in the PDF saved from the preview
+    };
+    const QList<Case> cases = {
+        {"mnuReportsClientList",
+         "mnuDataClientTable",
+         {"optCurrentRecordset", "optGroupByCity", "cmdOK"},
+         "TendMark - Client List",
+         {"Client List", "Grouped By City", "Testville", "O'Brien, Mary Q", "Page 1 of 1"}},
+        {"mnuReportsClientDetail",
+         "mnuDataClientTable",
+         {"optCurrent", "cmdOK"},
+         "TendMark - Client Detail Report",
+         {"Client Detail Report"}},
+        {"mnuReportsVolunteerList", nullptr, {"optGroupByZipCode", "cmdOK"}, "TendMark - VolunteerList", {"Grouped By Zip Code"}},
+        {"mnuReportsFoodServiceByClient", nullptr, {"cmdOK"}, "TendMark - Food Service By Client", {"For Dates: "}},
+        {"mnuReportsDemographics", nullptr, {"cmdOK"}, "TendMark - Demographics Report", {"Ethnic Breakdown", "For Dates: "}},
+    };
+    QTemporaryDir dir;
+    for (const Case &c : cases) {
+        ClientWorld world;
+        const qint64 id = ClientWorld::addClient(QStringLiteral("O'Brien"), QStringLiteral("Mary"), QStringLiteral("Q"));
+        if (c.window) {
+            menu(world.main, c.window)->trigger();
+            world.main.activeChild()->showRecord(QString::number(id));   // the client chosen in the list
+        }
+        runMenu(world.main, c.entry, c.clicks);
+        QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
+        QCOMPARE(world.prompts.previews().size(), 1);
+        const Prompt::PreviewRequest preview = world.prompts.previews().first();
+        QCOMPARE(preview.caption, QLatin1String(c.caption));
+        const QString pdf = dir.filePath(QStringLiteral("%1.pdf").arg(QLatin1String(c.entry)));
+        QVERIFY(preview.savePdf(pdf));
+        QProcess text;
+        text.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
+        QVERIFY(text.waitForFinished(30000));
+        const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+        for (const QString &expected : c.printed)
+            QVERIFY2(printed.contains(expected), qPrintable(expected + QLatin1String(" in ") + printed));
+    }
+}
+
+QTEST_MAIN(TestReportMenu)
+#include "tst_reportmenu.moc"
