@@ -5,6 +5,7 @@
 #include "basDatabase.h"
 #include "basTendmark.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 namespace Report {
@@ -165,7 +166,7 @@ Result build(const Parameters &parameters, const Progress &progress)
     context.progress = progress;
     Document &d = context.document;
     const bool grouped = entry->groupedCaption && parameters.groupBy != 0;
-    d.caption = QString::fromUtf8(grouped ? entry->groupedCaption : entry->caption);
+    d.caption = QCoreApplication::translate("Report", grouped ? entry->groupedCaption : entry->caption);
     d.title = QString::fromUtf8(builder->title);
     if (grouped)
         d.title2 = parameters.groupBy == 1 ? QStringLiteral("Grouped By City") : QStringLiteral("Grouped By Zip Code");

@@ -7,6 +7,7 @@
 #include "frmReportByDate.h"
 #include "frmReportByGrouped.h"
 
+#include <QCoreApplication>
 #include <QApplication>
 #include <QObject>
 #include <QProgressDialog>
@@ -116,10 +117,10 @@ bool ReportRunner::run(Report::Name name, const RecordScope::ActiveScope &active
     parameters.name = name;
     if (!askParameters(*entry, formFound, parent, &parameters))
         return false;
-    const QString caption = QString::fromLatin1(entry->caption);
+    const QString caption = QCoreApplication::translate("Report", entry->caption);
     if (parameters.reportType == RecordScope::CurrentRecord && (!formFound || active.key.isEmpty())) {
-        Prompt::message(QString::fromLatin1(entry->noRecordTitle), QString::fromLatin1(entry->noRecordText), Prompt::Icon::None,
-                        Prompt::Ok);
+        Prompt::message(QCoreApplication::translate("Report", entry->noRecordTitle),
+                        QCoreApplication::translate("Report", entry->noRecordText), Prompt::Icon::None, Prompt::Ok);
         return false;
     }
     if (parameters.startDate.isValid() && parameters.endDate.isValid() && parameters.startDate > parameters.endDate) {
