@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTest>
 
 // tendmark-cli report, run as a scheduled job runs it.
@@ -35,6 +36,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("csv");
+        QTest::addColumn<QString>("inPdf");   // a line the printed report holds
         QTest::newRow("geographic summary") << QStringList {"geographic-summary", "--from", "2026-12-01", "--to", "2026-12-31"}
                                             << QByteArray("\xEF\xBB\xBFSection,Item,Value\r\n"
                                                           "Breakdown of Clients By City,Dayton,3\r\n"
@@ -42,31 +44,42 @@ private Q_SLOTS:
                                                           "Breakdown of Clients By Zip Code,45402,2\r\n"
                                                           "Breakdown of Clients By Zip Code,45403,1\r\n"
                                                           "Breakdown of Clients By Zip Code,45420,1\r\n"
-                                                          "Total,,5\r\n");
+                                                          "Total,,5\r\n")
+                                            << "Breakdown of Clients By Zip Code";
         // The hand-typed statement filters; the report sorts by last name; quotes are doubled.
         QTest::newRow("client list, recordset")
             << QStringList {"client-list", "--sql", "SELECT * FROM Client WHERE LastName IN ('Brown', 'O''Brien') ORDER BY 1 DESC"}
             << QByteArray("\xEF\xBB\xBFName,Address,Social Security No.,Home Phone\r\n"
                           "\"Brown, Bob \"\"Bo\"\"\",dayton  45403,,\r\n"
-                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,(937) 555-0100\r\n");
+                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,(937) 555-0100\r\n")
+            << "Brown, Bob \"Bo\"";
         QTest::newRow("payments of one client, all dates")
             << QStringList {"payment-history", "--client", "CLIENT"}
             << QByteArray("\xEF\xBB\xBFName,Address,Social Security No.,Date,Type,Amount Paid,Amount Requested,Comments\r\n"
-                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,12/06/2026,Rent,50.00,60.00,\r\n");
-        QTest::newRow("volunteers by zip, none on file") << QStringList {"volunteer-list", "--group", "zip"}
-                                                         << QByteArray("\xEF\xBB\xBFZip Code,Name,Address,Home Phone,Work Phone\r\n");
+                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,12/06/2026,Rent,50.00,60.00,\r\n")
+            << "All Dates";
+        QTest::newRow("volunteers by zip, none on file")
+            << QStringList {"volunteer-list", "--group", "zip"} << QByteArray("\xEF\xBB\xBFZip Code,Name,Address,Home Phone,Work Phone\r\n")
+            << "Grouped By Zip Code";
     }
 
     void writesTheFiguresAndDetailLines()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, csv);
+        QFETCH(QString, inPdf);
         arguments.replaceInStrings("CLIENT", QString::number(m_ids.obrien));
         const QString file = out(QString::fromLatin1(QTest::currentDataTag()).replace(' ', '_') + ".csv");
+        const QString pdf = QString(file).replace(".csv", ".pdf");
         const CliRun r = cli(QStringList {"report"} + arguments.mid(0, 1) + QStringList {m_db->path()} + arguments.mid(1)
-                             + QStringList {"--csv", file});
+                             + QStringList {"--csv", file, "--pdf", pdf});
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
         QCOMPARE(read(file), csv);
+        QProcess text;
+        text.start("pdftotext", {"-layout", pdf, "-"});
+        QVERIFY(text.waitForFinished());
+        const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+        QVERIFY2(printed.contains(inPdf) && printed.contains("Page 1 of 1"), qPrintable(printed));
     }
 
     void badRequestsExitWithTheirStatus_data()
