@@ -2,6 +2,7 @@
 
 #include "ClientSubGrid.h"
 #include "DataBinding.h"
+#include "FilterStatement.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "basClient.h"
@@ -480,7 +481,8 @@ bool frmClientDetails::queryUnload()
 
 void frmClientDetails::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
+                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
     setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
 }
 
@@ -516,4 +518,9 @@ void frmClientDetails::DeleteCurrentRecord()
         DisplayClient();
         announceClientRecordsChanged(deleted);
     });
+}
+
+int frmClientDetails::recordCount() const
+{
+    return m_rs->recordCount();
 }

@@ -1,6 +1,7 @@
 #include "frmClientGrid.h"
 
 #include "DataBinding.h"
+#include "FilterStatement.h"
 #include "GridModel.h"
 #include "Prompt.h"
 #include "SqlText.h"
@@ -110,7 +111,7 @@ void frmClientGrid::setSQL(const QString &sql)
         m_baseSql = RecordQueries::allClients();
         setWindowTitle(kCaption);
     } else {
-        m_baseSql = sql;
+        m_baseSql = FilterStatement::matching(QStringLiteral("Client"), sql);
         setWindowTitle(kCaption + QStringLiteral(" (Filter Applied)"));
     }
 }
@@ -124,7 +125,13 @@ void frmClientGrid::OpenRecordset()
     cmdClientDelete->setEnabled(false);
     const WaitCursor wait;
     // The count runs over the base query alone: the list opens at once however long it is.
+    // A column the user sorted on stays the order when a filter changes the rows.
+    GridModel *model = basTendmark::Model(grdData);
+    const int sortColumn = model->sortColumn();
+    const Qt::SortOrder sortOrder = model->sortOrder();
     basTendmark::PopulateDataGrid(grdData, RecordQueries::clientList(m_baseSql));
+    if (sortColumn > 0)
+        model->sortByColumn(sortColumn, sortOrder);
 }
 
 void frmClientGrid::ExecuteSQL()
@@ -312,4 +319,9 @@ void frmClientGrid::activated()
     m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
     grdData->setFocus();
     m_busy = false;
+}
+
+int frmClientGrid::recordCount() const
+{
+    return basTendmark::Model(grdData)->dataRowCount();
 }

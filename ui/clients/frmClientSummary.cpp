@@ -1,6 +1,7 @@
 #include "frmClientSummary.h"
 
 #include "ClientSubGrid.h"
+#include "FilterStatement.h"
 #include "Prompt.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
@@ -167,7 +168,8 @@ void frmClientSummary::setClientID(const QString &id)
 
 void frmClientSummary::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
+                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
     setWindowTitle(sql.isEmpty() ? kCaption : kCaption + QStringLiteral(" (Filter Applied)"));
 }
 
@@ -215,4 +217,9 @@ void frmClientSummary::refillForClient(const QString &)
             m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
         DisplayClient();
     });
+}
+
+int frmClientSummary::recordCount() const
+{
+    return m_rs->recordCount();
 }
