@@ -109,7 +109,7 @@ void frmFilter::FormatGrid()
     m_model->setHorizontalHeaderLabels({QString(), tr("Field"), tr("Condition"), tr("Value"), tr("Value")});
     for (int c = 0; c < ColumnCount; ++c)
         m_model->horizontalHeaderItem(c)->setTextAlignment(Qt::AlignCenter);
-    const int widths[] = {60, 210, 210, 130, 130};
+    const int widths[] = {60, 190, 200, 130, 130};
     for (int c = 0; c < ColumnCount; ++c)
         grdCriteria->setColumnWidth(c, widths[c]);
 }
@@ -281,6 +281,8 @@ void frmFilter::updateRow(int row)
             item->setData(QVariant(), Qt::UserRole);
         }
         item->setFlags(editable ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        // A value the condition does not take is shaded.
+        item->setBackground(!editable && c >= ColValue ? grdCriteria->palette().window() : QBrush());
     }
 }
 
@@ -353,10 +355,22 @@ void frmFilter::closeCellEditor()
 }
 
 // Tab and Enter move on through the cells that take a value, Shift+Tab back;
-// Delete clears the row's criterion unless a text is being typed.
+// Delete clears the row's criterion unless a text is being typed; Escape
+// closes a cell's editor (what it holds is kept), and then the dialog.
 bool frmFilter::handleKey(int key)
 {
     switch (key) {
+    case Qt::Key_Escape: {
+        if (QApplication::focusWidget() == grdCriteria)
+            return false;
+        const QModelIndex current = grdCriteria->currentIndex();
+        grdCriteria->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        closeCellEditor();
+        grdCriteria->setCurrentIndex(current);
+        grdCriteria->setEditTriggers(QAbstractItemView::AllEditTriggers);
+        grdCriteria->setFocus();
+        return true;
+    }
     case Qt::Key_Tab:
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -374,7 +374,7 @@ private slots:
                 QCOMPARE(d.editor()->objectName(), QString(k.editor));
         }
 
-        // Tab and Enter move through the cells that take a value; Delete clears a row.
+        // Tab and Enter move through the cells that take a value; Escape closes an editor; Delete clears a row.
         d.grid()->setCurrentIndex(d.model()->index(0, Field));
         QTest::keyClick(d.editor(), Qt::Key_Tab);
         QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Cond));
@@ -384,6 +384,9 @@ private slots:
         QTest::keyClick(d.editor(), Qt::Key_Tab);
         QCOMPARE(d.grid()->currentIndex(), d.model()->index(1, Conj));
         QTest::keyClick(d.editor(), Qt::Key_Backtab);
+        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
+        QTest::keyClick(d.editor(), Qt::Key_Escape);   // closes the editor, not the dialog
+        QVERIFY(d.isOpen() && !d.editor());
         QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
         d.grid()->setCurrentIndex(d.model()->index(0, Field));
         QTest::keyClick(d.editor(), Qt::Key_Delete);
