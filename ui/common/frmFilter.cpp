@@ -479,11 +479,12 @@ void frmFilter::cmdOk_Click()
         return;
     const QString sql = txtSQL->toPlainText().trimmed();
     if (!sql.isEmpty()) {
-        // Proved as the list windows will run it: read-only, for the keys of the table's rows.
+        // Proved on the read-only connection in the very query the windows will run, which then
+        // reads its rows once: compiling it finds every fault but a rare one while rows are read.
         QList<QVariantList> rows;
         QString reason;
         const QString key = m_tableName + QStringLiteral("ID");
-        const QString wrapper = FilterStatement::matching(m_tableName, QStringLiteral("%1")) + QStringLiteral(" LIMIT 1");
+        const QString wrapper = FilterStatement::matching(m_tableName, QStringLiteral("%1")) + QStringLiteral(" LIMIT 0");
         if (!RecordScope::runReadOnly(sql, m_tableName, {key}, wrapper, &rows, &reason)) {
             Prompt::message(tr("SQL Error"),
                             tr("Error in SQL syntax:") + QStringLiteral("\r\n") + reason + QStringLiteral("\r\n")
