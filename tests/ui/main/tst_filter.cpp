@@ -413,11 +413,11 @@ private slots:
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"Nguyễn", "O'Brien", "張"}));
 
-        // Sorted by first name, Z to A; the order holds when the filter changes.
+        // Sorted by first name, A to Z; the order holds when the filter changes.
         QHeaderView *header = list->findChild<QTableView *>("grdData")->horizontalHeader();
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionViewportPosition(3) + 5, 5));
-        world.toolbar("Sort Descending");
-        QCOMPARE(lastNames(list), (QStringList {"張", "Nguyễn", "O'Brien"}));   // 偉, Văn, Mary
+        world.toolbar("Sort Ascending");
+        QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));   // Mary, Văn, 偉
 
         d = FilterDialog::open(world);
         QCOMPARE(d.cell(0, Field), QString("City"));
@@ -425,7 +425,7 @@ private slots:
         QCOMPARE(d.cell(1, Conj), QString("Or"));
         d.set(1, Value, "Peoria");
         d.ok();
-        QCOMPARE(lastNames(list), (QStringList {"Adams", "Nguyễn", "O'Brien", "x'); DROP TABLE Client; --"}));   // Zoe, Văn, Mary, Eve
+        QCOMPARE(lastNames(list), (QStringList {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams"}));   // Eve, Mary, Văn, Zoe
 
         // Another window starts afresh.
         world.main.findChild<QAction *>("mnuDataClientDetails")->trigger();
