@@ -111,7 +111,9 @@ QString expression(const Field &field, const Criterion &c, int row, QString *err
     if (condition.contains(QLatin1String("begin"))) {
         if (raw.isEmpty())
             return literal(field, raw, row, error);
-        return negated(negate, QStringLiteral("substr(%1, 1, %2) = %3 COLLATE NOCASE").arg(column).arg(raw.size()).arg(quoted(raw)));
+        // The database counts characters, not the UTF-16 units of a QString.
+        const qsizetype characters = raw.toUcs4().size();
+        return negated(negate, QStringLiteral("substr(%1, 1, %2) = %3 COLLATE NOCASE").arg(column).arg(characters).arg(quoted(raw)));
     }
     if (condition.endsWith(QLatin1String(" like"))) {
         if (raw.isEmpty())
@@ -144,6 +146,17 @@ QString quoted(const QString &text)
 {
     QString doubled = text;
     return QLatin1Char('\'') + doubled.replace(QLatin1Char('\''), QStringLiteral("''")) + QLatin1Char('\'');
+}
+
+QString matching(const QString &tableName, const QString &statement)
+{
+    const QString key = tableName + QStringLiteral("ID");
+    QString body = statement;
+    while (!body.isEmpty() && (body.back().isSpace() || body.back() == u';'))
+        body.chop(1);
+    // The line break ends a comment the statement may close with.
+    return QStringLiteral("SELECT * FROM ") + tableName + QStringLiteral(" WHERE ") + key + QStringLiteral(" IN (SELECT ") + key
+        + QStringLiteral(" FROM (") + body + QStringLiteral("\n))");
 }
 
 Result build(const QString &tableName, const QList<Criterion> &criteria)

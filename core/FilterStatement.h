@@ -28,6 +28,11 @@ struct Result
 // tableName is "Client" or "Volunteer". Rows without a field are skipped.
 Result build(const QString &tableName, const QList<Criterion> &criteria);
 
+// Every column of the rows of tableName ("Client", "Volunteer") whose key the
+// statement returns: what a window shows for a filter, in its own order, however
+// few columns the statement selects.
+QString matching(const QString &tableName, const QString &statement);
+
 // A text as an SQL literal: 'O''Brien'.
 QString quoted(const QString &text);
 

@@ -70,6 +70,9 @@ private Q_SLOTS:
         QTest::newRow("begins with counts characters")
             << "Client" << QList<Criterion> {where("First Name", "does not begin with", "José")}
             << "SELECT * FROM Client WHERE (NOT (substr(Client.FirstName, 1, 4) = 'José' COLLATE NOCASE))";
+        QTest::newRow("begins with counts characters beyond two bytes")
+            << "Client" << QList<Criterion> {where("Last Name", "begins with", "𝔘n")}
+            << "SELECT * FROM Client WHERE (substr(Client.LastName, 1, 2) = '𝔘n' COLLATE NOCASE)";
         QTest::newRow("money in cents, dates ISO, lists by key")
             << "Client"
             << QList<Criterion> {where("Payment Amount", "is not less than", "$12.50"),

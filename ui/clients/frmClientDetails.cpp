@@ -2,6 +2,7 @@
 
 #include "ClientSubGrid.h"
 #include "DataBinding.h"
+#include "FilterStatement.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "basClient.h"
@@ -478,7 +479,8 @@ bool frmClientDetails::queryUnload()
 
 void frmClientDetails::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
+                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
     setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 
@@ -514,4 +516,9 @@ void frmClientDetails::DeleteCurrentRecord()
         DisplayClient();
         announceClientRecordsChanged(deleted);
     });
+}
+
+int frmClientDetails::recordCount() const
+{
+    return m_rs->recordCount();
 }

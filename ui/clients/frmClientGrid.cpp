@@ -1,6 +1,7 @@
 #include "frmClientGrid.h"
 
 #include "DataBinding.h"
+#include "FilterStatement.h"
 #include "GridModel.h"
 #include "Prompt.h"
 #include "SqlText.h"
@@ -112,7 +113,7 @@ void frmClientGrid::setSQL(const QString &sql)
         m_baseSql = RecordQueries::allClients();
         setWindowTitle(tr(kCaption));
     } else {
-        m_baseSql = sql;
+        m_baseSql = FilterStatement::matching(QStringLiteral("Client"), sql);
         setWindowTitle(tr("%1 (Filter Applied)").arg(tr(kCaption)));
     }
 }
@@ -126,7 +127,13 @@ void frmClientGrid::OpenRecordset()
     cmdClientDelete->setEnabled(false);
     const WaitCursor wait;
     // The count runs over the base query alone: the list opens at once however long it is.
+    // A column the user sorted on stays the order when a filter changes the rows.
+    GridModel *model = basTendmark::Model(grdData);
+    const int sortColumn = model->sortColumn();
+    const Qt::SortOrder sortOrder = model->sortOrder();
     basTendmark::PopulateDataGrid(grdData, RecordQueries::clientList(m_baseSql));
+    if (sortColumn > 0)
+        model->sortByColumn(sortColumn, sortOrder);
 }
 
 void frmClientGrid::ExecuteSQL()
@@ -314,4 +321,9 @@ void frmClientGrid::activated()
     m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
     grdData->setFocus();
     m_busy = false;
+}
+
+int frmClientGrid::recordCount() const
+{
+    return basTendmark::Model(grdData)->dataRowCount();
 }

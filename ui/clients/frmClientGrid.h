@@ -20,6 +20,7 @@ public:
     QString SQL() const override { return m_baseSql; }
     void setSQL(const QString &sql) override;
     void ExecuteSQL() override;
+    int recordCount() const override;
     void SortColumn(Qt::SortOrder order) override;
     QString currentKey() const override { return m_clientId; }
     void showRecord(const QString &id) override { setClientID(id); }

@@ -1,6 +1,7 @@
 #include "frmClientSummary.h"
 
 #include "ClientSubGrid.h"
+#include "FilterStatement.h"
 #include "Prompt.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
@@ -175,7 +176,8 @@ void frmClientSummary::setClientID(const QString &id)
 
 void frmClientSummary::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName() : sql;
+    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
+                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
     setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 
@@ -223,4 +225,9 @@ void frmClientSummary::refillForClient(const QString &)
             m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
         DisplayClient();
     });
+}
+
+int frmClientSummary::recordCount() const
+{
+    return m_rs->recordCount();
 }

@@ -25,6 +25,7 @@ public:
     QString SQL() const override { return m_sql; }
     void setSQL(const QString &sql) override;
     void ExecuteSQL() override;
+    int recordCount() const override;
     QString currentKey() const override { return m_clientId; }
     void showRecord(const QString &id) override { setClientID(id); }
     Commands commands() const override;

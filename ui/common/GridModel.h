@@ -38,6 +38,8 @@ public:
     void clear();
     void refresh();   // runs the same query again
     void sortByColumn(int column, Qt::SortOrder order);   // column as shown; 0 restores the query's order
+    int sortColumn() const { return m_sortColumn; }
+    Qt::SortOrder sortOrder() const { return m_sortOrder; }
 
     int dataRowCount() const { return m_count; }   // 0 when only the blank row shows
     qint64 rowKey(int row) const;

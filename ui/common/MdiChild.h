@@ -42,6 +42,7 @@ public:
     virtual void setSQL(const QString &) { }
     virtual void ExecuteSQL() { }
     virtual void SortColumn(Qt::SortOrder) { }
+    virtual int recordCount() const { return -1; }   // the records the current query holds
     virtual QString currentKey() const { return {}; }
     // The search bar's choice for this window.
     virtual void showRecord(const QString &) { }

@@ -3,6 +3,7 @@
 #include "AppIcons.h"
 #include "DataBinding.h"
 #include "DatabaseSession.h"
+#include "FilterCommand.h"
 #include "LookupTables.h"
 #include "MainMenus.h"
 #include "OptionsStore.h"
@@ -65,6 +66,7 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     m_statusPanel = new QLabel(this);
     m_statusPanel->setObjectName(QStringLiteral("Status"));
     statusBar()->addWidget(m_statusPanel, 1);
+    m_filter = new FilterCommand(this, statusBar());
     m_startPanel = new StartPanel(m_mdiArea);
     connect(m_startPanel, &StartPanel::newDatabaseRequested, m_session, &DatabaseSession::createNew);
     connect(m_startPanel, &StartPanel::openDatabaseRequested, m_session, &DatabaseSession::openChosen);
@@ -212,6 +214,7 @@ void frmMain::childCommandsChanged()
     QMdiSubWindow *current = m_mdiArea->currentSubWindow();
     if (child && current && current->widget() == child)
         showCommands(child->commands());
+    m_filter->showStatus();
 }
 
 MdiChild *frmMain::activeChild() const
@@ -269,6 +272,7 @@ void frmMain::childClosed(MdiChild *)
 
 void frmMain::subWindowActivated(QMdiSubWindow *window)
 {
+    m_filter->showStatus();
     if (!window)
         return;
     if (auto *child = qobject_cast<MdiChild *>(window->widget())) {
@@ -450,7 +454,7 @@ void frmMain::mnuDataExportVolunteers_Click()
 void frmMain::mnuDataFilter_Click()
 {
     if (DatabaseSession::requireDatabase())
-        notAvailableYet();
+        m_filter->run();
 }
 
 void frmMain::mnuDataSortSortAscending_Click()

@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 
 class DatabaseSession;
+class FilterCommand;
 class QLabel;
 class RecordEvents;
 class SearchBar;
@@ -105,6 +106,7 @@ private:
     StartPanel *m_startPanel = nullptr;
     frmHelp *m_help = nullptr;
     QLabel *m_statusPanel = nullptr;
+    FilterCommand *m_filter = nullptr;
     RecordEvents *m_recordEvents = nullptr;
     OptionFlags m_optionFlags;
     int m_childCount = 0;

@@ -1,6 +1,7 @@
 #include "frmVolunteer.h"
 
 #include "DataBinding.h"
+#include "FilterStatement.h"
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "RecordQueries.h"
@@ -25,7 +26,10 @@ QString frmVolunteer::query() const
 
 void frmVolunteer::setSQL(const QString &sql)
 {
-    m_sql = sql;
+    // The window's own order holds whatever order the statement has.
+    m_sql = sql.isEmpty()
+        ? QString()
+        : FilterStatement::matching(QStringLiteral("Volunteer"), sql) + QStringLiteral(" ORDER BY LastName, FirstName, VolunteerID");
     setWindowTitle(sql.isEmpty() ? tr("Volunteers") : tr("Volunteers (Filter Applied)"));
 }
 

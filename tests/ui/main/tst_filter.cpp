@@ -1,0 +1,458 @@
+#include "DataBinding.h"
+#include "FormTesting.h"
+#include "GridModel.h"
+#include "frmClientDetails.h"
+#include "frmClientGrid.h"
+#include "frmClientSummary.h"
+#include "frmFilter.h"
+#include "frmVolunteer.h"
+
+#include <QHeaderView>
+#include <QStandardItemModel>
+#include <QTabWidget>
+#include <QTableView>
+
+namespace {
+
+enum Column {
+    Conj = frmFilter::ColConjunction,
+    Field = frmFilter::ColField,
+    Cond = frmFilter::ColCondition,
+    Value = frmFilter::ColValue,
+    Value2 = frmFilter::ColValue2
+};
+
+// One criterion as a user fills it in: the cells left empty are not touched.
+struct Row
+{
+    QString field = {}, condition = {}, value = {}, value2 = {}, conjunction = {};
+};
+
+// The filter dialog the Filter button opened, worked cell by cell through its in-cell editors.
+struct FilterDialog
+{
+    QPointer<frmFilter> w;   // it deletes itself when it closes
+
+    static FilterDialog open(ClientWorld &world)
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        world.toolbar("Filter");
+        QCoreApplication::processEvents();
+        return {world.main.findChild<frmFilter *>()};
+    }
+    QTableView *grid() const { return w->findChild<QTableView *>("grdCriteria"); }
+    QAbstractItemModel *model() const { return grid()->model(); }
+    QString cell(int row, int column) const { return model()->index(row, column).data().toString(); }
+    QPlainTextEdit *sql() const { return w->findChild<QPlainTextEdit *>("txtSQL"); }
+    QWidget *editor() const
+    {
+        for (const char *name : {"cboEditBox", "dtpEditBox", "txtEditBox"})
+            for (QWidget *e : grid()->findChildren<QWidget *>(name))
+                if (e->isVisible())
+                    return e;
+        return nullptr;
+    }
+    // Enters the cell and sets its editor as the user would; false when the cell offers no editor.
+    bool set(int row, int column, const QString &text) const
+    {
+        grid()->setFocus();
+        const QModelIndex index = model()->index(row, column);
+        grid()->setCurrentIndex(index);
+        if (!editor() && (index.flags() & Qt::ItemIsEditable))
+            grid()->edit(index);   // F2 on the cell already current
+        QWidget *e = editor();
+        if (!e)
+            return false;
+        if (auto *list = qobject_cast<QComboBox *>(e))
+            list->setCurrentIndex(list->findText(text));
+        else if (auto *date = qobject_cast<QDateEdit *>(e))
+            date->setDate(QDate::fromString(text, "MM/dd/yyyy"));
+        else if (text.size() > 100 || text.toLatin1() != text.toUtf8()) {
+            qobject_cast<QLineEdit *>(e)->selectAll();
+            qobject_cast<QLineEdit *>(e)->insert(text);   // pasted: the test keyboard types only ASCII
+        } else
+            typeInto(e, text);
+        return true;
+    }
+    void fill(const QList<Row> &rows) const
+    {
+        for (int r = 0; r < rows.size(); ++r) {
+            const Row &c = rows.at(r);
+            if (r > 0 && !c.conjunction.isEmpty())
+                set(r, Conj, c.conjunction);
+            set(r, Field, c.field);
+            set(r, Cond, c.condition);
+            if (!c.value.isEmpty())
+                set(r, Value, c.value);
+            if (!c.value2.isEmpty())
+                set(r, Value2, c.value2);
+        }
+    }
+    void typeSql(const QString &text) const
+    {
+        w->findChild<QTabWidget *>("SSTab")->setCurrentIndex(1);
+        sql()->clear();
+        sql()->setFocus();
+        sql()->insertPlainText(text);
+    }
+    void ok() const
+    {
+        button(w, "cmdOk")->click();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    bool isOpen() const { return w && w->isVisible(); }
+};
+
+QStringList lastNames(frmClientGrid *w)
+{
+    auto *g = w->findChild<QTableView *>("grdData");
+    QStringList names;
+    for (int row = 0; row < basTendmark::Model(g)->dataRowCount(); ++row)
+        names << basTendmark::GridText(g, row, 2);
+    return names;
+}
+
+QString filterStatus(ClientWorld &world)
+{
+    auto *label = world.main.findChild<QLabel *>("lblFilter");
+    return label->isVisible() ? label->text() : QString();
+}
+
+}   // namespace
+
+Q_DECLARE_METATYPE(Row)
+
+class tst_Filter : public QObject
+{
+    Q_OBJECT
+
+    // Five households: food services in March and payments of two kinds, and names that test the quoting.
+    struct Pantry : ClientWorld
+    {
+        const QString hostile = "x'); DROP TABLE Client; --";
+        Pantry()
+        {
+            const qint64 box = TestDatabase::lookupId("FoodServiceTypes", "Emergency food box");
+            const qint64 rent = TestDatabase::lookupId("PaymentTypes", "Rent");
+            const qint64 utilities = TestDatabase::lookupId("PaymentTypes", "Utilities");
+            auto service = [box](qint64 client, const char *date) {
+                TestDatabase::insert("FoodService",
+                                     {{"ClientID", client}, {"FoodServiceDate", date}, {"FoodServiceTypeID", box}, {"NumberOfBags", 2}});
+            };
+            auto payment = [](qint64 client, qint64 type) {
+                TestDatabase::insert("Payments",
+                                     {{"ClientID", client}, {"PaymentDate", "2026-03-10"}, {"PaymentsTypeID", type}, {"AmountPaid", 5000}});
+            };
+            const qint64 obrien = addClient("O'Brien", "Mary", "K", {{"City", "Pekin"}, {"ZipCode", "61554"}});
+            const qint64 nguyen = addClient("Nguyễn", "Văn", "T", {{"City", "Pekin"}});
+            const qint64 adams = addClient("Adams", "Zoe", "A", {{"City", "Peoria"}});
+            addClient(hostile, "Eve", "E", {{"City", "Peoria"}});
+            const qint64 chen = addClient("張", "偉", "C", {{"City", "Normal"}});
+            service(obrien, "2026-03-04");
+            service(obrien, "2026-03-20");   // two services in March: the client shows once
+            service(nguyen, "2026-04-02");
+            service(adams, "2026-03-15");
+            service(chen, "2026-03-31");
+            payment(obrien, utilities);
+            payment(nguyen, utilities);
+            payment(adams, rent);
+            payment(chen, utilities);
+        }
+    };
+
+private slots:
+    // Criteria through the real dialog on the real client list: exactly the expected clients, in the list's order.
+    void criteriaSelectTheExpectedClients_data()
+    {
+        QTest::addColumn<QList<Row>>("rows");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("food service in March and a utility payment")
+            << QList<Row> {{"Food Service Date", "is between", "03/01/2026", "03/31/2026"}, {"Payment Type", "is equal to", "Utilities"}}
+            << QStringList {"O'Brien", "張"};
+        QTest::newRow("same joined table twice, Or") << QList<Row> {{"Food Service Date", "is less than", "03/10/2026"},
+                                                                    {"Food Service Date", "is greater than", "04/01/2026", {}, "Or"}}
+                                                     << QStringList {"Nguyễn", "O'Brien"};
+        QTest::newRow("quote in a value") << QList<Row> {{"Last Name", "is equal to", "o'brien"}} << QStringList {"O'Brien"};
+        QTest::newRow("statement in a value") << QList<Row> {{"Last Name", "is equal to", "x'); DROP TABLE Client; --"}}
+                                              << QStringList {"x'); DROP TABLE Client; --"};
+        QTest::newRow("comment and semicolon") << QList<Row> {{"Last Name", "contains", "; --"}}
+                                               << QStringList {"x'); DROP TABLE Client; --"};
+        QTest::newRow("non-Latin begins with") << QList<Row> {{"Last Name", "begins with", "Nguyễ"}} << QStringList {"Nguyễn"};
+        QTest::newRow("Chinese") << QList<Row> {{"First Name", "is equal to", "偉"}} << QStringList {"張"};
+        QTest::newRow("10,000 characters") << QList<Row> {{"Comments", "contains", QString(10000, u'é')}} << QStringList {};
+        QTest::newRow("no value for is not empty, And") << QList<Row> {{"City", "is not empty"}, {"City", "begins with", "Peo", {}, "And"}}
+                                                        << QStringList {"Adams", "x'); DROP TABLE Client; --"};
+        QTest::newRow("zip code as a number") << QList<Row> {{"Zip Code", "is equal to", "61554"}} << QStringList {"O'Brien"};
+    }
+
+    void criteriaSelectTheExpectedClients()
+    {
+        QFETCH(QList<Row>, rows);
+        QFETCH(QStringList, names);
+        Pantry world;
+        auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        const QByteArray before = TestDatabase::fileHash(world.db.path());
+        const FilterDialog dialog = FilterDialog::open(world);
+        QVERIFY(dialog.isOpen());
+        dialog.fill(rows);
+        dialog.ok();
+        QVERIFY2(!dialog.isOpen(), qPrintable(world.prompts.last().text));
+        QCOMPARE(lastNames(list), names);
+        QCOMPARE(list->windowTitle(), QString("Client Table (Filter Applied)"));
+        QCOMPARE(filterStatus(world), QString("Filtered: %1 of 5 clients").arg(names.size()));
+        QCOMPARE(TestDatabase::fileHash(world.db.path()), before);
+    }
+
+    // The same statement narrows each window that lists clients or volunteers, in that window's order.
+    void everyListWindowTakesTheFilter()
+    {
+        Pantry world;
+        TestDatabase::insert("Volunteer", {{"LastName", "Young"}, {"FirstName", "Al"}, {"NumberInParty", 3}});
+        TestDatabase::insert("Volunteer", {{"LastName", "Baker"}, {"FirstName", "Bo"}, {"NumberInParty", 2}});
+        TestDatabase::insert("Volunteer", {{"LastName", "Cole"}, {"FirstName", "Cy"}, {"NumberInParty", 1}});
+        const struct
+        {
+            const char *menu;
+            QList<Row> rows;
+            QString caption, firstName, status;
+        } cases[] = {
+            {"mnuDataClientDetails",
+             {{"City", "is equal to", "Pekin"}},
+             "Client Details (Filter Applied)",
+             "Nguyễn",
+             "Filtered: 2 of 5 clients"},
+            {"mnuDataClientSummary",
+             {{"City", "is equal to", "Peoria"}},
+             "Client Summary (Filter Applied)",
+             "Adams",
+             "Filtered: 2 of 5 clients"},
+            {"mnuDataVolunteers",
+             {{"Number In Party", "is between", "2", "3"}},
+             "Volunteers (Filter Applied)",
+             "Baker",
+             "Filtered: 2 of 3 volunteers"},
+        };
+        for (const auto &c : cases) {
+            world.main.findChild<QAction *>(c.menu)->trigger();
+            QCoreApplication::processEvents();
+            MdiChild *w = world.main.activeChild();
+            const FilterDialog dialog = FilterDialog::open(world);
+            QCOMPARE(dialog.w->windowTitle(), QString(w->kind() == MdiChild::Kind::Volunteer ? "Volunteer Filter" : "Client Filter"));
+            dialog.fill(c.rows);
+            dialog.ok();
+            QCOMPARE(w->windowTitle(), c.caption);
+            QCOMPARE(w->recordCount(), 2);
+            QCOMPARE(world.main.activeChild(), w);
+            QCOMPARE(filterStatus(world), c.status);
+            const QString table = w->kind() == MdiChild::Kind::Volunteer ? "Volunteer" : "Client";
+            QCOMPARE(TestDatabase::scalar(QString("SELECT LastName FROM %1 WHERE %1ID = ?").arg(table), {w->currentKey()}).toString(),
+                     c.firstName);
+        }
+        QVERIFY(!world.prompts.titles().contains("SQL Error"));
+    }
+
+    // A typed statement that is wrong or would write is refused by the database, the dialog stays open with the text as typed.
+    void handTypedStatementsThatFailKeepTheDialogOpen_data()
+    {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("syntax") << "SELEC * FROM Client"
+                                << "near \"SELEC\": syntax error";
+        QTest::newRow("delete") << "DELETE FROM Client"
+                                << "not authorized";
+        QTest::newRow("second statement") << "SELECT * FROM Client; DROP TABLE Client"
+                                          << "Only one statement can be run at a time.";
+        QTest::newRow("pragma") << "PRAGMA journal_mode = DELETE"
+                                << "not authorized";
+        QTest::newRow("attach") << "ATTACH DATABASE 'x.db' AS x"
+                                << "not authorized";
+        QTest::newRow("no key") << "SELECT LastName FROM Client"
+                                << "The statement must return the column ClientID.";
+        QTest::newRow("other table") << "SELECT VolunteerID AS ClientID FROM Volunteer"
+                                     << "The statement must select from the Client table.";
+        QTest::newRow("open quote") << "SELECT * FROM Client WHERE LastName = 'O'Brien'"
+                                    << "syntax error";
+        QTest::newRow("10,000 characters") << "SELECT * FROM Client WHERE " + QString(10000, u'ж') << "no such column";
+    }
+
+    void handTypedStatementsThatFailKeepTheDialogOpen()
+    {
+        QFETCH(QString, sql);
+        QFETCH(QString, reason);
+        Pantry world;
+        auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        const QByteArray before = TestDatabase::fileHash(world.db.path());
+        const FilterDialog dialog = FilterDialog::open(world);
+        dialog.typeSql(sql);
+        dialog.ok();
+        QVERIFY(dialog.isOpen());
+        const Prompt::Message m = world.prompts.last();
+        QCOMPARE(m.title, QString("SQL Error"));
+        QVERIFY2(m.text.startsWith("Error in SQL syntax:\r\n") && m.text.endsWith("\r\nCorrect syntax and try again.")
+                     && m.text.contains(reason),
+                 qPrintable(m.text.left(300)));
+        QCOMPARE(dialog.sql()->toPlainText(), sql);
+        QCOMPARE(list->windowTitle(), QString("Client Table"));
+        QCOMPARE(lastNames(list).size(), 5);
+        QCOMPARE(TestDatabase::fileHash(world.db.path()), before);
+        button(dialog.w, "cmdCancel")->click();
+        QVERIFY(!dialog.isOpen());
+    }
+
+    void handTypedStatementNeedsOnlyTheKey()
+    {
+        Pantry world;
+        auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        const FilterDialog dialog = FilterDialog::open(world);
+        dialog.fill({{"City", "is equal to", "Normal"}});
+        dialog.typeSql("SELECT ClientID FROM Client WHERE City = 'Pekin' -- typed\nORDER BY FirstName; \n");
+        dialog.ok();
+        QCOMPARE(lastNames(list), (QStringList {"Nguyễn", "O'Brien"}));   // the list's own order, not the criteria
+    }
+
+    // A bad value names its row, which is selected; nothing runs.
+    void badValuesNameTheRow_data()
+    {
+        QTest::addColumn<Row>("second");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("no value") << Row {"City", "contains"} << "Row 2: enter a value for City.";
+        QTest::newRow("not a number") << Row {"Food Service Bags", "is equal to", "two"} << "Row 2: two is not a whole number.";
+        QTest::newRow("not money") << Row {"Payment Amount", "is less than", "ten"} << "Row 2: ten is not an amount of money.";
+        QTest::newRow("no list choice") << Row {"Payment Type", "is equal to"} << "Row 2: enter a value for Payment Type.";
+        QTest::newRow("between without end") << Row {"Zip Code", "is between", "60000"}
+                                             << "Row 2: enter the second value of \"is between\".";
+    }
+
+    void badValuesNameTheRow()
+    {
+        QFETCH(Row, second);
+        QFETCH(QString, error);
+        Pantry world;
+        auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        const FilterDialog dialog = FilterDialog::open(world);
+        dialog.fill({{"Last Name", "is not empty"}, second});
+        dialog.ok();
+        QVERIFY(dialog.isOpen());
+        QCOMPARE(world.prompts.last(), (Prompt::Message {"Client Filter", error, Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(dialog.grid()->currentIndex().row(), 1);
+        QVERIFY(dialog.grid()->selectionModel()->isSelected(dialog.model()->index(1, Field)));
+        QCOMPARE(list->windowTitle(), QString("Client Table"));
+    }
+
+    // The grid offers the editor each cell needs, and the keyboard works it.
+    void gridEditorsAndKeys()
+    {
+        Pantry world;
+        world.open<frmClientGrid>("mnuDataClientTable");
+        const FilterDialog d = FilterDialog::open(world);
+        QCOMPARE(d.w->findChild<QLabel *>("Label1")->text(), QString("Select Client records that meet the following criteria:"));
+        QCOMPARE(d.cell(0, Conj), QString("Where"));
+        QVERIFY(!d.set(0, Conj, "Or"));
+        QCOMPARE(d.model()->rowCount(), 1);
+        d.set(0, Field, "Birth Date");
+        QCOMPARE(d.model()->rowCount(), 2);   // a new row appears for the next criterion
+        QCOMPARE(d.cell(1, Conj), QString("And"));
+        QCOMPARE(d.cell(0, Cond), QString("is equal to"));
+        QVERIFY(d.grid()->isColumnHidden(Value2));
+        d.set(0, Cond, "is between");
+        QVERIFY(!d.grid()->isColumnHidden(Value2));
+        d.set(0, Value, "01/02/1990");
+        QCOMPARE(d.editor()->objectName(), QString("dtpEditBox"));
+        QCOMPARE(qobject_cast<QDateEdit *>(d.editor())->displayFormat(), QString("MM/dd/yyyy"));
+        const struct
+        {
+            const char *field, *condition, *editor;
+        } kinds[] = {{"Gender", "is equal to", "cboEditBox"},
+                     {"City", "contains", "txtEditBox"},
+                     {"City", "is empty", nullptr},
+                     {"FEMA Contacted?", "is False", nullptr}};
+        for (const auto &k : kinds) {
+            d.set(1, Field, k.field);
+            d.set(1, Cond, k.condition);
+            QCOMPARE(d.set(1, Value, "F"), k.editor != nullptr);
+            if (k.editor)
+                QCOMPARE(d.editor()->objectName(), QString(k.editor));
+        }
+
+        // Tab and Enter move through the cells that take a value; Escape closes an editor; Delete clears a row.
+        d.grid()->setCurrentIndex(d.model()->index(0, Field));
+        QTest::keyClick(d.editor(), Qt::Key_Tab);
+        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Cond));
+        QTest::keyClick(d.editor(), Qt::Key_Return);
+        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value));
+        QTest::keyClick(d.editor(), Qt::Key_Tab);
+        QTest::keyClick(d.editor(), Qt::Key_Tab);
+        QCOMPARE(d.grid()->currentIndex(), d.model()->index(1, Conj));
+        QTest::keyClick(d.editor(), Qt::Key_Backtab);
+        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
+        QTest::keyClick(d.editor(), Qt::Key_Escape);   // closes the editor, not the dialog
+        QVERIFY(d.isOpen() && !d.editor());
+        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
+        d.grid()->setCurrentIndex(d.model()->index(0, Field));
+        QTest::keyClick(d.editor(), Qt::Key_Delete);
+        QCOMPARE(d.cell(0, Field), QString("FEMA Contacted?"));   // the second criterion moved up
+        QCOMPARE(d.cell(0, Conj), QString("Where"));
+        QVERIFY(d.grid()->isColumnHidden(Value2));
+        QCOMPARE(d.model()->rowCount(), 2);
+
+        // The SQL tab shows the statement built; the user's own typing makes it theirs.
+        d.w->findChild<QTabWidget *>("SSTab")->setCurrentIndex(1);
+        QCOMPARE(d.sql()->toPlainText(), QString("SELECT * FROM Client WHERE (Client.FEMAContacted = 0)"));
+        button(d.w, "cmdClear")->click();
+        QCOMPARE(d.model()->rowCount(), 1);
+        QVERIFY(d.sql()->toPlainText().isEmpty());
+    }
+
+    // The dialog reopens on each window's last criteria; an empty grid restores the full list; a sort holds across filters.
+    void reopensOnLastCriteriaAndClears()
+    {
+        Pantry world;
+        auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        FilterDialog d = FilterDialog::open(world);
+        d.fill({{"City", "is equal to", "Pekin"}, {"City", "is equal to", "Normal", {}, "Or"}});
+        d.ok();
+        QCOMPARE(lastNames(list), (QStringList {"Nguyễn", "O'Brien", "張"}));
+
+        // Sorted by first name, A to Z; the order holds when the filter changes.
+        QHeaderView *header = list->findChild<QTableView *>("grdData")->horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionViewportPosition(3) + 5, 5));
+        world.toolbar("Sort Ascending");
+        QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));   // Mary, Văn, 偉
+
+        d = FilterDialog::open(world);
+        QCOMPARE(d.cell(0, Field), QString("City"));
+        QCOMPARE(d.cell(1, Value), QString("Normal"));
+        QCOMPARE(d.cell(1, Conj), QString("Or"));
+        d.set(1, Value, "Peoria");
+        d.ok();
+        QCOMPARE(lastNames(list), (QStringList {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams"}));   // Eve, Mary, Văn, Zoe
+
+        // Another window starts afresh.
+        world.main.findChild<QAction *>("mnuDataClientDetails")->trigger();
+        d = FilterDialog::open(world);
+        QCOMPARE(d.cell(0, Field), QString());
+        button(d.w, "cmdCancel")->click();
+        QVERIFY(filterStatus(world).isEmpty());
+
+        world.main.activateChild(list);
+        QCOMPARE(filterStatus(world), QString("Filtered: 4 of 5 clients"));
+        d = FilterDialog::open(world);
+        button(d.w, "cmdClear")->click();
+        d.ok();
+        QCOMPARE(list->windowTitle(), QString("Client Table"));
+        QCOMPARE(lastNames(list).size(), 5);
+        QVERIFY(filterStatus(world).isEmpty());
+
+        // Remove Filter in the status bar does the same.
+        d = FilterDialog::open(world);
+        d.fill({{"City", "is equal to", "Normal"}});
+        d.ok();
+        QCOMPARE(lastNames(list), QStringList {"張"});
+        button(&world.main, "cmdRemoveFilter")->click();
+        QCOMPARE(lastNames(list).size(), 5);
+        QCOMPARE(list->windowTitle(), QString("Client Table"));
+    }
+};
+
+QTEST_MAIN(tst_Filter)
+#include "tst_filter.moc"
