@@ -86,6 +86,7 @@ struct Block
     int fieldColumns = 2;
     QList<Column> columns;   // Table
     QList<QStringList> rows;   // Table
+    bool lastRowIsTotal = false;   // Table: the last row sums the others and prints in bold
     QString chartTitle;   // Chart
     QList<QPair<QString, qint64>> chartItems;   // Chart
     bool pie = false;   // Chart: a pie instead of bars

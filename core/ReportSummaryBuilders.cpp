@@ -89,6 +89,7 @@ bool groceryLog(Context &context)
         if (date.isEmpty())
             return;
         table.rows.append({QStringLiteral("Total for ") + shownDate(date), count(sums[0]), count(sums[1]), count(sums[2]), count(sums[3])});
+        table.lastRowIsTotal = true;
         d.blocks.append(table);
         table.rows.clear();
         std::fill(std::begin(sums), std::end(sums), 0);

@@ -133,14 +133,20 @@ void ReportPages::drawTable(QPainter &painter, const Block &block, const Piece &
     for (int i = 0; i < piece.count; ++i) {
         const QStringList &row = block.rows[piece.first + i];
         // Every other row lightly shaded, so that the eye stays on its line across a wide page.
-        if ((piece.first + i) % 2 == 1)
+        const bool total = block.lastRowIsTotal && piece.first + i == block.rows.size() - 1;
+        if ((piece.first + i) % 2 == 1 && !total)
             painter.fillRect(QRectF(body.left(), top, body.width(), piece.unitHeights[i]), QColor(244, 244, 244));
+        if (total) {
+            painter.drawLine(QPointF(body.left(), top), QPointF(body.right(), top));
+            painter.setFont(f.bold);
+        }
         for (int c = 0; c < std::min<int>(row.size(), block.columns.size()); ++c) {
             const QRectF cell(edges[c] + pad, top + f.points(1.5), edges[c + 1] - edges[c] - 2 * pad, piece.unitHeights[i] - f.points(1.5));
             painter.drawText(cell, int(block.columns[c].alignment) | Qt::AlignTop | Qt::TextWordWrap, row[c]);
         }
         top += piece.unitHeights[i];
     }
+    painter.setFont(f.body);
 }
 
 void ReportPages::drawFields(QPainter &painter, const Block &block, const Piece &piece, double y) const
