@@ -7,13 +7,20 @@ namespace CsvWriter {
 
 QString field(const QString &value, const Format &format)
 {
-    const bool needsQuotes = format.quoteEverything || value.contains(format.separator) || value.contains(u'"') || value.contains(u'\n')
-        || value.contains(u'\r');
+    const bool hasQuote = value.contains(u'"');
+    const bool needsQuotes
+        = format.quoteEverything || hasQuote || value.contains(format.separator) || value.contains(u'\n') || value.contains(u'\r');
     if (!needsQuotes)
         return value;
-    QString quoted = value;
-    quoted.replace(QLatin1Char('"'), QStringLiteral("\"\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
+    QString quoted;
+    quoted.reserve(value.size() + 2);
+    quoted += u'"';
+    if (hasQuote)
+        quoted += QString(value).replace(QLatin1Char('"'), QStringLiteral("\"\""));
+    else
+        quoted += value;
+    quoted += u'"';
+    return quoted;
 }
 
 QString line(const QStringList &fields, const Format &format)
