@@ -19,8 +19,9 @@
 
 namespace {
 
-// Exports of fewer rows finish before a progress window would be worth showing.
-constexpr qint64 kProgressFrom = 2000;
+// Exports of fewer rows finish before a progress window would be worth showing;
+// larger ones show it at once.
+constexpr qint64 kProgressFrom = 10000;
 
 QRadioButton *option(const char *name, const QString &caption, QWidget *parent)
 {
@@ -281,7 +282,7 @@ bool frmExport::exportFile(const ExportFile::Request &request)
             progress = new QProgressDialog(tr("Exporting records..."), tr("Cancel"), 0, int(total), this);
             progress->setWindowTitle(windowTitle());
             progress->setWindowModality(Qt::WindowModal);
-            progress->setMinimumDuration(500);
+            progress->setMinimumDuration(0);
         }
         progress->setValue(int(done));
         return !progress->wasCanceled();

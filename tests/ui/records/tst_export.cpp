@@ -2,12 +2,15 @@
 #include "FormTesting.h"
 #include "frmClientGrid.h"
 #include "frmExport.h"
+#include "basDatabase.h"
 #include "frmVolunteer.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QPointer>
+#include <QProgressDialog>
 #include <QRadioButton>
+#include <QTimer>
 #include <unistd.h>
 
 // The export dialogs, worked as a user works them.
@@ -265,6 +268,39 @@ private slots:
         QCOMPARE(contents(folder.filePath(QStringLiteral("locked/old.csv"))), QByteArray("old export\r\n"));
         QCOMPARE(folder.entryList({"*.tmp", "*.xlsx", "new*"}, QDir::Files | QDir::Hidden), QStringList {});
         QFile::setPermissions(folder.filePath(QStringLiteral("locked")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        closeDialog(dialog);
+    }
+
+    // A long export shows its progress; cancelling it writes nothing and keeps the earlier file.
+    void cancelledExportKeepsTheOldFile()
+    {
+        ClientWorld desk;
+        basDatabase::Execute(QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 10000) "
+                                            "INSERT INTO Client (LastName) SELECT 'Name ' || i FROM n"));
+        const QString path = QDir(desk.db.folder()).filePath(QStringLiteral("old.csv"));
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("old export\r\n");
+        old.close();
+
+        frmExport *dialog = openExport(desk, "mnuDataExportClients");
+        control<QLineEdit>(dialog, "txtFileName")->setText(path);
+        button(dialog, "cmdCheckAll")->click();
+        int total = 0;
+        QTimer canceller;
+        connect(&canceller, &QTimer::timeout, dialog, [dialog, &total] {
+            if (auto *progress = dialog->findChild<QProgressDialog *>()) {
+                total = progress->maximum();
+                progress->cancel();
+            }
+        });
+        canceller.start(0);
+        button(dialog, "cmdOK")->click();
+        QCOMPARE(total, 10000);
+        QVERIFY(desk.prompts.messages().isEmpty());
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(contents(path), QByteArray("old export\r\n"));
+        QCOMPARE(QDir(desk.db.folder()).entryList({"*.csv*"}, QDir::Files | QDir::Hidden), QStringList {"old.csv"});
         closeDialog(dialog);
     }
 };
