@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSaveFile>
 #include <QString>
 #include <QStringList>
 
@@ -24,5 +25,25 @@ QString line(const QStringList &fields, const Format &format = {});
 QByteArray encode(const QList<QStringList> &rows, const Format &format = {});
 // Writes the rows to path; the file appears whole or not at all. *error says why not.
 bool write(const QString &path, const QList<QStringList> &rows, QString *error, const Format &format = {});
+
+// Writes a file row by row: it appears whole at commit() or not at all, and an
+// earlier file of that name stays as it was until then.
+class Stream
+{
+public:
+    explicit Stream(const QString &path, const Format &format = {});
+    bool open(QString *error);
+    void add(const QStringList &row);
+    bool commit(QString *error);   // false (and nothing written) when the data could not all be stored
+
+private:
+    bool flush();
+    bool fail(QString *error);
+
+    QSaveFile m_file;
+    Format m_format;
+    QByteArray m_buffer;
+    bool m_failed = false;
+};
 
 }   // namespace CsvWriter

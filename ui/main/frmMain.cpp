@@ -19,6 +19,7 @@
 #include "frmClientDetails.h"
 #include "frmClientGrid.h"
 #include "frmClientSummary.h"
+#include "frmExport.h"
 #include "frmFamilyMember.h"
 #include "frmFoodService.h"
 #include "frmHelp.h"
@@ -442,13 +443,13 @@ void frmMain::mnuDataVolunteers_Click()
 void frmMain::mnuDataExportClients_Click()
 {
     if (DatabaseSession::requireDatabase())
-        notAvailableYet();
+        (new frmExportClient(this, this))->open();
 }
 
 void frmMain::mnuDataExportVolunteers_Click()
 {
     if (DatabaseSession::requireDatabase())
-        notAvailableYet();
+        (new frmExportVolunteer(this, this))->open();
 }
 
 void frmMain::mnuDataFilter_Click()

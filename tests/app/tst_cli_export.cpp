@@ -1,0 +1,218 @@
+#include "CliRun.h"
+#include "ExportReading.h"
+#include "TestDatabase.h"
+#include "basDatabase.h"
+
+#include <QFile>
+#include <QTest>
+
+// tendmark-cli export: the file other programs read, checked with a real CSV reader.
+class TestCliExport : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_out;
+    std::unique_ptr<TestDatabase> m_db;
+    qint64 m_brown = 0;
+
+    QString out(const QString &name) const { return m_out.filePath(name); }
+
+    static void writeFile(const QString &path, const QByteArray &bytes)
+    {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(bytes);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_db = std::make_unique<TestDatabase>();
+        m_brown = TestDatabase::insert(QStringLiteral("Client"),
+                                       {{"LastName", "Brown"},
+                                        {"FirstName", "José"},
+                                        {"Address", "1 Main St, Apt 2"},
+                                        {"ZipCode", "02134"},
+                                        {"SocialSecurityNumber", "012345678"},
+                                        {"HomePhone", "5551234567"},
+                                        {"WorkPhone", "5550100"},
+                                        {"BirthDate", "1975-03-21"},
+                                        {"FEMAContacted", 1},
+                                        {"Comments", "first line\r\nsecond\nthird"},
+                                        {"EthnicOriginID", TestDatabase::lookupId("EthnicOrigin", "Hispanic or Latino")}});
+        TestDatabase::insert(QStringLiteral("Client"),
+                             {{"LastName", "Adams"},
+                              {"FirstName", "王"},
+                              {"EmployerName", "Bob's \"Best\" Bakery"},
+                              {"Comments", "=HYPERLINK(\"http://example.com\")"},
+                              {"DietaryRequirements", "-low salt"},
+                              {"MedicalProblems", "@risk"},
+                              {"FormerAddress", "+1 Old Road"},
+                              {"EmployerDurationYears", 3}});
+        TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Clark"}, {"Address", "PO Box 5\tSuite 9"}});
+        TestDatabase::insert(QStringLiteral("Volunteer"),
+                             {{"LastName", "Diaz"}, {"FirstName", "Ana"}, {"EmergencyContactPhone", "9375550100"}, {"NumberInParty", 2}});
+        basDatabase::CloseConnection();
+    }
+
+    void writesWhatASpreadsheetReadsBack_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QList<QStringList>>("rows");
+        // The fields follow the export's order whatever order --fields names them in.
+        QTest::newRow("csv, display forms, line breaks")
+            << QStringList {"clients", "--fields",
+                            "comments,Last Name,First Name,Social Security Number,Birth Date,Ethnic Origin,Zip Code,Home Phone,"
+                            "Work Phone,FEMA Contacted,Address"}
+            << "csv"
+            << QList<QStringList> {{"Last Name", "First Name", "Social Security Number", "Birth Date", "Ethnic Origin", "Address",
+                                    "Zip Code", "Home Phone", "Work Phone", "Comments", "FEMA Contacted"},
+                                   {"Adams", "王", "", "", "", "", "", "", "", "'=HYPERLINK(\"http://example.com\")", "No"},
+                                   {"Brown", "José", "012-34-5678", "21-Mar-75", "Hispanic or Latino", "1 Main St, Apt 2", "02134",
+                                    "(555) 123-4567", "(   ) 555-0100", "first line  second third", "Yes"},
+                                   {"Clark", "", "", "", "", "PO Box 5\tSuite 9", "", "", "", "", "No"}};
+        QTest::newRow("tab, formulas left alone")
+            << QStringList {"clients", "--tab", "--no-formula-guard", "--fields",
+                            "Last Name,Address,Employer Name,Number of Years Worked,Comments,Dietary Requirements,Medical Problems,"
+                            "Former Address"}
+            << "tab"
+            << QList<QStringList> {
+                   {"Last Name", "Address", "Employer Name", "Number of Years Worked", "Comments", "Medical Problems",
+                    "Dietary Requirements", "Former Address"},
+                   {"Adams", "", "Bob's \"Best\" Bakery", "3", "=HYPERLINK(\"http://example.com\")", "@risk", "-low salt", "+1 Old Road"},
+                   {"Brown", "1 Main St, Apt 2", "", "", "first line  second third", "", "", ""},
+                   {"Clark", "PO Box 5\tSuite 9", "", "", "", "", "", ""}};
+        QTest::newRow("formulas guarded")
+            << QStringList {"clients", "--fields", "Last Name,Dietary Requirements,Medical Problems,Former Address"} << "csv"
+            << QList<QStringList> {{"Last Name", "Medical Problems", "Dietary Requirements", "Former Address"},
+                                   {"Adams", "'@risk", "'-low salt", "'+1 Old Road"},
+                                   {"Brown", "", "", ""},
+                                   {"Clark", "", "", ""}};
+        // A hand-typed statement picks the records; the file still goes by last name.
+        QTest::newRow("statement") << QStringList {"clients", "--fields", "Last Name", "--sql",
+                                                   "SELECT * FROM Client WHERE LastName <> 'Brown' ORDER BY ClientID DESC"}
+                                   << "csv" << QList<QStringList> {{"Last Name"}, {"Adams"}, {"Clark"}};
+        QTest::newRow("one client") << QStringList {"clients", "--fields", "Last Name,First Name", "--client", "BROWN"} << "csv"
+                                    << QList<QStringList> {{"Last Name", "First Name"}, {"Brown", "José"}};
+        QTest::newRow("volunteers") << QStringList {"volunteers", "--fields", "Last Name,Emergency Contact Phone,Number In Party"} << "csv"
+                                    << QList<QStringList> {{"Last Name", "Emergency Contact Phone", "Number In Party"},
+                                                           {"Diaz", "(937) 555-0100", "2"}};
+    }
+
+    void writesWhatASpreadsheetReadsBack()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, kind);
+        QFETCH(QList<QStringList>, rows);
+        arguments.replaceInStrings(QStringLiteral("BROWN"), QString::number(m_brown));
+        const QString file = out(QString::fromLatin1(QTest::currentDataTag()).replace(u' ', u'_') + ".csv");
+        const CliRun r = cli(QStringList {"export", arguments.at(0), m_db->path(), file} + arguments.mid(1));
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QVERIFY(r.out.contains(QStringLiteral("(%1 record").arg(rows.size() - 1)));
+        QString error;
+        const QJsonObject read = readExport(file, kind, &error);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(exportRows(read), rows);
+
+        // Every value quoted, one CRLF-ended line per record.
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = f.readAll().mid(3).split('\n');
+        QCOMPARE(lines.size(), rows.size() + 1);
+        const QByteArray separator = kind == QLatin1String("tab") ? "\"\t\"" : "\",\"";
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            QVERIFY(lines.at(i).startsWith('"') && lines.at(i).endsWith("\"\r"));
+            QCOMPARE(lines.at(i).count(separator), rows.at(i).size() - 1);
+        }
+    }
+
+    void workbookKeepsTextAndDates()
+    {
+        const QString file = out(QStringLiteral("clients.xlsx"));
+        const CliRun r = cli({"export", "clients", m_db->path(), file, "--xlsx"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QString error;
+        const QJsonObject book = readExport(file, QStringLiteral("xlsx"), &error);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        for (const char *part : {"[Content_Types].xml", "xl/workbook.xml", "xl/worksheets/sheet1.xml", "xl/styles.xml"})
+            QVERIFY2(book.value("parts").toArray().contains(QString::fromLatin1(part)), part);
+        const QJsonObject cells = book.value("cells").toObject();
+        const auto cell = [&cells](const char *ref) { return cells.value(QString::fromLatin1(ref)).toArray(); };
+        // Brown is row 3, after Adams. Columns: A ID, E SSN, G birth date, N zip, O home phone, AG FEMA Contacted.
+        QCOMPARE(cell("A1").at(1).toString(), QStringLiteral("Client ID"));
+        QVERIFY(book.value("boldStyles").toArray().contains(cell("A1").at(2)));
+        QVERIFY(book.value("frozen").toBool());
+        QCOMPARE(cell("B3").at(1).toString(), QStringLiteral("Brown"));
+        QCOMPARE(cell("A3").at(0).toString(), QStringLiteral("n"));
+        QCOMPARE(cell("A3").at(1).toString(), QString::number(m_brown));
+        QCOMPARE(cell("E3"), (QJsonArray {"inlineStr", "012-34-5678", 0}));
+        QCOMPARE(cell("N3"), (QJsonArray {"inlineStr", "02134", 0}));
+        QCOMPARE(cell("O3"), (QJsonArray {"inlineStr", "(555) 123-4567", 0}));
+        QCOMPARE(cell("G3").at(0).toString(), QStringLiteral("n"));
+        QCOMPARE(cell("G3").at(1).toString(), QStringLiteral("27474"));   // 21 March 1975
+        QVERIFY(cell("G3").at(2).toInt() != 0);
+        QCOMPARE(cell("AG3").at(1).toString(), QStringLiteral("Yes"));
+        QCOMPARE(cell("C2").at(1).toString(), QStringLiteral("王"));
+        // A workbook cell is never a formula: no apostrophe needed.
+        QCOMPARE(cell("AD2").at(1).toString(), QStringLiteral("=HYPERLINK(\"http://example.com\")"));
+        const QJsonArray widths = book.value("widths").toArray();
+        QCOMPARE(widths.size(), 36);
+        QVERIFY(widths.at(4).toDouble() >= 22);   // "Social Security Number"
+    }
+
+    void refusesAndLeavesTheOldFile_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("unknown field") << QStringList {"clients", "--fields", "Last Name,Shoe Size"} << 2
+                                       << "no field named Shoe Size; the fields are: Client ID, Last Name, First Name";
+        QTest::newRow("two types") << QStringList {"clients", "--tab", "--xlsx"} << 2 << "not both";
+        QTest::newRow("unknown kind") << QStringList {"donors"} << 2 << "not 'donors'";
+        QTest::newRow("other key") << QStringList {"clients", "--volunteer", "1"} << 2 << "does not take --volunteer";
+        QTest::newRow("statement that writes") << QStringList {"clients", "--sql", "DELETE FROM Client"} << 1 << "Error in SQL syntax";
+        QTest::newRow("no such client") << QStringList {"clients", "--client", "9999"} << 1 << "There is no client with ID 9999.";
+    }
+
+    void refusesAndLeavesTheOldFile()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, message);
+        const QString file = out(QStringLiteral("old.csv"));
+        writeFile(file, "old export\r\n");
+        const QByteArray database = TestDatabase::fileHash(m_db->path());
+        const CliRun r = cli(QStringList {"export", arguments.at(0), m_db->path(), file} + arguments.mid(1));
+        QCOMPARE(r.exitCode, exitCode);
+        QVERIFY2(r.err.contains(message), qPrintable(r.err));
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), QByteArray("old export\r\n"));
+        QCOMPARE(TestDatabase::fileHash(m_db->path()), database);
+    }
+
+    void unwritableTargetsAreRefused_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("missing folder csv") << "missing/out.csv";
+        QTest::newRow("missing folder xlsx") << "missing/out.xlsx";
+        QTest::newRow("folder is a file csv") << "plain.txt/out.csv";
+        QTest::newRow("folder is a file xlsx") << "plain.txt/out.xlsx";
+    }
+
+    void unwritableTargetsAreRefused()
+    {
+        QFETCH(QString, target);
+        writeFile(out(QStringLiteral("plain.txt")), "not a folder");
+        const QStringList type = target.endsWith(QLatin1String("xlsx")) ? QStringList {"--xlsx"} : QStringList {};
+        const CliRun r = cli(QStringList {"export", "clients", m_db->path(), out(target)} + type);
+        QCOMPARE(r.exitCode, 1);
+        QVERIFY2(r.err.contains(QStringLiteral("cannot be written")), qPrintable(r.err));
+        QVERIFY(!QFile::exists(out(target)));
+        QCOMPARE(QDir(m_out.path()).entryList({"*.tmp"}, QDir::Files | QDir::Hidden), QStringList {});
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCliExport)
+#include "tst_cli_export.moc"
