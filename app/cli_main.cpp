@@ -39,6 +39,7 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
                            "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
                            "  report NAME FILE --pdf OUT | --csv OUT [options]  write a report without windows\n"
+                           "  import-csv FILE IN.csv [--dry-run] [--add-lookups]  add clients from a spreadsheet's CSV file\n"
                            "\n"
                            "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
@@ -175,6 +176,8 @@ int main(int argc, char *argv[])
         return commandAudit(args);
     if (command == QLatin1String("report"))
         return commandReport(args);
+    if (command == QLatin1String("import-csv"))
+        return commandImportCsv(args);
     err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
     return 2;
 }

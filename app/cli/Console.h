@@ -23,3 +23,4 @@ int commandBackup(const QStringList &args);
 int commandRestore(const QStringList &args);
 int commandAudit(const QStringList &args);
 int commandReport(const QStringList &args);
+int commandImportCsv(const QStringList &args);
