@@ -5,6 +5,7 @@
 #include "LookupTables.h"
 #include "WindowArrangement.h"
 #include "frmAuditLog.h"
+#include "frmImportClients.h"
 #include "frmMain.h"
 #include "frmRestoreBackup.h"
 
@@ -143,6 +144,18 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
         {"mnuData", "mnuDataExport", "&Export"},
         {"mnuDataExport", "mnuDataExportClients", "&Clients...", {}, on(&frmMain::mnuDataExportClients_Click)},
         {"mnuDataExport", "mnuDataExportVolunteers", "&Volunteers...", {}, on(&frmMain::mnuDataExportVolunteers_Click)},
+        {"mnuData", "mnuDataImport", "&Import"},
+        {"mnuDataImport",
+         "mnuDataImportClients",
+         "Clients from &CSV...",
+         {},
+         [&m] {
+             if (!DatabaseSession::requireDatabase())
+                 return;
+             auto *dialog = new frmImportClients(&m);
+             dialog->setAttribute(Qt::WA_DeleteOnClose);
+             dialog->open();
+         }},
         {"mnuData"},
         {"mnuData",
          "mnuDataFilter",
