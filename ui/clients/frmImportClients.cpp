@@ -46,7 +46,7 @@ public:
     }
     QVariant data(const QModelIndex &index, int role) const override
     {
-        if (role != Qt::DisplayRole || !m_plan)
+        if ((role != Qt::DisplayRole && role != Qt::ToolTipRole) || !m_plan)
             return {};
         const ClientImport::Row &row = m_plan->rows.at(index.row());
         if (index.column() == 0)
@@ -125,6 +125,7 @@ QWidget *frmImportClients::buildColumnsPage()
     grdMapping->horizontalHeader()->setStretchLastSection(true);
     grdMapping->verticalHeader()->hide();
     grdMapping->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grdMapping->resizeColumnsToContents();
     grdPreview = new QTableWidget(page);
     grdPreview->setObjectName(QStringLiteral("grdPreview"));
     grdPreview->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -229,6 +230,7 @@ void frmImportClients::showMapping()
         grdMapping->setItem(c, 2, new QTableWidgetItem(first.simplified()));
     }
     grdMapping->resizeColumnsToContents();
+    grdMapping->setColumnWidth(1, qMax(grdMapping->columnWidth(1), 240));
 }
 
 void frmImportClients::showPreview()
