@@ -108,6 +108,7 @@ bool parse(const QByteArray &bytes, Table *table, QString *error)
     bool wasQuoted = false;   // the current field began with a quote
     int quoteLine = 0;
     const qsizetype n = text.size();
+    const QChar *data = text.constData();
     auto endField = [&] {
         row.fields << field;
         field.clear();
@@ -122,17 +123,17 @@ bool parse(const QByteArray &bytes, Table *table, QString *error)
         row = Record {line, {}, {}};
     };
     for (qsizetype i = 0; i < n; ++i) {
-        const QChar c = text.at(i);
+        const QChar c = data[i];
         if (quoted) {
             if (c == u'"') {
-                if (i + 1 < n && text.at(i + 1) == u'"') {
+                if (i + 1 < n && data[i + 1] == u'"') {
                     field += u'"';
                     ++i;
                 } else {
                     quoted = false;
                 }
             } else {
-                if (c == u'\n' || (c == u'\r' && (i + 1 >= n || text.at(i + 1) != u'\n')))
+                if (c == u'\n' || (c == u'\r' && (i + 1 >= n || data[i + 1] != u'\n')))
                     ++line;
                 field += c;
             }
@@ -143,7 +144,7 @@ bool parse(const QByteArray &bytes, Table *table, QString *error)
         } else if (c == sep) {
             endField();
         } else if (c == u'\r' || c == u'\n') {
-            if (c == u'\r' && i + 1 < n && text.at(i + 1) == u'\n')
+            if (c == u'\r' && i + 1 < n && data[i + 1] == u'\n')
                 ++i;
             ++line;
             endRow();

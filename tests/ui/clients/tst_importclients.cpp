@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QRadioButton>
 #include <QTableWidget>
+#include <QTimer>
 
 class tst_ImportClients : public QObject
 {
@@ -77,6 +78,30 @@ private slots:
         QCOMPARE(results->model()->index(0, 1).data().toString(), "Imported");
         QVERIFY(!import->isEnabled());
         QCOMPARE(dialog->findChild<QPushButton *>("cmdCancel")->text(), "Close");
+    }
+
+    // Cancel while the rows go in: the dialog stays, and no client is added.
+    void cancelDuringTheImportAddsNothing()
+    {
+        ClientWorld world;
+        const QString csv = world.db.folder() + "/many.csv";
+        QByteArray rows = "Last Name,First Name,Social Security Number,Address,City,State\n";
+        for (int i = 0; i < 1000; ++i)
+            rows += "Doe,Jo," + QByteArray::number(100000000 + i) + "," + QByteArray::number(i) + " Main St,Dayton,OH\n";
+        QVERIFY(TestDatabase::writeFile(csv, rows));
+        world.prompts.answerFile(csv);
+        world.main.findChild<QAction *>("mnuDataImportClients")->trigger();
+        auto *dialog = world.main.findChild<frmImportClients *>();
+        dialog->findChild<QPushButton *>("cmdBrowse")->click();
+        dialog->findChild<QPushButton *>("cmdNext")->click();
+        auto *cancel = dialog->findChild<QPushButton *>("cmdCancel");
+        QTimer::singleShot(0, cancel, &QPushButton::click);   // runs while the import shows its progress
+        world.prompts.answer(Prompt::Yes);
+        dialog->findChild<QPushButton *>("cmdImport")->click();
+        QCOMPARE(world.prompts.last().text, "The import was cancelled: no client was added.");
+        QCOMPARE(TestDatabase::count("Client"), 0);
+        QVERIFY(dialog->isVisible());
+        QVERIFY(dialog->findChild<QPushButton *>("cmdImport")->isEnabled());
     }
 
     // The details window marks as required exactly the fields an import requires.
