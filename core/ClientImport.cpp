@@ -306,16 +306,20 @@ private:
         static const int addressField = fieldIndex(QStringLiteral("Address"));
         static const int cityField = fieldIndex(QStringLiteral("City"));
         static const int stateField = fieldIndex(QStringLiteral("State"));
-        if (!row.ok())
-            return;
+        // A number already seen is named even when the row fails for other reasons too.
         const QString ssn = row.values[ssnField].toString();
+        const bool valid = row.ok();
+        if (ssn.isEmpty())
+            return;
         if (const auto id = m_onFile.ssn.constFind(ssn); id != m_onFile.ssn.constEnd())
             row.problems
                 << QStringLiteral("Social Security Number %1 is already on file for client %2.").arg(basTendmark::FormatSSN(ssn)).arg(*id);
         else if (const auto line = m_fileSsn.constFind(ssn); line != m_fileSsn.constEnd())
             row.problems << QStringLiteral("Social Security Number %1 is on line %2 already.").arg(basTendmark::FormatSSN(ssn)).arg(*line);
-        else
+        else if (valid)
             m_fileSsn.insert(ssn, row.line);
+        if (!row.ok())
+            return;
 
         const QString key
             = addressKey(row.values[addressField].toString(), row.values[cityField].toString(), row.values[stateField].toString());
@@ -323,7 +327,7 @@ private:
             row.notes << QStringLiteral("The address is already on file for client %1.").arg(*id);
         else if (const auto line = m_fileAddress.constFind(key); line != m_fileAddress.constEnd())
             row.notes << QStringLiteral("The address is on line %1 too.").arg(*line);
-        else if (row.ok())
+        else
             m_fileAddress.insert(key, row.line);
     }
 

@@ -200,13 +200,15 @@ private Q_SLOTS:
                                                  "Roe,Rick,222-22-2222,9 ELM ST,dayton,OH\n"
                                                  "Poe,Pam,333-33-3333,5 Oak St,Dayton,OH\n"
                                                  "Moe,Max,333-33-3333,6 Oak St,Dayton,OH\n"
-                                                 "Loe,Liz,444-44-4444,5 Oak St,Dayton,OH\n");
+                                                 "Loe,Liz,444-44-4444,5 Oak St,Dayton,OH\n"
+                                                 "Zoe,,444-44-4444,7 Oak St,Dayton,OH\n");
         QCOMPARE(ClientImport::describe(plan, false),
                  (QStringList {"Line 2: skipped: Social Security Number 999-99-9999 is already on file for client 1.",
                                "Line 3: The address is already on file for client 1.",
                                "Line 5: skipped: Social Security Number 333-33-3333 is on line 4 already.",
-                               "Line 6: The address is on line 4 too."}));
-        QCOMPARE(ClientImport::summary(plan, false), "3 rows would be imported, 2 skipped.");
+                               "Line 6: The address is on line 4 too.",
+                               "Line 7: skipped: First Name is required. Social Security Number 444-44-4444 is on line 6 already."}));
+        QCOMPARE(ClientImport::summary(plan, false), "3 rows would be imported, 3 skipped.");
         QCOMPARE(TestDatabase::count("Client"), 1);   // checking changes nothing
     }
 
