@@ -179,6 +179,12 @@ bool read(const QString &path, Table *table, QString *error)
         *error = QStringLiteral("%1 cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString());
         return false;
     }
+    // Far beyond any pantry's list; read whole, such a file would exhaust memory.
+    constexpr qint64 kMaxBytes = qint64(1) << 30;
+    if (file.size() > kMaxBytes) {
+        *error = QStringLiteral("The file is too large to be a list of clients (%1 MB).").arg(file.size() >> 20);
+        return false;
+    }
     return parse(file.readAll(), table, error);
 }
 

@@ -37,6 +37,10 @@ int commandImportCsv(const QStringList &args)
         err() << "tendmark-cli import-csv: " << error << '\n';
         return 1;
     }
+    if (table.records.isEmpty()) {
+        err() << "tendmark-cli import-csv: the file has no rows below its header.\n";
+        return 1;
+    }
     const QList<int> mapping = ClientImport::automaticMapping(table.header);
     if (const QStringList missing = ClientImport::unmappedRequired(mapping); !missing.isEmpty()) {
         err() << "tendmark-cli import-csv: the header names no column for " << missing.join(QStringLiteral(", "))

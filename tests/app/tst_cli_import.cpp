@@ -62,6 +62,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("message");
         QTest::newRow("empty") << QByteArray() << "The file is empty.";
         QTest::newRow("binary") << QByteArray("PK\x03\x04\0\0\x08\0", 8) << "The file is not a text file";
+        QTest::newRow("header only") << QByteArray("Last Name,First Name\r\n") << "the file has no rows below its header.";
         QTest::newRow("required columns missing")
             << QByteArray("Name,Phone\nDoe,555\n") << "the header names no column for Last Name, First Name";
     }

@@ -1,6 +1,8 @@
 #include "CsvReader.h"
 
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 using Rows = QList<QStringList>;
@@ -106,6 +108,18 @@ private Q_SLOTS:
         QCOMPARE(why, error);
         QVERIFY(!CsvReader::read("/nonexistent/folder/in.csv", &table, &why));
         QVERIFY(why.contains("cannot be read"));
+    }
+
+    void hugeFilesAreRefusedUnread()
+    {
+        QTemporaryDir dir;
+        QFile huge(dir.filePath("huge.csv"));
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(3) << 29));   // 1.5 GB, sparse
+        huge.close();
+        CsvReader::Table table;
+        QString why;
+        QVERIFY(!CsvReader::read(huge.fileName(), &table, &why));
+        QCOMPARE(why, "The file is too large to be a list of clients (1536 MB).");
     }
 
     void hundredThousandRowsReadQuickly()
