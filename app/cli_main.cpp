@@ -40,6 +40,7 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
                            "  report NAME FILE --pdf OUT | --csv OUT [options]  write a report without windows\n"
                            "  export clients|volunteers FILE OUT [options]  write records to CSV, tab-delimited or .xlsx\n"
+                           "  import-csv FILE IN.csv [--dry-run] [--add-lookups]  add clients from a spreadsheet's CSV file\n"
                            "\n"
                            "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
@@ -178,6 +179,8 @@ int main(int argc, char *argv[])
         return commandReport(args);
     if (command == QLatin1String("export"))
         return commandExport(args);
+    if (command == QLatin1String("import-csv"))
+        return commandImportCsv(args);
     err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
     return 2;
 }

@@ -24,3 +24,4 @@ int commandRestore(const QStringList &args);
 int commandAudit(const QStringList &args);
 int commandReport(const QStringList &args);
 int commandExport(const QStringList &args);
+int commandImportCsv(const QStringList &args);

@@ -1,5 +1,6 @@
 #include "frmClientDetails.h"
 
+#include "ClientRules.h"
 #include "ClientSubGrid.h"
 #include "DataBinding.h"
 #include "FilterStatement.h"
@@ -237,19 +238,7 @@ void frmClientDetails::PopulateCityState(QWidget *zip)
 
 bool frmClientDetails::checkValue(QWidget *c, const QString &value, QString &message) const
 {
-    const FieldInfo field = m_rs->field(basTendmark::DataField(c));
-    if (!basDatabase::FieldIsValid(field, value, message))
-        return false;
-    const auto *edit = qobject_cast<const QLineEdit *>(c);
-    if (edit && edit->inputMask().startsWith(QLatin1Char('(')) && value.size() != 10) {
-        message = tr(" must have all ten digits, area code first.");
-        return false;
-    }
-    if (field.type == FieldInfo::Type::Date && basTendmark::ParseDate(value) > QDate::currentDate()) {
-        message = tr(" cannot be in the future.");
-        return false;
-    }
-    return true;
+    return ClientRules::valueIsValid(m_rs->field(basTendmark::DataField(c)), value, message);
 }
 
 bool frmClientDetails::validateOnLeave(QWidget *c)

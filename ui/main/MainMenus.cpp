@@ -5,6 +5,7 @@
 #include "LookupTables.h"
 #include "WindowArrangement.h"
 #include "frmAuditLog.h"
+#include "frmImportClients.h"
 #include "frmMain.h"
 #include "frmRestoreBackup.h"
 
@@ -158,6 +159,18 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
          QT_TRANSLATE_NOOP("MainMenus", "&Volunteers..."),
          {},
          on(&frmMain::mnuDataExportVolunteers_Click)},
+        {"mnuData", "mnuDataImport", QT_TRANSLATE_NOOP("MainMenus", "&Import")},
+        {"mnuDataImport",
+         "mnuDataImportClients",
+         QT_TRANSLATE_NOOP("MainMenus", "Clients from &CSV..."),
+         {},
+         [&m] {
+             if (!DatabaseSession::requireDatabase())
+                 return;
+             auto *dialog = new frmImportClients(&m);
+             dialog->setAttribute(Qt::WA_DeleteOnClose);
+             dialog->open();
+         }},
         {"mnuData"},
         {"mnuData",
          "mnuDataFilter",
