@@ -11,8 +11,24 @@
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTranslator>
 
 namespace {
+
+// Marks the texts of one context, so a test can tell they are shown translated.
+class MarkingTranslator : public QTranslator
+{
+public:
+    explicit MarkingTranslator(const char *context) : m_context(context) { }
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *sourceText, const char *, int) const override
+    {
+        return qstrcmp(context, m_context) == 0 ? QStringLiteral("[%1]").arg(QString::fromUtf8(sourceText)) : QString();
+    }
+
+private:
+    const char *m_context;
+};
 
 enum Column {
     Conj = frmFilter::ColConjunction,
@@ -316,6 +332,7 @@ private slots:
         QTest::addColumn<Row>("second");
         QTest::addColumn<QString>("error");
         QTest::newRow("no value") << Row {"City", "contains"} << "Row 2: enter a value for City.";
+        QTest::newRow("no value, translated") << Row {"City", "contains"} << "[Row 2: [enter a value for City.]]";
         QTest::newRow("not a number") << Row {"Food Service Bags", "is equal to", "two"} << "Row 2: two is not a whole number.";
         QTest::newRow("not money") << Row {"Payment Amount", "is less than", "ten"} << "Row 2: ten is not an amount of money.";
         QTest::newRow("no list choice") << Row {"Payment Type", "is equal to"} << "Row 2: enter a value for Payment Type.";
@@ -328,6 +345,9 @@ private slots:
         QFETCH(Row, second);
         QFETCH(QString, error);
         Pantry world;
+        MarkingTranslator marking("FilterStatement");
+        if (QByteArray(QTest::currentDataTag()).endsWith("translated"))
+            QCoreApplication::installTranslator(&marking);
         auto *list = world.open<frmClientGrid>("mnuDataClientTable");
         const FilterDialog dialog = FilterDialog::open(world);
         dialog.fill({{"Last Name", "is not empty"}, second});
