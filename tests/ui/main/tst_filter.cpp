@@ -7,7 +7,6 @@
 #include "frmFilter.h"
 #include "frmVolunteer.h"
 
-#include <QHeaderView>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableView>
@@ -265,6 +264,24 @@ private slots:
                      c.firstName);
         }
         QVERIFY(!world.prompts.titles().contains("SQL Error"));
+
+        // The volunteers sort by the field that holds the focus; the one shown stays; the order outlives the filter.
+        auto *volunteers = qobject_cast<RecordEditor *>(world.main.activeChild());
+        auto names = [volunteers] {
+            QStringList shown;
+            volunteers->cmdFirst_Click();
+            for (int i = 0; i < volunteers->recordset().recordCount(); ++i, volunteers->cmdNext_Click())
+                shown << lineEdit(volunteers, "LastName")->text();
+            return shown;
+        };
+        lineEdit(volunteers, "NumberInParty")->setFocus();
+        menu(world.main, "mnuDataSortSortDescending")->trigger();
+        QVERIFY2(statusText(volunteers).startsWith("Record: 2 of 2"), qPrintable(statusText(volunteers)));
+        QCOMPARE(lineEdit(volunteers, "LastName")->text(), QString("Baker"));
+        QCOMPARE(names(), (QStringList {"Young", "Baker"}));
+        button(&world.main, "cmdRemoveFilter")->click();
+        QCOMPARE(volunteers->windowTitle(), QString("Volunteers"));
+        QCOMPARE(names(), (QStringList {"Young", "Baker", "Cole"}));
     }
 
     // A typed statement that is wrong or would write is refused by the database, the dialog stays open with the text as typed.
@@ -423,21 +440,28 @@ private slots:
         QVERIFY(d.sql()->toPlainText().isEmpty());
     }
 
-    // The dialog reopens on each window's last criteria; an empty grid restores the full list; a sort holds across filters.
+    // The dialog reopens on each window's last criteria; an empty grid restores the full list;
+    // the sort chosen by the current cell holds across filters.
     void reopensOnLastCriteriaAndClears()
     {
         Pantry world;
         auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        auto *grid = list->findChild<QTableView *>("grdData");
         FilterDialog d = FilterDialog::open(world);
         d.fill({{"City", "is equal to", "Pekin"}, {"City", "is equal to", "Normal", {}, "Or"}});
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"Nguyễn", "O'Brien", "張"}));
 
-        // Sorted by first name, A to Z; the order holds when the filter changes.
-        QHeaderView *header = list->findChild<QTableView *>("grdData")->horizontalHeader();
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionViewportPosition(3) + 5, 5));
+        // A click on Nguyễn's first name: the Sort entries sort by first name, and Nguyễn stays chosen.
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(grid->model()->index(0, 3)).center());
+        const QString nguyen = list->ClientID();
+        QVERIFY(!nguyen.isEmpty());
+        menu(world.main, "mnuDataSortSortDescending")->trigger();
+        QCOMPARE(lastNames(list), (QStringList {"張", "Nguyễn", "O'Brien"}));   // 偉, Văn, Mary
+        QCOMPARE(list->ClientID(), nguyen);
+        QCOMPARE(grid->currentIndex(), grid->model()->index(1, 3));
         world.toolbar("Sort Ascending");
-        QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));   // Mary, Văn, 偉
+        QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));
 
         d = FilterDialog::open(world);
         QCOMPARE(d.cell(0, Field), QString("City"));
@@ -460,7 +484,8 @@ private slots:
         button(d.w, "cmdClear")->click();
         d.ok();
         QCOMPARE(list->windowTitle(), QString("Client Table"));
-        QCOMPARE(lastNames(list).size(), 5);
+        const QStringList byFirstName {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams", "張"};
+        QCOMPARE(lastNames(list), byFirstName);
         QVERIFY(filterStatus(world).isEmpty());
 
         // Remove Filter in the status bar does the same.
@@ -469,7 +494,7 @@ private slots:
         d.ok();
         QCOMPARE(lastNames(list), QStringList {"張"});
         button(&world.main, "cmdRemoveFilter")->click();
-        QCOMPARE(lastNames(list).size(), 5);
+        QCOMPARE(lastNames(list), byFirstName);
         QCOMPARE(list->windowTitle(), QString("Client Table"));
     }
 };
