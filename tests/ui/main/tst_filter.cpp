@@ -130,7 +130,11 @@ QStringList lastNames(frmClientGrid *w)
 QString filterStatus(ClientWorld &world)
 {
     auto *label = world.main.findChild<QLabel *>("lblFilter");
-    return label->isVisible() ? label->text() : QString();
+    const QString shown = label->isVisible() ? label->text() : QString();
+    // The View menu offers to remove the filter exactly while the status bar does.
+    if (menu(world.main, "mnuViewRemoveFilter")->isEnabled() != !shown.isEmpty())
+        return QStringLiteral("View, Remove Filter does not follow \"%1\"").arg(shown);
+    return shown;
 }
 
 }   // namespace
@@ -279,7 +283,7 @@ private slots:
         QVERIFY2(statusText(volunteers).startsWith("Record: 2 of 2"), qPrintable(statusText(volunteers)));
         QCOMPARE(lineEdit(volunteers, "LastName")->text(), QString("Baker"));
         QCOMPARE(names(), (QStringList {"Young", "Baker"}));
-        button(&world.main, "cmdRemoveFilter")->click();
+        menu(world.main, "mnuViewRemoveFilter")->trigger();
         QCOMPARE(volunteers->windowTitle(), QString("Volunteers"));
         QCOMPARE(names(), (QStringList {"Young", "Baker", "Cole"}));
     }
@@ -440,7 +444,7 @@ private slots:
         QVERIFY(d.sql()->toPlainText().isEmpty());
     }
 
-    // The dialog reopens on each window's last criteria; an empty grid restores the full list;
+    // The dialog reopens on each window's last criteria; an empty grid or Remove Filter restores the full list;
     // the sort chosen by the current cell holds across filters.
     void reopensOnLastCriteriaAndClears()
     {
@@ -488,14 +492,19 @@ private slots:
         QCOMPARE(lastNames(list), byFirstName);
         QVERIFY(filterStatus(world).isEmpty());
 
-        // Remove Filter in the status bar does the same.
-        d = FilterDialog::open(world);
-        d.fill({{"City", "is equal to", "Normal"}});
-        d.ok();
-        QCOMPARE(lastNames(list), QStringList {"張"});
-        button(&world.main, "cmdRemoveFilter")->click();
-        QCOMPARE(lastNames(list), byFirstName);
-        QCOMPARE(list->windowTitle(), QString("Client Table"));
+        // Remove Filter in the status bar and in the View menu do the same.
+        for (QObject *remove : {static_cast<QObject *>(button(&world.main, "cmdRemoveFilter")),
+                                static_cast<QObject *>(menu(world.main, "mnuViewRemoveFilter"))}) {
+            d = FilterDialog::open(world);
+            d.fill({{"City", "is equal to", "Normal"}});
+            d.ok();
+            QCOMPARE(lastNames(list), QStringList {"張"});
+            QCOMPARE(filterStatus(world), QString("Filtered: 1 of 5 clients"));
+            QMetaObject::invokeMethod(remove, qobject_cast<QAction *>(remove) ? "trigger" : "click");
+            QCOMPARE(lastNames(list), byFirstName);
+            QCOMPARE(list->windowTitle(), QString("Client Table"));
+            QVERIFY(filterStatus(world).isEmpty());
+        }
     }
 };
 
