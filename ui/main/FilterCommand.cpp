@@ -85,6 +85,8 @@ void FilterCommand::run()
 
 void FilterCommand::apply(MdiChild *child, const QString &sql)
 {
+    if (!child->leaveCurrentRecord())
+        return;
     m_saved[child].filtered = !sql.isEmpty();
     child->setSQL(sql);
     child->ExecuteSQL();

@@ -18,6 +18,7 @@ public:
     QString SQL() const override { return m_sql; }
     void setSQL(const QString &sql) override;
     void ExecuteSQL() override;
+    bool leaveCurrentRecord() override { return UpdateRecord(); }
     void SortColumn(Qt::SortOrder order) override;
     int recordCount() const override { return madoPrimaryRS.recordCount(); }
     void showRecord(const QString &id) override { setVolunteerID(id); }

@@ -475,12 +475,23 @@ private slots:
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams"}));   // Eve, Mary, Văn, Zoe
 
-        // Another window starts afresh.
-        world.main.findChild<QAction *>("mnuDataClientDetails")->trigger();
+        // Another window starts afresh. A changed client kept there (Cancel to saving it) keeps its records unfiltered,
+        // and the criteria for the next time.
+        auto *details = world.open<frmClientDetails>("mnuDataClientDetails");
+        typeInto(details, "FirstName", "Zed");
         d = FilterDialog::open(world);
         QCOMPARE(d.cell(0, Field), QString());
-        button(d.w, "cmdCancel")->click();
+        d.fill({{"City", "is equal to", "Pekin"}});
+        world.prompts.answer(Prompt::Cancel);
+        d.ok();
+        QCOMPARE(world.prompts.last().title, QString("Save Record?"));
+        QCOMPARE(details->windowTitle(), QString("Client Details"));
+        QVERIFY(details->DataChanged());
+        QCOMPARE(details->recordCount(), 5);
         QVERIFY(filterStatus(world).isEmpty());
+        d = FilterDialog::open(world);
+        QCOMPARE(d.cell(0, Value), QString("Pekin"));
+        button(d.w, "cmdCancel")->click();
 
         world.main.activateChild(list);
         QCOMPARE(filterStatus(world), QString("Filtered: 4 of 5 clients"));
