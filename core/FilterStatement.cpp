@@ -3,6 +3,7 @@
 #include "FilterFields.h"
 #include "Money.h"
 
+#include <QCoreApplication>
 #include <QDate>
 #include <QRegularExpression>
 
@@ -15,7 +16,7 @@ using FilterFields::Type;
 
 QString rowError(int row, const QString &text)
 {
-    return QStringLiteral("Row %1: %2").arg(row + 1).arg(text);
+    return QCoreApplication::translate("FilterStatement", "Row %1: %2").arg(row + 1).arg(text);
 }
 
 // One value as the literal the statement holds; empty with *error set when it is not usable.
@@ -24,26 +25,26 @@ QString literal(const Field &field, const QString &typed, int row, QString *erro
     const QString value = typed.trimmed();
     const QString caption = QString::fromLatin1(field.caption);
     if (value.isEmpty()) {
-        *error = rowError(row, QStringLiteral("enter a value for %1.").arg(caption));
+        *error = rowError(row, QCoreApplication::translate("FilterStatement", "enter a value for %1.").arg(caption));
         return {};
     }
     switch (field.type) {
     case Type::Date: {
         const QDate date = QDate::fromString(value, QStringLiteral("MM/dd/yyyy"));
         if (!date.isValid())
-            *error = rowError(row, QStringLiteral("%1 is not a date; enter it as mm/dd/yyyy.").arg(value));
+            *error = rowError(row, QCoreApplication::translate("FilterStatement", "%1 is not a date; enter it as mm/dd/yyyy.").arg(value));
         return date.isValid() ? quoted(date.toString(Qt::ISODate)) : QString();
     }
     case Type::Currency: {
         const std::optional<qint64> cents = Money::parse(value);
         if (!cents)
-            *error = rowError(row, QStringLiteral("%1 is not an amount of money.").arg(value));
+            *error = rowError(row, QCoreApplication::translate("FilterStatement", "%1 is not an amount of money.").arg(value));
         return cents ? QString::number(*cents) : QString();
     }
     case Type::Number: {
         static const QRegularExpression number(QStringLiteral("^-?[0-9]{1,15}$"));
         if (!number.match(value).hasMatch())
-            *error = rowError(row, QStringLiteral("%1 is not a whole number.").arg(value));
+            *error = rowError(row, QCoreApplication::translate("FilterStatement", "%1 is not a whole number.").arg(value));
         return number.match(value).hasMatch() ? QString::number(value.toLongLong()) : QString();
     }
     case Type::IDNumber:
@@ -94,7 +95,8 @@ QString expression(const Field &field, const Criterion &c, int row, QString *err
     if (condition == QLatin1String("is True") || condition == QLatin1String("is False"))
         return column + (condition == QLatin1String("is True") ? QStringLiteral(" = 1") : QStringLiteral(" = 0"));
     if (!FilterFields::conditions(field.type).contains(condition)) {
-        *error = rowError(row, QStringLiteral("choose a condition for %1.").arg(QString::fromLatin1(field.caption)));
+        *error = rowError(
+            row, QCoreApplication::translate("FilterStatement", "choose a condition for %1.").arg(QString::fromLatin1(field.caption)));
         return {};
     }
     const bool negate = condition.contains(QLatin1String(" not ")) || condition.startsWith(QLatin1String("does not"));
@@ -125,7 +127,7 @@ QString expression(const Field &field, const Criterion &c, int row, QString *err
         return {};
     if (FilterFields::isRange(condition)) {
         if (c.value2.trimmed().isEmpty()) {
-            *error = rowError(row, QStringLiteral("enter the second value of \"%1\".").arg(condition));
+            *error = rowError(row, QCoreApplication::translate("FilterStatement", "enter the second value of \"%1\".").arg(condition));
             return {};
         }
         const QString w = literal(field, c.value2, row, error);
@@ -136,7 +138,8 @@ QString expression(const Field &field, const Criterion &c, int row, QString *err
     for (const auto &[words, op] : comparisons())
         if (condition.endsWith(words))
             return negated(negate, compared + op + v);
-    *error = rowError(row, QStringLiteral("choose a condition for %1.").arg(QString::fromLatin1(field.caption)));
+    *error = rowError(row,
+                      QCoreApplication::translate("FilterStatement", "choose a condition for %1.").arg(QString::fromLatin1(field.caption)));
     return {};
 }
 
@@ -170,7 +173,7 @@ Result build(const QString &tableName, const QList<Criterion> &criteria)
             continue;
         const Field *field = FilterFields::find(tableName, c.field);
         if (!field) {
-            r.error = rowError(row, QStringLiteral("%1 is not a field of %2.").arg(c.field, tableName));
+            r.error = rowError(row, QCoreApplication::translate("FilterStatement", "%1 is not a field of %2.").arg(c.field, tableName));
             r.row = row;
             return r;
         }

@@ -30,6 +30,7 @@ public:
     QString SQL() const override { return m_sql; }
     void setSQL(const QString &sql) override;
     void ExecuteSQL() override;
+    bool leaveCurrentRecord() override { return askToSave(); }
     int recordCount() const override;
     QString currentKey() const override { return m_clientId; }
     void showRecord(const QString &id) override;

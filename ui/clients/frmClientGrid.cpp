@@ -105,6 +105,11 @@ frmClientGrid::frmClientGrid(Workspace *main) : MdiChild(main)
                 if (!m_busy && current.isValid() && previous.isValid() && !m_columnSelected)
                     selectGridRow(current.row());
             });
+    // The current cell's column is the one the sort buttons sort by.
+    connect(grdData->selectionModel(), &QItemSelectionModel::currentColumnChanged, this, [this] {
+        if (!m_busy)
+            Q_EMIT commandsChanged();
+    });
 }
 
 void frmClientGrid::setSQL(const QString &sql)
@@ -193,7 +198,7 @@ void frmClientGrid::selectGridRow(int row)
         m_selectedRow = row;
         const qint64 id = basTendmark::GridText(grdData, row, 1).toLongLong();
         if (id > 0) {
-            basTendmark::SelectRow(grdData, row);
+            highlightRow(row);
             m_clientId = QString::number(id);
         } else {
             grdData->selectionModel()->clear();
@@ -224,16 +229,45 @@ void frmClientGrid::grdData_HeaderClicked(int column)
     Q_EMIT commandsChanged();
 }
 
+// The whole row shows as chosen; the current cell keeps its column.
+void frmClientGrid::highlightRow(int row)
+{
+    const int column = grdData->currentIndex().column();
+    basTendmark::SelectRow(grdData, row);
+    if (column > 0)
+        grdData->selectionModel()->setCurrentIndex(grdData->model()->index(row, column), QItemSelectionModel::NoUpdate);
+}
+
+int frmClientGrid::sortColumn() const
+{
+    if (m_columnSelected)
+        return m_selectedColumn;
+    const int current = grdData->currentIndex().column();
+    return current > 0 && current < grdData->model()->columnCount() ? current : -1;
+}
+
 void frmClientGrid::SortColumn(Qt::SortOrder order)
 {
-    if (!m_columnSelected || m_selectedColumn < 0)
+    const int column = sortColumn();
+    if (column < 1)
         return;
     basErrorHandler::Guard(QStringLiteral("frmClientGrid.SortColumn"), [&] {
         const WaitCursor wait;
-        const int column = m_selectedColumn;
+        const QString chosen = m_clientId;
         basTendmark::Model(grdData)->sortByColumn(column, order);
-        grdData_HeaderClicked(column);
         grdData->scrollToTop();
+        if (m_columnSelected) {
+            grdData_HeaderClicked(column);
+            return;
+        }
+        // The chosen client stays chosen wherever the order puts it.
+        m_busy = true;
+        clearSelection();
+        grdData->selectionModel()->setCurrentIndex(grdData->model()->index(0, column), QItemSelectionModel::NoUpdate);
+        m_busy = false;
+        if (!chosen.isEmpty())
+            GoToRow(chosen);
+        Q_EMIT commandsChanged();
     });
 }
 
@@ -300,8 +334,8 @@ MdiChild::Commands frmClientGrid::commands() const
     Commands c;
     c.del = !m_clientId.isEmpty();
     c.filter = true;
-    c.sortAscending = m_columnSelected;
-    c.sortDescending = m_columnSelected;
+    c.sortAscending = sortColumn() > 0;
+    c.sortDescending = c.sortAscending;
     c.searchBar = true;
     return c;
 }
@@ -317,7 +351,7 @@ void frmClientGrid::refillForClient(const QString &)
 void frmClientGrid::activated()
 {
     if (m_selectedRow >= 0 && !m_columnSelected)
-        basTendmark::SelectRow(grdData, m_selectedRow);
+        highlightRow(m_selectedRow);
     m_busy = true;   // taking the focus makes a current cell, which is not a choice of client
     grdData->setFocus();
     m_busy = false;

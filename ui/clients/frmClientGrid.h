@@ -41,6 +41,8 @@ private:
     void refill();   // RefreshData without the notice
     void GoToRow(const QString &id);
     void selectGridRow(int row);
+    void highlightRow(int row);
+    int sortColumn() const;   // the column the sort buttons sort by, -1 when none
     void clearSelection();
     void grdData_HeaderClicked(int column);
     void cmdClientAdd_Click();

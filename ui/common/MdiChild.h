@@ -41,6 +41,9 @@ public:
     virtual QString SQL() const { return {}; }
     virtual void setSQL(const QString &) { }
     virtual void ExecuteSQL() { }
+    // Before other records are shown: a changed record is saved or dropped as the
+    // user says; false when it stays on screen and the records with it.
+    virtual bool leaveCurrentRecord() { return true; }
     virtual void SortColumn(Qt::SortOrder) { }
     virtual int recordCount() const { return -1; }   // the records the current query holds
     virtual QString currentKey() const { return {}; }

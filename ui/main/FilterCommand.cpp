@@ -4,8 +4,10 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 
+#include <QAction>
 #include <QLabel>
 #include <QLocale>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QStatusBar>
@@ -38,7 +40,7 @@ QString grouped(qint64 n)
 
 }   // namespace
 
-FilterCommand::FilterCommand(Workspace *workspace, QStatusBar *statusBar) : QObject(statusBar), m_workspace(workspace)
+FilterCommand::FilterCommand(Workspace *workspace, QStatusBar *statusBar, QMenu *viewMenu) : QObject(statusBar), m_workspace(workspace)
 {
     lblFilter = new QLabel(statusBar);
     lblFilter->setObjectName(QStringLiteral("lblFilter"));
@@ -49,6 +51,10 @@ FilterCommand::FilterCommand(Workspace *workspace, QStatusBar *statusBar) : QObj
     statusBar->addPermanentWidget(lblFilter);
     statusBar->addPermanentWidget(cmdRemoveFilter);
     connect(cmdRemoveFilter, &QPushButton::clicked, this, &FilterCommand::removeFilter);
+    viewMenu->addSeparator();
+    mnuViewRemoveFilter = viewMenu->addAction(tr("&Remove Filter"));
+    mnuViewRemoveFilter->setObjectName(QStringLiteral("mnuViewRemoveFilter"));
+    connect(mnuViewRemoveFilter, &QAction::triggered, this, &FilterCommand::removeFilter);
     showStatus();
 }
 
@@ -79,6 +85,8 @@ void FilterCommand::run()
 
 void FilterCommand::apply(MdiChild *child, const QString &sql)
 {
+    if (!child->leaveCurrentRecord())
+        return;
     m_saved[child].filtered = !sql.isEmpty();
     child->setSQL(sql);
     child->ExecuteSQL();
@@ -106,4 +114,5 @@ void FilterCommand::showStatus()
     }
     lblFilter->setVisible(filtered);
     cmdRemoveFilter->setVisible(filtered);
+    mnuViewRemoveFilter->setEnabled(filtered);
 }

@@ -6,7 +6,9 @@
 #include <QObject>
 
 class MdiChild;
+class QAction;
 class QLabel;
+class QMenu;
 class QPushButton;
 class QStatusBar;
 class Workspace;
@@ -14,13 +16,14 @@ class Workspace;
 // Data, Filter: opens the filter dialog on the active list window's table and
 // hands the statement to the window. Each window keeps what was last chosen for
 // it, so the dialog reopens there; the status bar says while a window's list is
-// filtered, how many records it holds, and offers to remove the filter.
+// filtered, how many records it holds, and offers to remove the filter, as
+// does the View menu.
 class FilterCommand : public QObject
 {
     Q_OBJECT
 
 public:
-    FilterCommand(Workspace *workspace, QStatusBar *statusBar);
+    FilterCommand(Workspace *workspace, QStatusBar *statusBar, QMenu *viewMenu);
 
     void run();
     void removeFilter();
@@ -40,4 +43,5 @@ private:
     frmFilter *m_dialog = nullptr;
     QLabel *lblFilter = nullptr;
     QPushButton *cmdRemoveFilter = nullptr;
+    QAction *mnuViewRemoveFilter = nullptr;
 };

@@ -33,6 +33,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QLabel>
+#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
@@ -67,7 +68,7 @@ frmMain::frmMain(QWidget *parent) : QMainWindow(parent)
     m_statusPanel = new QLabel(this);
     m_statusPanel->setObjectName(QStringLiteral("Status"));
     statusBar()->addWidget(m_statusPanel, 1);
-    m_filter = new FilterCommand(this, statusBar());
+    m_filter = new FilterCommand(this, statusBar(), menuBar()->findChild<QMenu *>(QStringLiteral("mnuView")));
     m_startPanel = new StartPanel(m_mdiArea);
     connect(m_startPanel, &StartPanel::newDatabaseRequested, m_session, &DatabaseSession::createNew);
     connect(m_startPanel, &StartPanel::openDatabaseRequested, m_session, &DatabaseSession::openChosen);

@@ -5,13 +5,12 @@
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "RecordQueries.h"
+#include "SqlText.h"
 
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-
-namespace { }
 
 frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main, parent)
 {
@@ -21,7 +20,40 @@ frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main
 
 QString frmVolunteer::query() const
 {
-    return m_sql.isEmpty() ? RecordQueries::allVolunteers() : m_sql;
+    const QString rows = m_sql.isEmpty() ? RecordQueries::allVolunteers() : m_sql;
+    if (m_sortField.isEmpty())
+        return rows;
+    return QStringLiteral("SELECT * FROM (%1) ORDER BY %2 COLLATE NOCASE %3, LastName, FirstName, VolunteerID")
+        .arg(rows, SqlText::id(m_sortField), m_sortOrder == Qt::AscendingOrder ? QStringLiteral("ASC") : QStringLiteral("DESC"));
+}
+
+// The field that holds the focus, or the one that last held it; the last name before any.
+QString frmVolunteer::sortField() const
+{
+    for (const QWidget *w = focusWidget(); w && w != this; w = w->parentWidget())
+        if (const QString field = basTendmark::DataField(w); !field.isEmpty() && boundControl(field) == w)
+            return field;
+    return QStringLiteral("LastName");
+}
+
+void frmVolunteer::SortColumn(Qt::SortOrder order)
+{
+    const QString field = sortField();
+    if (!UpdateRecord())
+        return;
+    const QString current = VolunteerID();
+    m_sortField = field;
+    m_sortOrder = order;
+    if (!reopen(query(), {}) || madoPrimaryRS.recordCount() == 0)
+        return;
+    setLoading(true);
+    if (current.isEmpty() || !madoPrimaryRS.find(current))
+        madoPrimaryRS.moveFirst();
+    takeKeyOfRow();
+    DisplayRecordPosition();
+    populateControls();
+    setDataChanged(false);
+    setLoading(false);
 }
 
 void frmVolunteer::setSQL(const QString &sql)
@@ -56,6 +88,8 @@ MdiChild::Commands frmVolunteer::commands() const
 {
     Commands c = RecordEditor::commands();
     c.filter = true;
+    c.sortAscending = madoPrimaryRS.recordCount() > 0;
+    c.sortDescending = c.sortAscending;
     c.searchBar = true;
     return c;
 }

@@ -18,6 +18,8 @@ public:
     QString SQL() const override { return m_sql; }
     void setSQL(const QString &sql) override;
     void ExecuteSQL() override;
+    bool leaveCurrentRecord() override { return UpdateRecord(); }
+    void SortColumn(Qt::SortOrder order) override;
     int recordCount() const override { return madoPrimaryRS.recordCount(); }
     void showRecord(const QString &id) override { setVolunteerID(id); }
     Commands commands() const override;
@@ -34,5 +36,9 @@ protected:
     DeleteTexts deleteTexts() const override;
 
 private:
+    QString sortField() const;
+
     QString m_sql;
+    QString m_sortField;   // empty: by name
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
 };

@@ -70,10 +70,10 @@ private slots:
         QCOMPARE(cell(0, 3), QStringLiteral("Zoe"));
         world.toolbar("Sort Ascending");
         QCOMPARE(cell(0, 3), QStringLiteral("Amy"));
-        // Choosing a row lets the column go and offers the row's client.
+        // Choosing a row lets the column go and offers the row's client; the clicked cell's column is then the one to sort.
         clickRow(grid(w), 1);
         QVERIFY(!w->ColumnSelected());
-        QVERIFY(!world.main.toolbarButton(QStringLiteral("Sort Ascending"))->isEnabled());
+        QVERIFY(world.main.toolbarButton(QStringLiteral("Sort Ascending"))->isEnabled());
         QCOMPARE(w->ClientID(), cell(1, 1));
         QVERIFY(button(w, "cmdClientEdit")->isEnabled());
     }

@@ -7,12 +7,27 @@
 #include "frmFilter.h"
 #include "frmVolunteer.h"
 
-#include <QHeaderView>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTranslator>
 
 namespace {
+
+// Marks the texts of one context, so a test can tell they are shown translated.
+class MarkingTranslator : public QTranslator
+{
+public:
+    explicit MarkingTranslator(const char *context) : m_context(context) { }
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *sourceText, const char *, int) const override
+    {
+        return qstrcmp(context, m_context) == 0 ? QStringLiteral("[%1]").arg(QString::fromUtf8(sourceText)) : QString();
+    }
+
+private:
+    const char *m_context;
+};
 
 enum Column {
     Conj = frmFilter::ColConjunction,
@@ -115,7 +130,11 @@ QStringList lastNames(frmClientGrid *w)
 QString filterStatus(ClientWorld &world)
 {
     auto *label = world.main.findChild<QLabel *>("lblFilter");
-    return label->isVisible() ? label->text() : QString();
+    const QString shown = label->isVisible() ? label->text() : QString();
+    // The View menu offers to remove the filter exactly while the status bar does.
+    if (menu(world.main, "mnuViewRemoveFilter")->isEnabled() != !shown.isEmpty())
+        return QStringLiteral("View, Remove Filter does not follow \"%1\"").arg(shown);
+    return shown;
 }
 
 }   // namespace
@@ -249,6 +268,24 @@ private slots:
                      c.firstName);
         }
         QVERIFY(!world.prompts.titles().contains("SQL Error"));
+
+        // The volunteers sort by the field that holds the focus; the one shown stays; the order outlives the filter.
+        auto *volunteers = qobject_cast<RecordEditor *>(world.main.activeChild());
+        auto names = [volunteers] {
+            QStringList shown;
+            volunteers->cmdFirst_Click();
+            for (int i = 0; i < volunteers->recordset().recordCount(); ++i, volunteers->cmdNext_Click())
+                shown << lineEdit(volunteers, "LastName")->text();
+            return shown;
+        };
+        lineEdit(volunteers, "NumberInParty")->setFocus();
+        menu(world.main, "mnuDataSortSortDescending")->trigger();
+        QVERIFY2(statusText(volunteers).startsWith("Record: 2 of 2"), qPrintable(statusText(volunteers)));
+        QCOMPARE(lineEdit(volunteers, "LastName")->text(), QString("Baker"));
+        QCOMPARE(names(), (QStringList {"Young", "Baker"}));
+        menu(world.main, "mnuViewRemoveFilter")->trigger();
+        QCOMPARE(volunteers->windowTitle(), QString("Volunteers"));
+        QCOMPARE(names(), (QStringList {"Young", "Baker", "Cole"}));
     }
 
     // A typed statement that is wrong or would write is refused by the database, the dialog stays open with the text as typed.
@@ -316,6 +353,7 @@ private slots:
         QTest::addColumn<Row>("second");
         QTest::addColumn<QString>("error");
         QTest::newRow("no value") << Row {"City", "contains"} << "Row 2: enter a value for City.";
+        QTest::newRow("no value, translated") << Row {"City", "contains"} << "[Row 2: [enter a value for City.]]";
         QTest::newRow("not a number") << Row {"Food Service Bags", "is equal to", "two"} << "Row 2: two is not a whole number.";
         QTest::newRow("not money") << Row {"Payment Amount", "is less than", "ten"} << "Row 2: ten is not an amount of money.";
         QTest::newRow("no list choice") << Row {"Payment Type", "is equal to"} << "Row 2: enter a value for Payment Type.";
@@ -328,6 +366,9 @@ private slots:
         QFETCH(Row, second);
         QFETCH(QString, error);
         Pantry world;
+        MarkingTranslator marking("FilterStatement");
+        if (QByteArray(QTest::currentDataTag()).endsWith("translated"))
+            QCoreApplication::installTranslator(&marking);
         auto *list = world.open<frmClientGrid>("mnuDataClientTable");
         const FilterDialog dialog = FilterDialog::open(world);
         dialog.fill({{"Last Name", "is not empty"}, second});
@@ -403,21 +444,28 @@ private slots:
         QVERIFY(d.sql()->toPlainText().isEmpty());
     }
 
-    // The dialog reopens on each window's last criteria; an empty grid restores the full list; a sort holds across filters.
+    // The dialog reopens on each window's last criteria; an empty grid or Remove Filter restores the full list;
+    // the sort chosen by the current cell holds across filters.
     void reopensOnLastCriteriaAndClears()
     {
         Pantry world;
         auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        auto *grid = list->findChild<QTableView *>("grdData");
         FilterDialog d = FilterDialog::open(world);
         d.fill({{"City", "is equal to", "Pekin"}, {"City", "is equal to", "Normal", {}, "Or"}});
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"Nguyễn", "O'Brien", "張"}));
 
-        // Sorted by first name, A to Z; the order holds when the filter changes.
-        QHeaderView *header = list->findChild<QTableView *>("grdData")->horizontalHeader();
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionViewportPosition(3) + 5, 5));
+        // A click on Nguyễn's first name: the Sort entries sort by first name, and Nguyễn stays chosen.
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(grid->model()->index(0, 3)).center());
+        const QString nguyen = list->ClientID();
+        QVERIFY(!nguyen.isEmpty());
+        menu(world.main, "mnuDataSortSortDescending")->trigger();
+        QCOMPARE(lastNames(list), (QStringList {"張", "Nguyễn", "O'Brien"}));   // 偉, Văn, Mary
+        QCOMPARE(list->ClientID(), nguyen);
+        QCOMPARE(grid->currentIndex(), grid->model()->index(1, 3));
         world.toolbar("Sort Ascending");
-        QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));   // Mary, Văn, 偉
+        QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));
 
         d = FilterDialog::open(world);
         QCOMPARE(d.cell(0, Field), QString("City"));
@@ -427,12 +475,23 @@ private slots:
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams"}));   // Eve, Mary, Văn, Zoe
 
-        // Another window starts afresh.
-        world.main.findChild<QAction *>("mnuDataClientDetails")->trigger();
+        // Another window starts afresh. A changed client kept there (Cancel to saving it) keeps its records unfiltered,
+        // and the criteria for the next time.
+        auto *details = world.open<frmClientDetails>("mnuDataClientDetails");
+        typeInto(details, "FirstName", "Zed");
         d = FilterDialog::open(world);
         QCOMPARE(d.cell(0, Field), QString());
-        button(d.w, "cmdCancel")->click();
+        d.fill({{"City", "is equal to", "Pekin"}});
+        world.prompts.answer(Prompt::Cancel);
+        d.ok();
+        QCOMPARE(world.prompts.last().title, QString("Save Record?"));
+        QCOMPARE(details->windowTitle(), QString("Client Details"));
+        QVERIFY(details->DataChanged());
+        QCOMPARE(details->recordCount(), 5);
         QVERIFY(filterStatus(world).isEmpty());
+        d = FilterDialog::open(world);
+        QCOMPARE(d.cell(0, Value), QString("Pekin"));
+        button(d.w, "cmdCancel")->click();
 
         world.main.activateChild(list);
         QCOMPARE(filterStatus(world), QString("Filtered: 4 of 5 clients"));
@@ -440,17 +499,23 @@ private slots:
         button(d.w, "cmdClear")->click();
         d.ok();
         QCOMPARE(list->windowTitle(), QString("Client Table"));
-        QCOMPARE(lastNames(list).size(), 5);
+        const QStringList byFirstName {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams", "張"};
+        QCOMPARE(lastNames(list), byFirstName);
         QVERIFY(filterStatus(world).isEmpty());
 
-        // Remove Filter in the status bar does the same.
-        d = FilterDialog::open(world);
-        d.fill({{"City", "is equal to", "Normal"}});
-        d.ok();
-        QCOMPARE(lastNames(list), QStringList {"張"});
-        button(&world.main, "cmdRemoveFilter")->click();
-        QCOMPARE(lastNames(list).size(), 5);
-        QCOMPARE(list->windowTitle(), QString("Client Table"));
+        // Remove Filter in the status bar and in the View menu do the same.
+        for (QObject *remove : {static_cast<QObject *>(button(&world.main, "cmdRemoveFilter")),
+                                static_cast<QObject *>(menu(world.main, "mnuViewRemoveFilter"))}) {
+            d = FilterDialog::open(world);
+            d.fill({{"City", "is equal to", "Normal"}});
+            d.ok();
+            QCOMPARE(lastNames(list), QStringList {"張"});
+            QCOMPARE(filterStatus(world), QString("Filtered: 1 of 5 clients"));
+            QMetaObject::invokeMethod(remove, qobject_cast<QAction *>(remove) ? "trigger" : "click");
+            QCOMPARE(lastNames(list), byFirstName);
+            QCOMPARE(list->windowTitle(), QString("Client Table"));
+            QVERIFY(filterStatus(world).isEmpty());
+        }
     }
 };
 

@@ -297,10 +297,10 @@ void TestMainWindow::toolbarFollowsTheWindows_data()
                                          << "011001";
     QTest::newRow("volunteers, new record") << "mnuDataVolunteers"
                                             << ""
-                                            << "001001";
+                                            << "001111";
     QTest::newRow("volunteers, one chosen") << "mnuDataVolunteers"
                                             << "choose"
-                                            << "011001";
+                                            << "011111";
     QTest::newRow("editor, new record") << "editor"
                                         << "add"
                                         << "000000";
