@@ -19,7 +19,6 @@ private Q_SLOTS:
         QTest::newRow("comma") << "Dayton, OH" << false << "\"Dayton, OH\"";
         QTest::newRow("quotes doubled") << "Bob \"Bo\"" << false << "\"Bob \"\"Bo\"\"\"";
         QTest::newRow("line break") << "a\r\nb" << false << "\"a\r\nb\"";
-        QTest::newRow("apostrophe and accents") << "O'Brien Seán 张" << false << "O'Brien Seán 张";
         QTest::newRow("everything quoted") << "Dayton" << true << "\"Dayton\"";
         QTest::newRow("empty, everything quoted") << "" << true << "\"\"";
     }

@@ -2,6 +2,7 @@
 #include "FilterStatement.h"
 #include "RecordScope.h"
 #include "TestDatabase.h"
+#include "basDatabase.h"
 
 #include <QTest>
 
@@ -31,18 +32,15 @@ class TestFilterStatement : public QObject
 private Q_SLOTS:
     void fieldListsAndConditions()
     {
-        const QList<FilterFields::Field> &client = FilterFields::forTable("Client");
-        QCOMPARE(client.size(), 49);
-        QCOMPARE(QString(client.first().caption), QString("Last Name"));
-        QCOMPARE(QString(client.last().caption), QString("Expense Amount"));
+        // Every field names a real column: a misspelt one would fail only when a user picks it.
+        TestDatabase db;
+        for (const char *table : {"Client", "Volunteer"})
+            for (const FilterFields::Field &f : FilterFields::forTable(table)) {
+                const QString column = f.qualified();
+                QVERIFY2(basDatabase::Field(column.section('.', 0, 0), column.section('.', 1)).isValid(), qPrintable(column));
+            }
         QCOMPARE(FilterFields::find("Client", "Employment Duration Years")->qualified(), QString("Client.EmployerDurationYears"));
-        QCOMPARE(FilterFields::forTable("Volunteer").size(), 17);
         QVERIFY(FilterFields::forTable("Family").isEmpty());
-        for (auto type : {FilterFields::Type::Text, FilterFields::Type::Date, FilterFields::Type::IDNumber, FilterFields::Type::Number,
-                          FilterFields::Type::Currency, FilterFields::Type::Boolean})
-            QVERIFY(FilterFields::conditions(type).size() <= 20);
-        QCOMPARE(FilterFields::conditions(FilterFields::Type::Number).size(), 20);
-        QCOMPARE(FilterFields::conditions(FilterFields::Type::Text).at(2), QString("contains"));
     }
 
     void statementText_data()

@@ -70,16 +70,11 @@ private Q_SLOTS:
         const int year = QDate::currentDate().year();
         QCOMPARE(eval(SqlText::yearsSince("v"), QString("%1-12-31").arg(year - 1)).toInt(), 1);   // calendar years, not birthdays
         QVERIFY(eval(SqlText::yearsSince("v"), QVariant()).isEmpty());
-        QCOMPARE(TestDatabase::scalar("SELECT " + SqlText::fullName()
-                                      + " FROM (SELECT 'Doe' AS LastName, 'Jane' AS FirstName, "
-                                        "NULL AS MiddleInitial)")
-                     .toString(),
-                 QStringLiteral("Doe, Jane "));
-        QCOMPARE(TestDatabase::scalar("SELECT " + SqlText::fullName()
-                                      + " FROM (SELECT NULL AS LastName, 'Jane' AS FirstName, "
-                                        "'Q' AS MiddleInitial)")
-                     .toString(),
-                 QStringLiteral("Jane Q"));
+        const auto fullName = [](const char *row) {
+            return TestDatabase::scalar("SELECT " + SqlText::fullName() + " FROM (SELECT " + row + ")").toString();
+        };
+        QCOMPARE(fullName("'Doe' AS LastName, 'Jane' AS FirstName, NULL AS MiddleInitial"), QStringLiteral("Doe, Jane "));
+        QCOMPARE(fullName("NULL AS LastName, 'Jane' AS FirstName, 'Q' AS MiddleInitial"), QStringLiteral("Jane Q"));
         QCOMPARE(TestDatabase::count("Client", "LastName LIKE ? ESCAPE '\\'", {SqlText::likeContains("100%")}), 0);
         TestDatabase::insert("Client", {{"LastName", "100% Smith"}});
         TestDatabase::insert("Client", {{"LastName", "1000 Smith"}});

@@ -122,8 +122,6 @@ private Q_SLOTS:
                                         "Totals,Seniors,1\n"
                                         "Totals,Children,1\n"
                                         "Totals,No birth date,1";
-        QTest::newRow("geographic, nobody served")
-            << int(Name::GeographicSummary) << QDate(2030, 1, 1) << kToday << "Section,Item,Value\nTotal,,0";
         QTest::newRow("grocery log, nothing served") << int(Name::GroceryLog) << QDate(2030, 1, 1) << kToday
                                                      << "Section,Item,Value\n"
                                                         "Totals,Services,0\n"

@@ -57,6 +57,7 @@ private slots:
 
 void TestReportMenu::entriesAskAndRefuseWithoutARecord()
 {
+    // Each "current" option offered and chosen with no record in the window is refused.
     struct Case
     {
         const char *entry;
@@ -64,68 +65,44 @@ void TestReportMenu::entriesAskAndRefuseWithoutARecord()
         const char *dialog;
         const char *caption;
         bool currentOffered;
-        QStringList clicks;
-        Prompt::Message message;   // empty title: nothing said
+        const char *refusal;   // the title of the refusal, or null: cancelled
+        const char *text;
     };
-    const QStringList cancel {QStringLiteral("cmdCancel")};
-    const QList<Case> cases = {
-        {"mnuReportsClientList", nullptr, "frmReportByGrouped", "Select Clients To Report", false, cancel, {}},
-        {"mnuReportsClientDetail",
-         "mnuDataClientTable",
-         "frmReportBy",
-         "Select Clients To Report",
-         true,
-         {"optCurrent", "cmdOK"},
-         {"Client Detail Report", "No client has been selected."}},
-        {"mnuReportsClientList",
-         "mnuDataClientSummary",
-         "frmReportByGrouped",
-         "Select Clients To Report",
-         true,
-         {"optCurrent", "cmdOK"},
-         {"Client List Report", "No client has been selected."}},
-        {"mnuReportsFoodServiceByClient",
-         "mnuDataClientDetails",
-         "frmReportByClientAndDate",
-         "Select Clients and Dates To Report",
-         true,
-         {"optCurrentClient", "cmdOK"},
-         {"Food Service History By Client Report", "No client has been selected."}},
-        {"mnuReportsPaymentHistoryByClient", nullptr, "frmReportByClientAndDate", "Select Clients and Dates To Report", false, cancel, {}},
-        {"mnuReportsVolunteerDetail",
-         "mnuDataVolunteers",
-         "frmReportBy",
-         "Select Volunteers To Report",
-         true,
-         {"optCurrent", "cmdOK"},
-         {"Volunteer Detail Report", "No Volunteer has been selected."}},
-        {"mnuReportsVolunteerList",
-         "mnuDataVolunteers",
-         "frmReportByGrouped",
-         "Select Volunteers To Report",
-         true,
-         {"optCurrent", "cmdOK"},
-         {"Volunteer List Report", "No volunteer has been selected."}},
+    const char *noClient = "No client has been selected.";
+    const Case cases[] = {
+        {"mnuReportsClientList", nullptr, "frmReportByGrouped", "Select Clients To Report", false, nullptr, nullptr},
+        {"mnuReportsClientDetail", "mnuDataClientTable", "frmReportBy", "Select Clients To Report", true, "Client Detail Report", noClient},
+        {"mnuReportsClientList", "mnuDataClientSummary", "frmReportByGrouped", "Select Clients To Report", true, "Client List Report",
+         noClient},
+        {"mnuReportsFoodServiceByClient", "mnuDataClientDetails", "frmReportByClientAndDate", "Select Clients and Dates To Report", true,
+         "Food Service History By Client Report", noClient},
+        {"mnuReportsPaymentHistoryByClient", nullptr, "frmReportByClientAndDate", "Select Clients and Dates To Report", false, nullptr,
+         nullptr},
+        {"mnuReportsVolunteerDetail", "mnuDataVolunteers", "frmReportBy", "Select Volunteers To Report", true, "Volunteer Detail Report",
+         "No Volunteer has been selected."},
+        {"mnuReportsVolunteerList", "mnuDataVolunteers", "frmReportByGrouped", "Select Volunteers To Report", true, "Volunteer List Report",
+         "No volunteer has been selected."},
         // A client window does not make a volunteer current, nor the other way round.
-        {"mnuReportsVolunteerDetail", "mnuDataClientTable", "frmReportBy", "Select Volunteers To Report", false, cancel, {}},
-        {"mnuReportsClientDetail", "mnuDataVolunteers", "frmReportBy", "Select Clients To Report", false, cancel, {}},
-        {"mnuReportsGroceryLog", nullptr, "frmReportByDate", "Select Report Date", false, cancel, {}},
-        {"mnuReportsGeographicSummary", nullptr, "frmReportByDate", "Select Report Date", false, cancel, {}},
-        {"mnuReportsDemographics", "mnuDataClientTable", "frmReportByDate", "Select Report Date", false, cancel, {}},
+        {"mnuReportsVolunteerDetail", "mnuDataClientTable", "frmReportBy", "Select Volunteers To Report", false, nullptr, nullptr},
+        {"mnuReportsClientDetail", "mnuDataVolunteers", "frmReportBy", "Select Clients To Report", false, nullptr, nullptr},
+        {"mnuReportsGroceryLog", nullptr, "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
+        {"mnuReportsGeographicSummary", nullptr, "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
+        {"mnuReportsDemographics", "mnuDataClientTable", "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
     };
     for (const Case &c : cases) {
         ClientWorld world;
         if (c.window)
             menu(world.main, c.window)->trigger();
-        const Seen seen = runMenu(world.main, c.entry, c.clicks);
+        const QString current = QLatin1String(qstrcmp(c.dialog, "frmReportByClientAndDate") ? "optCurrent" : "optCurrentClient");
+        const Seen seen = runMenu(world.main, c.entry, c.refusal ? QStringList {current, "cmdOK"} : QStringList {"cmdCancel"});
         QVERIFY2(seen.dialog == QLatin1String(c.dialog), c.entry);
         QCOMPARE(seen.caption, QLatin1String(c.caption));
         QVERIFY2(seen.currentOffered == c.currentOffered, c.entry);
-        if (c.message.title.isEmpty()) {
+        if (!c.refusal) {
             QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
         } else {
             QCOMPARE(world.prompts.messages().size(), 1);
-            QCOMPARE(world.prompts.last(), c.message);
+            QCOMPARE(world.prompts.last(), (Prompt::Message {c.refusal, c.text}));
         }
         QVERIFY(world.prompts.previews().isEmpty());
     }

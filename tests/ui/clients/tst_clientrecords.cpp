@@ -47,75 +47,29 @@ private slots:
         QTest::addColumn<QString>("menu");
         QTest::addColumn<int>("list");   // the details window's tab, or the index of the summary's list
         QTest::addColumn<QString>("table");
-        QTest::addColumn<QStringList>("typed");   // field, value, field, value...
+        QTest::addColumn<QString>("typed");   // field=value;field=value...
         QTest::addColumn<int>("column");
         QTest::addColumn<QString>("shown");
         using D = frmClientDetails;
+        const char *details = "mnuDataClientDetails", *summary = "mnuDataClientSummary";
         const struct
         {
             const char *name, *menu;
             int list;
-            const char *table;
-            QStringList typed;
+            const char *table, *typed;
             int column;
             const char *shown;
         } rows[] = {
-            {"details, family",
-             "mnuDataClientDetails",
-             D::FamilyTab,
-             "Family",
-             {"RelationshipID", "Son", "LastName", "O'Brien", "FirstName", "Sean", "BirthDate", "05012010"},
-             2,
+            {"details, family", details, D::FamilyTab, "Family", "RelationshipID=Son;LastName=O'Brien;FirstName=Sean;BirthDate=05012010", 2,
              "O'Brien, Sean"},
-            {"details, food",
-             "mnuDataClientDetails",
-             D::FoodServiceTab,
-             "FoodService",
-             {"FoodServiceTypeID", "Holiday basket", "NumberOfBags", "2"},
-             2,
+            {"details, food", details, D::FoodServiceTab, "FoodService", "FoodServiceTypeID=Holiday basket;NumberOfBags=2", 2,
              "Holiday basket"},
-            {"details, payments",
-             "mnuDataClientDetails",
-             D::PaymentTab,
-             "Payments",
-             {"PaymentsTypeID", "Rent", "AmountPaid", "25"},
-             3,
-             "$25.00"},
-            {"details, expenses",
-             "mnuDataClientDetails",
-             D::IncomeExpensesTab,
-             "Expenses",
-             {"ExpenseCategoryID", "Food", "Amount", "120"},
-             2,
-             "$120.00"},
-            {"details, income",
-             "mnuDataClientDetails",
-             D::IncomeExpensesTab,
-             "Income",
-             {"IncomeSourceID", "Pension", "Amount", "50"},
-             2,
-             "$50.00"},
-            {"summary, family",
-             "mnuDataClientSummary",
-             0,
-             "Family",
-             {"RelationshipID", "Spouse", "LastName", "Adams", "FirstName", "Bill"},
-             1,
-             "Spouse"},
-            {"summary, food",
-             "mnuDataClientSummary",
-             1,
-             "FoodService",
-             {"FoodServiceTypeID", "Senior box", "NumberOfBags", "3"},
-             2,
-             "Senior box"},
-            {"summary, payments",
-             "mnuDataClientSummary",
-             2,
-             "Payments",
-             {"PaymentsTypeID", "Utilities", "AmountPaid", "40.5"},
-             3,
-             "$40.50"},
+            {"details, payments", details, D::PaymentTab, "Payments", "PaymentsTypeID=Rent;AmountPaid=25", 3, "$25.00"},
+            {"details, expenses", details, D::IncomeExpensesTab, "Expenses", "ExpenseCategoryID=Food;Amount=120", 2, "$120.00"},
+            {"details, income", details, D::IncomeExpensesTab, "Income", "IncomeSourceID=Pension;Amount=50", 2, "$50.00"},
+            {"summary, family", summary, 0, "Family", "RelationshipID=Spouse;LastName=Adams;FirstName=Bill", 1, "Spouse"},
+            {"summary, food", summary, 1, "FoodService", "FoodServiceTypeID=Senior box;NumberOfBags=3", 2, "Senior box"},
+            {"summary, payments", summary, 2, "Payments", "PaymentsTypeID=Utilities;AmountPaid=40.5", 3, "$40.50"},
         };
         for (const auto &r : rows)
             QTest::newRow(r.name) << r.menu << r.list << r.table << r.typed << r.column << r.shown;
@@ -126,7 +80,7 @@ private slots:
         QFETCH(QString, menu);
         QFETCH(int, list);
         QFETCH(QString, table);
-        QFETCH(QStringList, typed);
+        QFETCH(QString, typed);
         QFETCH(int, column);
         QFETCH(QString, shown);
         ClientWorld world;
@@ -136,6 +90,7 @@ private slots:
         auto *tabs = details ? details->findChild<QTabWidget *>(QStringLiteral("tabData")) : nullptr;
         QWidget *lists = tabs ? tabs->widget(list) : window->findChildren<ClientSubGrid *>().at(list);
         QTableView *grid = gridOf(lists, table);
+        QVERIFY2(grid, qPrintable(table));
         if (tabs)
             tabs->setCurrentWidget(lists);
         grid->setFocus();   // on a page of two lists, the one with the focus takes Add
@@ -144,9 +99,9 @@ private slots:
         RecordEditor *editor = activeEditor(world, id);
         QVERIFY(editor);
         QVERIFY(editor->recordId().isEmpty());
-        QVERIFY2(editor->boundControl(typed.at(0)), "the editor of the other list opened");
-        for (int i = 0; i + 1 < typed.size(); i += 2)
-            typeInto(editor, typed.at(i), typed.at(i + 1));
+        QVERIFY2(editor->boundControl(typed.section(QLatin1Char('='), 0, 0)), "the editor of the other list opened");
+        for (const QString &pair : typed.split(QLatin1Char(';')))
+            typeInto(editor, pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
         world.toolbar("Save");
         QCOMPARE(TestDatabase::count(table, "ClientID = ?", {id}), 1);
         ClientWorld::closeWindow(editor);   // the client window comes back to the front by itself

@@ -1,4 +1,5 @@
 #include "DemoDatabase.h"
+#include "FormTesting.h"
 #include "LookupTables.h"
 #include "MdiChild.h"
 #include "ScriptedPrompts.h"
@@ -72,27 +73,13 @@ void TestMainWindow::dataMenusNeedADatabase_data()
     // A window's own commands are off while no window is open, so none of them can be chosen.
     for (const char *name : {"mnuFileSave", "mnuFileDelete", "mnuDataFilter", "mnuDataSortSortAscending", "mnuDataSortSortDescending"})
         QTest::newRow(name) << QString::fromLatin1(name) << false;
-    QStringList names = {"mnuFilePrintLabels",
-                         "mnuDataClientSummary",
-                         "mnuDataClientDetails",
-                         "mnuDataClientTable",
-                         "mnuDataVolunteers",
-                         "mnuDataExportClients",
-                         "mnuDataExportVolunteers",
-                         "mnuReportsClientDetail",
-                         "mnuReportsClientList",
-                         "mnuReportsDemographics",
-                         "mnuReportsFoodServiceByClient",
-                         "mnuReportsGeographicSummary",
-                         "mnuReportsGroceryLog",
-                         "mnuReportsPaymentHistoryByClient",
-                         "mnuReportsVolunteerDetail",
-                         "mnuReportsVolunteerList",
-                         "mnuToolsOptions",
-                         "ViewBarClientSummary",
-                         "ViewBarClientDetails",
-                         "ViewBarClientTable",
-                         "ViewBarVolunteers"};
+    QStringList names
+        = QStringLiteral("mnuFilePrintLabels mnuDataClientSummary mnuDataClientDetails mnuDataClientTable mnuDataVolunteers "
+                         "mnuDataExportClients mnuDataExportVolunteers mnuReportsClientDetail mnuReportsClientList "
+                         "mnuReportsDemographics mnuReportsFoodServiceByClient mnuReportsGeographicSummary mnuReportsGroceryLog "
+                         "mnuReportsPaymentHistoryByClient mnuReportsVolunteerDetail mnuReportsVolunteerList mnuToolsOptions "
+                         "ViewBarClientSummary ViewBarClientDetails ViewBarClientTable ViewBarVolunteers")
+              .split(QLatin1Char(' '));
     for (const LookupTables::LookupTable &t : LookupTables::all())
         names << QString::fromLatin1(t.menuName);
     for (const QString &name : names)
@@ -256,69 +243,31 @@ void TestMainWindow::toolbarFollowsTheWindows_data()
     QTest::addColumn<QString>("window");
     QTest::addColumn<QString>("step");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("no window") << ""
-                               << ""
-                               << "000000";
-    QTest::newRow("details, saved client") << "mnuDataClientDetails"
-                                           << ""
-                                           << "011001";
-    QTest::newRow("details, new client") << "mnuDataClientDetails"
-                                         << "add"
-                                         << "001001";
-    QTest::newRow("details, typed") << "mnuDataClientDetails"
-                                    << "type"
-                                    << "111001";
-    QTest::newRow("details, no client on file") << "mnuDataClientDetails"
-                                                << "empty"
-                                                << "001001";
-    QTest::newRow("details, new client from the table") << "mnuDataClientTable"
-                                                        << "details add"
-                                                        << "001001";
-    QTest::newRow("details, new client from the summary") << "mnuDataClientSummary"
-                                                          << "details add"
-                                                          << "001001";
-    QTest::newRow("details, typed, then Add") << "mnuDataClientDetails"
-                                              << "type add"
-                                              << "001001";
-    QTest::newRow("details, new client typed") << "mnuDataClientDetails"
-                                               << "add type"
-                                               << "101001";
-    QTest::newRow("details, saved from the toolbar") << "mnuDataClientDetails"
-                                                     << "type Save"
-                                                     << "011001";
-    QTest::newRow("summary") << "mnuDataClientSummary"
-                             << ""
-                             << "011001";
-    QTest::newRow("grid, no client chosen") << "mnuDataClientTable"
-                                            << ""
-                                            << "001001";
-    QTest::newRow("grid, client chosen") << "mnuDataClientTable"
-                                         << "choose"
-                                         << "011001";
-    QTest::newRow("volunteers, new record") << "mnuDataVolunteers"
-                                            << ""
-                                            << "001111";
-    QTest::newRow("volunteers, one chosen") << "mnuDataVolunteers"
-                                            << "choose"
-                                            << "011111";
-    QTest::newRow("editor, new record") << "editor"
-                                        << "add"
-                                        << "000000";
-    QTest::newRow("editor, existing record") << "editor"
-                                             << ""
-                                             << "010000";
-    QTest::newRow("editor, typed") << "editor"
-                                   << "type"
-                                   << "110000";
-    QTest::newRow("editor, deleted from the toolbar") << "editor"
-                                                      << "Delete"
-                                                      << "000000";
-    QTest::newRow("lookup editor") << "mnuToolsTablesHousing"
-                                   << ""
-                                   << "000000";
-    QTest::newRow("lookup editor, new entry typed") << "mnuToolsTablesHousing"
-                                                    << "type"
-                                                    << "100000";
+    const char *rows[][4] = {
+        {"no window", "", "", "000000"},
+        {"details, saved client", "mnuDataClientDetails", "", "011001"},
+        {"details, new client", "mnuDataClientDetails", "add", "001001"},
+        {"details, typed", "mnuDataClientDetails", "type", "111001"},
+        {"details, no client on file", "mnuDataClientDetails", "empty", "001001"},
+        {"details, new client from the table", "mnuDataClientTable", "details add", "001001"},
+        {"details, new client from the summary", "mnuDataClientSummary", "details add", "001001"},
+        {"details, typed, then Add", "mnuDataClientDetails", "type add", "001001"},
+        {"details, new client typed", "mnuDataClientDetails", "add type", "101001"},
+        {"details, saved from the toolbar", "mnuDataClientDetails", "type Save", "011001"},
+        {"summary", "mnuDataClientSummary", "", "011001"},
+        {"grid, no client chosen", "mnuDataClientTable", "", "001001"},
+        {"grid, client chosen", "mnuDataClientTable", "choose", "011001"},
+        {"volunteers, new record", "mnuDataVolunteers", "", "001111"},
+        {"volunteers, one chosen", "mnuDataVolunteers", "choose", "011111"},
+        {"editor, new record", "editor", "add", "000000"},
+        {"editor, existing record", "editor", "", "010000"},
+        {"editor, typed", "editor", "type", "110000"},
+        {"editor, deleted from the toolbar", "editor", "Delete", "000000"},
+        {"lookup editor, first row entered", "mnuToolsTablesHousing", "", "010000"},   // as its own Delete button
+        {"lookup editor, new entry typed", "mnuToolsTablesHousing", "type", "100000"},
+    };
+    for (const auto &row : rows)
+        QTest::newRow(row[0]) << QString::fromLatin1(row[1]) << QString::fromLatin1(row[2]) << QString::fromLatin1(row[3]);
 }
 
 void TestMainWindow::toolbarFollowsTheWindows()
@@ -326,22 +275,14 @@ void TestMainWindow::toolbarFollowsTheWindows()
     QFETCH(QString, window);
     QFETCH(QString, step);
     QFETCH(QString, expected);
-    TestDatabase db(false);
-    frmMain main;
-    main.show();
-    QVERIFY(main.openDatabaseFile(db.path(), true));
-    const QString client = QString::number(TestDatabase::insert(QStringLiteral("Client"),
-                                                                {{QStringLiteral("LastName"), QStringLiteral("Okafor")},
-                                                                 {QStringLiteral("FirstName"), QStringLiteral("Ada")},
-                                                                 {QStringLiteral("SocialSecurityNumber"), QStringLiteral("900000001")},
-                                                                 {QStringLiteral("Address"), QStringLiteral("1 Test Lane")},
-                                                                 {QStringLiteral("City"), QStringLiteral("Testville")},
-                                                                 {QStringLiteral("State"), QStringLiteral("IL")}}));
+    ClientWorld world;
+    frmMain &main = world.main;
+    ScriptedPrompts &prompts = world.prompts;
+    const QString client = QString::number(ClientWorld::addClient(QStringLiteral("Okafor"), QStringLiteral("Ada")));
     const QString volunteer
         = QString::number(TestDatabase::insert(QStringLiteral("Volunteer"), {{QStringLiteral("LastName"), QStringLiteral("Nguyen")}}));
     const qint64 service
         = TestDatabase::insert(QStringLiteral("FoodService"), {{QStringLiteral("ClientID"), client}, {QStringLiteral("NumberOfBags"), 2}});
-    ScriptedPrompts prompts;
     const QStringList steps = step.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     if (steps.contains(QLatin1String("empty")))
         basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
@@ -405,15 +346,12 @@ void TestMainWindow::toolbarFollowsTheWindows()
     QTRY_COMPARE(main.openChildCount(), 0);
     QVERIFY(!main.toolbarButton(QStringLiteral("Delete"))->isEnabled());
     QVERIFY(!action(main, "mnuFileDelete")->isEnabled());
-    main.closeDatabase();
 }
 
 void TestMainWindow::windowMenuArrangesTheWindows()
 {
-    TestDatabase db(false);
-    frmMain main;
-    main.show();
-    QVERIFY(main.openDatabaseFile(db.path(), true));
+    Desk desk;
+    frmMain &main = desk.main;
     QList<QMdiSubWindow *> subs;
     for (int i = 0; i < 3; ++i) {
         auto *child = new MdiChild(&main);
@@ -471,19 +409,15 @@ void TestMainWindow::windowMenuArrangesTheWindows()
     subs.at(2)->showNormal();
     arrange("mnuWindowCascade");
     QVERIFY(subs.at(1)->pos() != subs.at(0)->pos());
-    main.closeDatabase();
 }
 
 void TestMainWindow::aTranslationChangesTheTextsNotTheNames()
 {
-    TestDatabase db(false);
-    ScriptedPrompts prompts;
     MarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     const auto removeTranslator = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
-    frmMain main;
-    main.show();
-    QVERIFY(main.openDatabaseFile(db.path(), true));
+    ClientWorld world;
+    frmMain &main = world.main;
     const QString client
         = QString::number(TestDatabase::insert(QStringLiteral("Client"), {{QStringLiteral("LastName"), QStringLiteral("Okafor")}}));
     for (const char *window : {"mnuDataClientDetails", "mnuDataClientSummary", "mnuDataVolunteers", "mnuToolsTablesHousing"})
@@ -515,8 +449,7 @@ void TestMainWindow::aTranslationChangesTheTextsNotTheNames()
     searchOn->setCurrentIndex(0);
     main.findChild<QComboBox *>(QStringLiteral("cboSearchFor"))->setEditText(QStringLiteral("Okafor"));
     main.toolbarButton(QStringLiteral("Search"))->trigger();
-    QVERIFY(prompts.messages().isEmpty());
-    main.closeDatabase();
+    QVERIFY(world.prompts.messages().isEmpty());
 }
 
 QTEST_MAIN(TestMainWindow)
