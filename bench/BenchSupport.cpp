@@ -1,6 +1,7 @@
 #include "BenchSupport.h"
 
 #include "DemoData.h"
+#include "basDatabase.h"
 #include "Schema.h"
 
 #include <QElapsedTimer>
@@ -42,6 +43,23 @@ double EnsureDemoDatabase(const QString &path, const DemoData::Options &options,
     }
     QSqlDatabase::removeDatabase(QStringLiteral("bench-demo"));
     return timer.elapsed() / 1000.0;
+}
+
+QString OpenPantryDatabase(const QString &path)
+{
+    const QString file = path.isEmpty() ? QStringLiteral("/tmp/tendmark-bench-pantry.tmdb") : path;
+    DemoData::Options options;
+    options.clients = 50000;
+    options.familyMembers = 200000;
+    options.foodServices = 1000000;
+    options.payments = 100000;
+    const double built = EnsureDemoDatabase(file, options, false);
+    if (built >= 0)
+        Print("pantry_demo_build", built, "s");
+    QString error;
+    if (!basDatabase::OpenConnection(file, &error))
+        qFatal("%s: %s", qPrintable(file), qPrintable(error));
+    return file;
 }
 
 double MedianMs(int runs, const std::function<void()> &body)

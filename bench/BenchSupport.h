@@ -15,6 +15,10 @@ inline const QString kDefaultDatabase = QStringLiteral("/tmp/tendmark-bench-100k
 double EnsureDemoDatabase(const QString &path, int clients, bool rebuild);
 // The same with every option of the generator.
 double EnsureDemoDatabase(const QString &path, const DemoData::Options &options, bool rebuild);
+// The pantry-scale demo (50,000 households, 200,000 family members, 1,000,000
+// food services, 100,000 payments) at path (a default in /tmp when empty),
+// built when missing, opened as the shared connection; returns its path.
+QString OpenPantryDatabase(const QString &path);
 // Milliseconds of the median of runs of body.
 double MedianMs(int runs, const std::function<void()> &body);
 void Print(const char *name, double value, const char *unit);

@@ -13,18 +13,6 @@
 #include <QScrollBar>
 #include <QTableView>
 
-namespace {
-
-template<typename F> double timeMs(F &&body)
-{
-    QElapsedTimer timer;
-    timer.start();
-    body();
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
-}   // namespace
-
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -41,22 +29,26 @@ int main(int argc, char **argv)
     QCoreApplication::processEvents();
 
     frmClientGrid *list = nullptr;
-    Bench::Print("client_list_open", timeMs([&] {
-                     main.findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
-                     list = main.findChildWindow<frmClientGrid>();
-                     list->grab();   // the first screen, painted
-                 }),
+    Bench::Print("client_list_open",
+                 Bench::MedianMs(1,
+                                 [&] {
+                                     main.findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
+                                     list = main.findChildWindow<frmClientGrid>();
+                                     list->grab();   // the first screen, painted
+                                 }),
                  "ms");
     auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
-    Bench::Print("client_list_scroll_end", timeMs([&] {
-                     grid->scrollToBottom();
-                     grid->viewport()->grab();
-                 }),
+    Bench::Print("client_list_scroll_end",
+                 Bench::MedianMs(1,
+                                 [&] {
+                                     grid->scrollToBottom();
+                                     grid->viewport()->grab();
+                                 }),
                  "ms");
     double worstStep = 0;
     for (int i = 0; i < 40; ++i) {
         const int value = grid->verticalScrollBar()->maximum() * i / 40;
-        worstStep = qMax(worstStep, timeMs([&] {
+        worstStep = qMax(worstStep, Bench::MedianMs(1, [&] {
                              grid->verticalScrollBar()->setValue(value);
                              grid->viewport()->grab();
                          }));
@@ -70,15 +62,17 @@ int main(int argc, char **argv)
     constexpr int kMoves = 50;
     double total = 0;
     for (int i = 0; i < kMoves; ++i)
-        total += timeMs([&] {
+        total += Bench::MedianMs(1, [&] {
             next->click();
             details->grab();
         });
     Bench::Print("details_move_next", total / kMoves, "ms");
-    Bench::Print("details_move_last", timeMs([&] {
-                     last->click();
-                     details->grab();
-                 }),
+    Bench::Print("details_move_last",
+                 Bench::MedianMs(1,
+                                 [&] {
+                                     last->click();
+                                     details->grab();
+                                 }),
                  "ms");
     Bench::Print("peak_rss", Bench::PeakRssMb(), "MB");
     main.mdiArea()->closeAllSubWindows();

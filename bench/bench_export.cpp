@@ -76,18 +76,8 @@ std::pair<double, double> shell(const QString &database, const QString &sql, con
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("/tmp/tendmark-bench-pantry.tmdb");
-    DemoData::Options options;
-    options.clients = 50000;
-    options.familyMembers = 200000;
-    options.foodServices = 1000000;
-    options.payments = 100000;
-    const double built = Bench::EnsureDemoDatabase(path, options, false);
-    if (built >= 0)
-        Bench::Print("pantry_demo_build", built, "s");
     QString error;
-    if (!basDatabase::OpenConnection(path, &error))
-        qFatal("bench_export: %s", qPrintable(error));
+    const QString path = Bench::OpenPantryDatabase(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
 
     QTemporaryDir dir;
     const QString csv = dir.filePath(QStringLiteral("clients.csv"));

@@ -70,14 +70,6 @@ void writeCsv(int rows)
         qFatal("bench_import: %s", qPrintable(error));
 }
 
-template<typename F> double timeMs(F &&body)
-{
-    QElapsedTimer timer;
-    timer.start();
-    body();
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
 }   // namespace
 
 int main(int argc, char **argv)
@@ -92,12 +84,12 @@ int main(int argc, char **argv)
     CsvReader::Table table;
     ClientImport::Plan plan;
     ClientImport::Outcome outcome;
-    const double readMs = timeMs([&] {
+    const double readMs = Bench::MedianMs(1, [&] {
         if (!CsvReader::read(kCsv, &table, &error))
             qFatal("bench_import: %s", qPrintable(error));
     });
-    const double checkMs = timeMs([&] { plan = ClientImport::check(table, ClientImport::automaticMapping(table.header)); });
-    const double runMs = timeMs([&] { outcome = ClientImport::run(plan, false); });
+    const double checkMs = Bench::MedianMs(1, [&] { plan = ClientImport::check(table, ClientImport::automaticMapping(table.header)); });
+    const double runMs = Bench::MedianMs(1, [&] { outcome = ClientImport::run(plan, false); });
     if (!outcome.committed || outcome.imported != rows)
         qFatal("bench_import: %d of %d rows imported: %s", outcome.imported, rows, qPrintable(outcome.error));
     basDatabase::CloseConnection();

@@ -45,14 +45,6 @@ Report::Document clientList(int clients)
     return d;
 }
 
-template<typename F> double timeMs(F &&body)
-{
-    QElapsedTimer timer;
-    timer.start();
-    body();
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
 }   // namespace
 
 int main(int argc, char **argv)
@@ -64,20 +56,24 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
 
     int pages = 0;
-    Bench::Print("render_layout", timeMs([&] {
-                     QPdfWriter writer(dir.filePath(QStringLiteral("layout.pdf")));
-                     writer.setPageLayout(ReportRenderer::pageLayout());
-                     writer.setResolution(600);
-                     pages = int(ReportRenderer::layout(document, &writer).size());
-                 }),
+    Bench::Print("render_layout",
+                 Bench::MedianMs(1,
+                                 [&] {
+                                     QPdfWriter writer(dir.filePath(QStringLiteral("layout.pdf")));
+                                     writer.setPageLayout(ReportRenderer::pageLayout());
+                                     writer.setResolution(600);
+                                     pages = int(ReportRenderer::layout(document, &writer).size());
+                                 }),
                  "ms");
     Bench::Print("render_pages", pages, "pages");
     const QString path = dir.filePath(QStringLiteral("client-list.pdf"));
     QString error;
-    Bench::Print("render_pdf", timeMs([&] {
-                     if (!ReportRenderer::writePdf(document, path, {}, &error))
-                         qFatal("bench_render: %s", qPrintable(error));
-                 }),
+    Bench::Print("render_pdf",
+                 Bench::MedianMs(1,
+                                 [&] {
+                                     if (!ReportRenderer::writePdf(document, path, {}, &error))
+                                         qFatal("bench_render: %s", qPrintable(error));
+                                 }),
                  "ms");
     Bench::Print("render_pdf_size", double(QFileInfo(path).size()) / 1e6, "MB");
     Bench::Print("render_peak_rss", Bench::PeakRssMb(), "MB");

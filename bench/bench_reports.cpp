@@ -101,18 +101,8 @@ int main(int argc, char *argv[])
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("/tmp/tendmark-bench-pantry.tmdb");
-    DemoData::Options options;
-    options.clients = 50000;
-    options.familyMembers = 200000;
-    options.foodServices = 1000000;
-    options.payments = 100000;
-    const double built = Bench::EnsureDemoDatabase(path, options, false);
-    if (built >= 0)
-        Bench::Print("pantry_demo_build", built, "s");
     QString error;
-    if (!basDatabase::OpenConnection(path, &error))
-        qFatal("bench_reports: %s", qPrintable(error));
+    const QString path = Bench::OpenPantryDatabase(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
 
     // The last twelve months.
     const QDate today = QDate::currentDate();
