@@ -14,20 +14,29 @@ void CellEditorDelegate::setChoices(int column, const QStringList &choices)
     m_choices.insert(column, choices);
 }
 
+QComboBox *CellEditorDelegate::listEditor(QWidget *parent, const QModelIndex &index) const
+{
+    const QPersistentModelIndex cell(index);
+    auto *self = const_cast<CellEditorDelegate *>(this);
+    auto *combo = new QComboBox(parent);
+    combo->setObjectName(QStringLiteral("cboEditBox"));
+    connect(combo, &QComboBox::currentIndexChanged, self, [self, combo, cell](int chosen) {
+        if (chosen < 0)
+            return;
+        Q_EMIT self->commitData(combo);
+        Q_EMIT self->edited(cell);
+    });
+    return combo;
+}
+
 QWidget *CellEditorDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
 {
     const QPersistentModelIndex cell(index);
     auto *self = const_cast<CellEditorDelegate *>(this);
     if (hasChoices(index.column())) {
-        auto *combo = new QComboBox(parent);
-        combo->setObjectName(QStringLiteral("cboEditBox"));
+        QComboBox *combo = listEditor(parent, index);
+        const QSignalBlocker quiet(combo);
         combo->addItems(m_choices.value(index.column()));
-        connect(combo, &QComboBox::currentIndexChanged, self, [self, combo, cell](int chosen) {
-            if (chosen < 0)
-                return;
-            Q_EMIT self->commitData(combo);
-            Q_EMIT self->edited(cell);
-        });
         return combo;
     }
     auto *box = new QLineEdit(parent);

@@ -10,6 +10,8 @@
 // drop-down ("cboEditBox") for columns given a list of choices. Every change is
 // written to the cell as it is typed or chosen. The owner decides what the
 // editing keys (Tab, Enter, Escape, arrows) do, and when editors close.
+class QComboBox;
+
 class CellEditorDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -35,6 +37,8 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    // The drop-down list editor ("cboEditBox"): choosing an item writes it to the cell at once.
+    QComboBox *listEditor(QWidget *parent, const QModelIndex &index) const;
 
 private:
     QHash<int, QStringList> m_choices;

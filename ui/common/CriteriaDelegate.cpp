@@ -18,16 +18,10 @@ QWidget *CriteriaDelegate::createEditor(QWidget *parent, const QStyleOptionViewI
     case Editor::Text:
         return CellEditorDelegate::createEditor(parent, option, index);
     case Editor::List: {
-        auto *combo = new QComboBox(parent);
-        combo->setObjectName(QStringLiteral("cboEditBox"));
+        QComboBox *combo = listEditor(parent, index);
+        const QSignalBlocker quiet(combo);
         for (const Choice &choice : editor.choices)
             combo->addItem(choice.text, choice.key);
-        connect(combo, &QComboBox::currentIndexChanged, self, [self, combo, cell](int chosen) {
-            if (chosen < 0)
-                return;
-            Q_EMIT self->commitData(combo);
-            Q_EMIT self->edited(cell);
-        });
         return combo;
     }
     case Editor::Date: {
