@@ -1,6 +1,7 @@
 #include "ClientImport.h"
 
 #include "ClientRules.h"
+#include "FieldRules.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
 
@@ -255,7 +256,7 @@ private:
                 row.values[index] = key;
                 return;
             }
-            if (text.size() > m_onFile.descriptionSize[index])
+            if (FieldRules::characterCount(text) > m_onFile.descriptionSize[index])
                 row.problems << caption
                         + QStringLiteral(" '%1' cannot exceed %2 characters.").arg(text).arg(m_onFile.descriptionSize[index]);
             else
@@ -280,6 +281,7 @@ private:
             return;
         }
         case Kind::Text:
+            value = FieldRules::clean(text, info.type == FieldInfo::Type::Memo);
             break;
         }
         if (!ClientRules::valueIsValid(info, value, message)) {

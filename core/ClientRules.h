@@ -11,7 +11,6 @@ namespace ClientRules {
 
 // The columns a client cannot be saved without.
 const QStringList &requiredColumns();
-bool isPhoneColumn(const QString &column);
 // A non-empty value as the window holds it (digits for masked fields, dates
 // "mm/dd/yyyy"); on failure message is the text that follows the field's caption.
 bool valueIsValid(const FieldInfo &field, const QString &value, QString &message);

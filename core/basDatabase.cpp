@@ -3,6 +3,7 @@
 #include "AuditLog.h"
 #include "Backups.h"
 #include "FaultText.h"
+#include "FieldRules.h"
 #include "PrivateFiles.h"
 #include "Money.h"
 #include "Recordset.h"
@@ -212,34 +213,7 @@ bool DeleteItemFromTable(const QString &table, const QString &keyColumn, const Q
 
 bool FieldIsValid(const FieldInfo &field, const QVariant &value, QString &message)
 {
-    message.clear();
-    if (field.isNumeric()) {
-        if (!basTendmark::IsNumeric(value)) {
-            message = QCoreApplication::translate("basDatabase", " must be numeric.");
-            return false;
-        }
-    } else if (field.type == FieldInfo::Type::Date) {
-        if (!basTendmark::IsDate(value)) {
-            message = QCoreApplication::translate("basDatabase", " is not a valid date.");
-            return false;
-        }
-    } else if (field.type == FieldInfo::Type::Text) {
-        const int length = value.toString().size();
-        if (field.name == QLatin1String("SocialSecurityNumber")) {
-            if (length != field.size - 2) {
-                message = QCoreApplication::translate("basDatabase", " must be %1 characters.").arg(field.size);
-                return false;
-            }
-        } else if (length > field.size) {
-            message = QCoreApplication::translate("basDatabase", " cannot exceed %1 characters.").arg(field.size);
-            return false;
-        }
-    }
-    if (field.required && !field.isKey && (value.isNull() || value.toString().trimmed().isEmpty())) {
-        message = QCoreApplication::translate("basDatabase", " cannot be empty.");
-        return false;
-    }
-    return true;
+    return FieldRules::valueIsValid(field, value, message);
 }
 
 QVariant StorageValue(const FieldInfo &field, const QVariant &value)

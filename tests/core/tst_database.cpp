@@ -1,3 +1,4 @@
+#include "FieldRules.h"
 #include "Recordset.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
@@ -24,6 +25,8 @@ private Q_SLOTS:
             {"Client", "SocialSecurityNumber", "123456789", {}},
             {"Client", "SocialSecurityNumber", "123-45-6789", size},
             {"Client", "SocialSecurityNumber", "12345", size},
+            {"Client", "SocialSecurityNumber", "12345678x", size},
+            {"Client", "LastName", QString(49, 'x') + QString::fromUtf8("\xF0\x9F\x98\x80"), {}},   // one character, two UTF-16 units
             {"Client", "LastName", QString(50, 'x'), {}},
             {"Client", "LastName", QString(51, 'x'), " cannot exceed 50 characters."},
             {"Client", "LastName", "O'Brien", {}},
@@ -31,14 +34,25 @@ private Q_SLOTS:
             {"Client", "EmployerDurationYears", "", numeric},
             {"Client", "EmployerDurationYears", "ten", numeric},
             {"Client", "EmployerDurationYears", "12", {}},
+            {"Client", "EmployerDurationYears", "-5", " cannot be negative."},
+            {"Client", "EmployerDurationYears", "1.5", " must be a whole number."},
+            {"Client", "HomePhone", "555124567", " must have all ten digits, area code first."},
+            {"Volunteer", "EmergencyContactPhone", "5551234567", {}},
+            {"Organization", "OrganizationPhone", "5551234", {}},
+            {"Organization", "OrganizationPhone", "55512345", " must have 7 or 10 digits."},
             {"Payments", "AmountPaid", "$1,234.50", {}},
             {"Payments", "AmountPaid", "1234.5", {}},
             {"Payments", "AmountPaid", "12.5.0", numeric},
+            {"Payments", "AmountPaid", "(20.00)", " cannot be negative."},
+            {"Payments", "AmountPaid", "0.005", " can have at most two decimals."},
+            {"Payments", "AmountPaid", "9999999999999.99", {}},
+            {"Payments", "AmountPaid", "10000000000000", " cannot be more than $9,999,999,999,999.99."},
             {"Client", "BirthDate", "", date},
             {"Client", "BirthDate", "02/30/2001", date},
             {"Client", "BirthDate", "12/3/", date},
             {"Client", "BirthDate", "12/31/1980", {}},
             {"Client", "BirthDate", "1/5/1980", {}},
+            {"Client", "BirthDate", "12/31/1899", " must be 01/01/1900 or later."},
             {"EthnicOrigin", "EthnicOriginDescription", "   ", " cannot be empty."},
             {"Client", "FEMAContacted", "True", {}},
         };
@@ -48,6 +62,26 @@ private Q_SLOTS:
             QVERIFY2(ok == c.message.isEmpty(), qPrintable(QStringLiteral("%1 = %2").arg(QLatin1String(c.column), c.value)));
             QCOMPARE(message, c.message);
         }
+    }
+
+    // Text as stored: composed, no control characters, blanks trimmed on one line, breaks kept on several.
+    void cleanTextKeepsWhatPeopleSee()
+    {
+        const QString bell(QChar(7)), nul(QChar(0));
+        const struct
+        {
+            QString in;
+            bool multiLine;
+            QString out;
+        } cases[] = {
+            {QString::fromUtf8("  Jose\xCC\x81 "), false, QString::fromUtf8("Jos\xC3\xA9")},
+            {"Ann\tMarie" + bell + nul, false, "Ann Marie"},
+            {"one\r\ntwo\rthree" + bell, false, "one two three"},
+            {"one\r\ntwo\rthree\t" + bell, true, "one\ntwo\nthree"},
+            {QString::fromUtf8(" \xF0\x9F\x98\x80 "), true, QString::fromUtf8(" \xF0\x9F\x98\x80 ")},
+        };
+        for (const auto &c : cases)
+            QCOMPARE(FieldRules::clean(c.in, c.multiLine), c.out);
     }
 
     void updateDataFieldStoresByTheColumnsType()

@@ -140,9 +140,8 @@ QWidget *frmClientDetails::buildTopPane()
     auto *pane = new QWidget(this);
     pane->setObjectName(QStringLiteral("picTop"));
     auto row = [this](QFormLayout *form, QWidget *c) { form->addRow(labelOf(c), c); };
-    auto text = [](QWidget *parent, int maxLength, int chars) {
+    auto text = [](QWidget *parent, int chars) {
         auto *edit = new QLineEdit(parent);
-        edit->setMaxLength(maxLength);
         if (chars > 0)
             edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('M')) * chars);
         return edit;
@@ -150,18 +149,17 @@ QWidget *frmClientDetails::buildTopPane()
 
     auto *personal = new QGroupBox(tr("Client"), pane);
     auto *pForm = compactForm(personal);
+    row(pForm, bind(text(personal, 0), "txtData", QStringLiteral("LastName"), tr("Last Name"), true, tr("Enter the client's last name.")));
     row(pForm,
-        bind(text(personal, 50, 0), "txtData", QStringLiteral("LastName"), tr("Last Name"), true, tr("Enter the client's last name.")));
+        bind(text(personal, 0), "txtData", QStringLiteral("FirstName"), tr("First Name"), true, tr("Enter the client's first name.")));
     row(pForm,
-        bind(text(personal, 50, 0), "txtData", QStringLiteral("FirstName"), tr("First Name"), true, tr("Enter the client's first name.")));
-    row(pForm,
-        bind(text(personal, 1, 3), "txtData", QStringLiteral("MiddleInitial"), tr("Middle Initial"), false,
+        bind(text(personal, 3), "txtData", QStringLiteral("MiddleInitial"), tr("Middle Initial"), false,
              tr("Enter the client's middle initial.")));
     row(pForm,
         bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"), tr("Social Security No"),
              true, tr("Enter the client's social security number.")));
     row(pForm,
-        bind(text(personal, 20, 0), "txtData", QStringLiteral("DriversLicenseNumber"), tr("Drivers License No"), false,
+        bind(text(personal, 0), "txtData", QStringLiteral("DriversLicenseNumber"), tr("Drivers License No"), false,
              tr("Enter the client's drivers license number.")));
     row(pForm,
         bind(masked(personal, QStringLiteral("99/99/9999")), "mskData", QStringLiteral("BirthDate"), tr("Birth Date"), false,
@@ -175,7 +173,7 @@ QWidget *frmClientDetails::buildTopPane()
     row(aForm,
         bind(shortMemo(address, 2), "txtData", QStringLiteral("Address"), tr("Address"), true,
              tr("Enter the client's address. Multiple lines are allowed.")));
-    row(aForm, bind(text(address, 50, 0), "txtData", QStringLiteral("City"), tr("City"), true, tr("Enter the client's city.")));
+    row(aForm, bind(text(address, 0), "txtData", QStringLiteral("City"), tr("City"), true, tr("Enter the client's city.")));
     auto *stateZip = new QHBoxLayout;
     QWidget *state = bind(dropDown(address), "cboData", QStringLiteral("State"), tr("State"), true, tr("Select the client's state."));
     static_cast<QComboBox *>(state)->setMinimumContentsLength(3);
@@ -261,7 +259,6 @@ QWidget *frmClientDetails::buildTabs()
         eGrid->addWidget(c, r, col + 1, rowSpan, colSpan);
     };
     auto *employerName = new QLineEdit(employer);
-    employerName->setMaxLength(50);
     place(bind(employerName, "txtData", QStringLiteral("EmployerName"), tr("Employer Name"), false,
                tr("Enter the name of the client's employer.")),
           0, 0);
@@ -269,7 +266,6 @@ QWidget *frmClientDetails::buildTabs()
                tr("Enter the employer's address. Multiple lines are allowed.")),
           1, 0, 2);
     auto *employerCity = new QLineEdit(employer);
-    employerCity->setMaxLength(50);
     place(bind(employerCity, "txtData", QStringLiteral("EmployerCity"), tr("City"), false, tr("Enter the employer's city.")), 3, 0);
     QWidget *employerState
         = bind(dropDown(employer), "cboData", QStringLiteral("EmployerState"), tr("State"), false, tr("Select the employer's state."));

@@ -48,6 +48,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
     m_rs = new Recordset(this);
     connect(m_fields, &BoundFields::edited, this, &frmClientDetails::markChanged);
     m_fields->setLeaveCheck([this](QWidget *c) { validateOnLeave(c); });
+    m_fields->setFieldOf([](const QWidget *c) { return basDatabase::Field(QStringLiteral("Client"), basTendmark::DataField(c)); });
     buildForm();
     m_fields->setLoading(true);
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.Form_Load"), [&] {

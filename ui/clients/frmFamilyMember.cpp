@@ -111,15 +111,12 @@ void frmFamilyMember::PopulateCityState()
 
 bool frmFamilyMember::checkField(QWidget *control, const QString &column, const QString &value, const QString &caption)
 {
-    // Beyond the column's own rules: whole phone numbers and no birth dates to come.
+    // Beyond the column's own rules: no birth dates to come.
     if (value.isEmpty() || value == basTendmark::GetFieldValue(madoPrimaryRS, column))
         return true;
     QString message;
     if (!basDatabase::FieldIsValid(madoPrimaryRS.field(column), value, message))
         return true;   // the save reports the column's own rule
-    const auto *edit = qobject_cast<const QLineEdit *>(control);
-    if (edit && edit->inputMask().startsWith(QLatin1Char('(')) && value.size() != 10)
-        return refuse(control, tr("Data Entry Error"), tr("%1 must have all ten digits, area code first.").arg(caption));
     if (column == QLatin1String("BirthDate") && basTendmark::ParseDate(value) > QDate::currentDate())
         return refuse(control, tr("Data Entry Error"), tr("%1 cannot be in the future.").arg(caption));
     return true;

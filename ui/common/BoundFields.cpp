@@ -13,7 +13,13 @@
 #include <QPlainTextEdit>
 #include <QTimer>
 
-BoundFields::BoundFields(QObject *parent, SelectOnEntry select) : QObject(parent), m_select(select) { }
+BoundFields::BoundFields(QObject *parent, SelectOnEntry select)
+    : QObject(parent)
+    , m_select(select)
+    , m_paste(new PasteGuard(
+          this, [this](const QWidget *c) { return m_fieldOf ? m_fieldOf(c) : FieldInfo(); },
+          [this](const QWidget *c) { return caption(c); }))
+{ }
 
 void BoundFields::add(QWidget *control, QLabel *label)
 {
@@ -23,6 +29,7 @@ void BoundFields::add(QWidget *control, QLabel *label)
     control->installEventFilter(this);
     if (auto *combo = qobject_cast<QComboBox *>(control); combo && combo->lineEdit())
         combo->lineEdit()->installEventFilter(this);
+    m_paste->watch(control);
     watchChanges(control);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PasteGuard.h"
+
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -38,6 +40,9 @@ public:
     bool loading() const { return m_loading; }
     void setLoading(bool loading) { m_loading = loading; }
 
+    // The column behind a control, for the checks on pasted and dropped text.
+    void setFieldOf(PasteGuard::FieldOf fieldOf) { m_fieldOf = std::move(fieldOf); }
+
     // Called when the user leaves a control (not for a switch of window or an open popup).
     void setLeaveCheck(std::function<void(QWidget *)> check) { m_leaveCheck = std::move(check); }
 
@@ -55,6 +60,8 @@ private:
     QList<QWidget *> m_controls;
     QHash<const QWidget *, QLabel *> m_labels;
     std::function<void(QWidget *)> m_leaveCheck;
+    PasteGuard::FieldOf m_fieldOf;
+    PasteGuard *m_paste;
     bool m_loading = false;
     bool m_checking = false;
 };

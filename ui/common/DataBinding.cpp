@@ -1,5 +1,6 @@
 #include "DataBinding.h"
 
+#include "FieldRules.h"
 #include "GridModel.h"
 #include "LookupTables.h"
 #include "Recordset.h"
@@ -156,7 +157,7 @@ QString GetControlValue(const QWidget *control, const FieldInfo &field)
 {
     if (const auto *combo = qobject_cast<const QComboBox *>(control)) {
         if (combo->isEditable())
-            return combo->currentText().trimmed();
+            return FieldRules::clean(combo->currentText(), false);
         if (combo->currentIndex() < 0)
             return {};
         if (field.type == FieldInfo::Type::Integer)
@@ -169,7 +170,7 @@ QString GetControlValue(const QWidget *control, const FieldInfo &field)
         return FormatDate(date->date());
     if (const auto *edit = qobject_cast<const QLineEdit *>(control)) {
         if (edit->inputMask().isEmpty())
-            return edit->text();
+            return FieldRules::clean(edit->text(), false);
         // A masked box: nothing typed leaves only the mask's punctuation.
         const QString text = edit->text();
         bool typed = false;
@@ -180,9 +181,9 @@ QString GetControlValue(const QWidget *control, const FieldInfo &field)
         return edit->inputMask().contains(QLatin1Char('/')) ? text.trimmed() : StripPhoneNumber(text);
     }
     if (const auto *plain = qobject_cast<const QPlainTextEdit *>(control))
-        return plain->toPlainText();
+        return FieldRules::clean(plain->toPlainText(), true);
     if (const auto *rich = qobject_cast<const QTextEdit *>(control))
-        return rich->toPlainText();
+        return FieldRules::clean(rich->toPlainText(), true);
     return {};
 }
 

@@ -41,6 +41,7 @@ RecordEditor::RecordEditor(Workspace *main, QWidget *parent) : MdiChild(main, pa
         setDataChanged(true);
         controlChanged(control);
     });
+    m_fields->setFieldOf([this](const QWidget *c) { return basDatabase::Field(tableName(), basTendmark::DataField(c)); });
     m_fields->setLeaveCheck([this](QWidget *control) {
         if (madoPrimaryRS.isOpen())
             validateOnLeave(control);

@@ -3,6 +3,7 @@
 #include "Backups.h"
 #include "DataBinding.h"
 #include "OptionsStore.h"
+#include "PasteGuard.h"
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
@@ -96,6 +97,9 @@ void frmOptions::buildControls()
     auto *org = new QGroupBox(tr("Organization"), this);
     auto *grid = new QGridLayout(org);
     int index = 0;
+    auto *paste = new PasteGuard(
+        this, [](const QWidget *c) { return basDatabase::Field(kOrganization, basTendmark::DataField(c)); },
+        [](const QWidget *c) { return caption(static_cast<const QLineEdit *>(c)); });
     auto addLabel = [&](const QString &text, QWidget *buddy, int row, int column) {
         auto *label = new QLabel(text, org);
         label->setObjectName(QStringLiteral("lblLabels"));
@@ -113,6 +117,7 @@ void frmOptions::buildControls()
         addLabel(text, box, row, col);
         grid->addWidget(box, row, col + 1, 1, span);
         m_textBoxes << box;
+        paste->watch(box);
         connect(box, &QLineEdit::textEdited, this, [this] { setDataChanged(true); });
         return box;
     };
@@ -327,12 +332,7 @@ bool frmOptions::txtData_Validate(QLineEdit *box)
         const FieldInfo field = basDatabase::Field(kOrganization, column);
         const QString value = basTendmark::GetControlValue(box, field);
         QString message;
-        if (!basDatabase::FieldIsValid(field, value, message))
-            valid = false;
-        else if (!box->inputMask().isEmpty() && !value.isEmpty() && value.size() != 7 && value.size() != 10) {
-            message = tr(" must have 7 or 10 digits.");
-            valid = false;
-        }
+        valid = basDatabase::FieldIsValid(field, value, message);
         if (!valid)
             Prompt::message(tr("Data Entry Error"), caption(box) + message, Prompt::Icon::Exclamation, Prompt::Ok);
     });

@@ -2,6 +2,7 @@
 
 #include "CellEditorDelegate.h"
 #include "DataBinding.h"
+#include "FieldRules.h"
 #include "GridModel.h"
 #include "LookupTables.h"
 #include "Prompt.h"
@@ -303,7 +304,8 @@ bool frmTableGrid::validateCell(int row, int column, const QString &text)
         return false;
     }
     QString message;
-    if (!basDatabase::FieldIsValid(basDatabase::Field(m_tableName, m_columns.at(column - kFirstEditColumn)), text.trimmed(), message)) {
+    if (!basDatabase::FieldIsValid(basDatabase::Field(m_tableName, m_columns.at(column - kFirstEditColumn)), FieldRules::clean(text, false),
+                                   message)) {
         Prompt::message(tr("Data Entry Error"), caption + message, Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     }
@@ -465,7 +467,7 @@ bool frmTableGrid::UpdateRow(Recordset &recordset, int row)
         return false;
     }
     for (int i = 0; i < m_columns.size(); ++i)
-        if (!basDatabase::UpdateDataField(recordset, m_columns.at(i), cellText(row, kFirstEditColumn + i).trimmed()))
+        if (!basDatabase::UpdateDataField(recordset, m_columns.at(i), FieldRules::clean(cellText(row, kFirstEditColumn + i), false)))
             return false;
     recordset.update();
     return true;
