@@ -96,8 +96,8 @@ LabelLegendPicture::LabelLegendPicture(QWidget *parent) : QWidget(parent)
 
 namespace {
 
-// A measure line with arrow heads at both ends and its name beside it.
-void measure(QPainter &p, const QPointF &from, const QPointF &to, const QString &text, const QPointF &textAt)
+// A measure line with arrow heads at both ends.
+void measure(QPainter &p, const QPointF &from, const QPointF &to)
 {
     p.drawLine(from, to);
     const QPointF d = to - from;
@@ -113,7 +113,6 @@ void measure(QPainter &p, const QPointF &from, const QPointF &to, const QString 
         head.closeSubpath();
         p.fillPath(head, p.pen().color());
     }
-    p.drawText(textAt, text);
 }
 
 }   // namespace
@@ -123,32 +122,41 @@ void LabelLegendPicture::paintEvent(QPaintEvent *)
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
     const QRectF area = QRectF(rect()).adjusted(2, 2, -2, -2);
-    // The corner of a sheet: two labels across, two down.
-    const double side = area.width() * 0.22, top = area.height() * 0.2;
-    const double width = area.width() * 0.34, height = area.height() * 0.26;
-    const double hPitch = width + area.width() * 0.06, vPitch = height + area.height() * 0.07;
+    const double w = area.width(), h = area.height();
+    // The top-left corner of a sheet: two labels across, two down.
+    const double side = 0.30 * w, top = 0.22 * h, width = 0.30 * w, height = 0.27 * h;
+    const double hPitch = width + 0.06 * w, vPitch = height + 0.10 * h;
     const QPointF corner = area.topLeft();
+    const auto at = [&](double x, double y) { return corner + QPointF(x, y); };
     p.fillRect(area, Qt::white);
     p.setPen(QColor(150, 150, 150));
-    p.drawLine(corner, corner + QPointF(area.width(), 0));
-    p.drawLine(corner, corner + QPointF(0, area.height()));
+    p.drawLine(at(0, 0), at(w, 0));
+    p.drawLine(at(0, 0), at(0, h));
     p.setBrush(QColor(235, 242, 250));
     for (int row = 0; row < 2; ++row)
         for (int column = 0; column < 2; ++column)
-            p.drawRoundedRect(QRectF(corner + QPointF(side + column * hPitch, top + row * vPitch), QSizeF(width, height)), 3, 3);
+            p.drawRoundedRect(QRectF(at(side + column * hPitch, top + row * vPitch), QSizeF(width, height)), 3, 3);
     QFont small = font();
     small.setPointSizeF(std::max(6.0, font().pointSizeF() - 1));
     p.setFont(small);
+    const auto text
+        = [&](const QRectF &box, int flags, const QString &words) { p.drawText(box.translated(corner), flags | Qt::TextWordWrap, words); };
+
     p.setPen(QColor(30, 80, 160));
-    const QPointF first = corner + QPointF(side, top);
-    measure(p, corner + QPointF(side + width * 0.5, 0), first + QPointF(width * 0.5, 0), tr("Top margin"),
-            corner + QPointF(side + width * 0.5 + 4, top * 0.6));
-    measure(p, corner + QPointF(0, top + height * 0.3), first + QPointF(0, height * 0.3), tr("Side margin"),
-            corner + QPointF(2, top + height * 0.3 - 4));
-    measure(p, first + QPointF(width + 8, 0), first + QPointF(width + 8, height), tr("Height"), first + QPointF(width + 11, height * 0.55));
-    measure(p, first + QPointF(0, height + 8), first + QPointF(width, height + 8), tr("Width"), first + QPointF(width * 0.35, height + 20));
+    measure(p, at(side + width / 2, 0), at(side + width / 2, top));
+    text(QRectF(side + width / 2 + 4, 0, w, top), Qt::AlignVCenter, tr("Top margin"));
+    const double sideY = top + vPitch + height / 2;
+    measure(p, at(0, sideY), at(side, sideY));
+    text(QRectF(2, sideY - 30, side - 4, 28), Qt::AlignBottom | Qt::AlignLeft, tr("Side margin"));
+    measure(p, at(side + 4, top + height / 2), at(side + width - 4, top + height / 2));
+    text(QRectF(side, top, width, height / 2 - 2), Qt::AlignBottom | Qt::AlignHCenter, tr("Width"));
+    measure(p, at(side + hPitch + 8, top + 4), at(side + hPitch + 8, top + height - 4));
+    text(QRectF(side + hPitch + 12, top, width - 12, height), Qt::AlignVCenter, tr("Height"));
+
     p.setPen(QColor(170, 60, 40));
-    measure(p, first + QPointF(0, -8), first + QPointF(hPitch, -8), tr("Horizontal pitch"), first + QPointF(hPitch * 0.3, -11));
-    measure(p, first + QPointF(-8, height * 0.7 + vPitch * 0), first + QPointF(-8, height * 0.7 + vPitch), tr("Vertical pitch"),
-            corner + QPointF(2, top + height * 0.7 + vPitch * 0.6));
+    const double pitchY = top + vPitch + height + 0.04 * h;
+    measure(p, at(side, pitchY), at(side + hPitch, pitchY));
+    text(QRectF(side, pitchY + 2, w - side, h - pitchY - 2), Qt::AlignTop | Qt::AlignLeft, tr("Horizontal pitch"));
+    measure(p, at(side - 8, top), at(side - 8, top + vPitch));
+    text(QRectF(2, top, side - 14, vPitch - 0.15 * h), Qt::AlignVCenter | Qt::AlignRight, tr("Vertical pitch"));
 }

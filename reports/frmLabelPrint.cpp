@@ -90,7 +90,7 @@ void frmLabelPrint::buildControls()
         m_optClientsToPrint[i] = new QRadioButton(clientCaptions[i], fraClientsToPrint);
         m_optClientsToPrint[i]->setObjectName(QStringLiteral("optClientsToPrint"));
         m_optClientsToPrint[i]->setProperty("Index", i);
-        m_optClientsToPrint[i]->setEnabled(i == 0 || m_active.kind == RecordScope::Kind::Client);
+        m_optClientsToPrint[i]->setEnabled(i == 0 || (m_active.kind == RecordScope::Kind::Client && (i == 1 || !m_active.key.isEmpty())));
         clientsLayout->addWidget(m_optClientsToPrint[i]);
     }
     m_optClientsToPrint[0]->setChecked(true);
@@ -258,7 +258,7 @@ void frmLabelPrint::cmdLabelSetup_Click()
         const std::optional<Labels::Template> current = currentTemplate();
         frmLabelSetup setup(current ? current->id : 0, this);
         setup.exec();
-        PopulateTemplates(current ? current->id : 0);
+        PopulateTemplates(setup.savedId() != 0 ? setup.savedId() : current ? current->id : 0);
     });
 }
 

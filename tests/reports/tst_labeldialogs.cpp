@@ -13,9 +13,11 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -231,6 +233,23 @@ private Q_SLOTS:
         const QString pdf = db.folder() + "/preview.pdf";
         QVERIFY(preview.savePdf(pdf));
         QCOMPARE(pdfText(pdf), QStringLiteral("Doe"));
+
+        // On a printer with unprintable edges the label still lands 7.2 mm + 1/16 in from the paper's edge.
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(db.folder() + "/printer.pdf");
+        printer.setPageLayout(preview.pageLayout);
+        printer.setPageMargins(QMarginsF(12.7, 12.7, 12.7, 12.7), QPageLayout::Millimeter);
+        QVERIFY(preview.paint(&printer));
+        QProcess bbox;
+        bbox.start(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), db.folder() + "/printer.pdf", QStringLiteral("-")});
+        bbox.waitForFinished(60000);
+        const QRegularExpressionMatch word
+            = QRegularExpression(QStringLiteral("<word xMin=\"([\\d.]+)\" yMin=\"([\\d.]+)\"[^>]*>Doe</word>"))
+                  .match(QString::fromUtf8(bbox.readAllStandardOutput()));
+        QVERIFY(word.hasMatch());
+        QVERIFY2(qAbs(word.captured(1).toDouble() - (7.2 / 25.4 * 72 + 4.5)) < 1.0, qPrintable(word.captured(1)));
+        QVERIFY(word.captured(2).toDouble() > 15.15 / 25.4 * 72 && word.captured(2).toDouble() < (15.15 + 38.1) / 25.4 * 72);
     }
 
     // OK asks for the name, then each measure in order, titled "Label Setup"; nothing is saved.
