@@ -115,6 +115,7 @@ void frmLabelSetup::buildControls()
     cmdOK->setDefault(true);
     auto *cmdCancel = new QPushButton(tr("Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    cmdCancel->setFocusPolicy(Qt::NoFocus);   // leaving without saving does not check the box left
     auto *cmdNew = new QPushButton(tr("&New"), this);
     cmdNew->setObjectName(QStringLiteral("cmdNew"));
     auto *cmdDelete = new QPushButton(tr("De&lete"), this);
@@ -228,6 +229,9 @@ bool frmLabelSetup::eventFilter(QObject *watched, QEvent *event)
 
 void frmLabelSetup::cmdOK_Click()
 {
+    // The click that left a box holding no number has already been answered.
+    if (m_complaining)
+        return;
     bool saved = false;
     basErrorHandler::Guard(QStringLiteral("frmLabelTemplates.UpdateTemplate"), [&] { saved = UpdateTemplate(); });
     if (saved)

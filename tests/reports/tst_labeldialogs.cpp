@@ -307,6 +307,12 @@ private Q_SLOTS:
         QTest::mouseClick(child<UpDown>(&setup, "udnTopMargin")->findChild<QToolButton *>("cmdDown"), Qt::LeftButton);
         QCOMPARE(top->text(), QStringLiteral("0.05"));
         QCOMPARE(prompts.messages().size(), 1);
+        // Clicking OK from a box holding no number says so once, and saves nothing.
+        top->setText("x");
+        click(&setup, "cmdOK");
+        QCOMPARE(prompts.messages().size(), 2);
+        QVERIFY(setup.isVisible());
+        QCOMPARE(Labels::findTemplate(Labels::loadTemplates(), "5160")->topMargin, 0.5);
     }
 
     // Saving a changed template keeps the measures left alone at full precision, and only one default.
