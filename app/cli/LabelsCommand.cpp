@@ -131,7 +131,14 @@ int commandLabels(const QStringList &args)
             basDatabase::CloseConnection();
             if (templates.isEmpty())
                 return failure(QStringLiteral("the database holds no label templates; add one in File, Print Labels, Label Setup."));
-            return usage(QStringLiteral("no single template is named '%1'.").arg(p.value(templ)));
+            QStringList names;
+            for (const Labels::Template &t : templates)
+                if (t.description.contains(p.value(templ).trimmed(), Qt::CaseInsensitive))
+                    names << t.description;
+            if (names.size() > 1)
+                return usage(
+                    QStringLiteral("'%1' matches more than one template: %2.").arg(p.value(templ), names.join(QStringLiteral("; "))));
+            return usage(QStringLiteral("there is no template named '%1'.").arg(p.value(templ)));
         }
         request.sheet = *chosen;
         plan = Labels::planRun(request);

@@ -217,7 +217,9 @@ private Q_SLOTS:
                                               << "Starting position must be between 1 and 30";
         QTest::newRow("copies not a number") << QStringList {"--copies", "two"} << QStringList {} << 2 << "--copies takes a number.";
         QTest::newRow("unknown template") << QStringList {"--template", "9999"} << QStringList {} << 2
-                                          << "no single template is named '9999'.";
+                                          << "there is no template named '9999'.";
+        QTest::newRow("ambiguous template") << QStringList {"--template", "L716"} << QStringList {} << 2
+                                            << "'L716' matches more than one template: Avery L7160 Address";
         QTest::newRow("no clients") << QStringList {"--sql", "SELECT * FROM Client WHERE 0"} << QStringList {} << 1
                                     << "There are no clients to print labels for.";
         QTest::newRow("a statement that writes") << QStringList {"--sql", "DELETE FROM Client"} << QStringList {} << 1 << "";
