@@ -39,6 +39,7 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "  restore BACKUP FILE               put a backup in place of a database, backing that up first\n"
                            "  audit FILE [--client ID] [--since DATE]  print who changed what, and when\n"
                            "  report NAME FILE --pdf OUT | --csv OUT [options]  write a report without windows\n"
+                           "  labels FILE OUT.pdf [options]     print clients' mailing labels on label sheets to a PDF file\n"
                            "  export clients|volunteers FILE OUT [options]  write records to CSV, tab-delimited or .xlsx\n"
                            "  import-csv FILE IN.csv [--dry-run] [--add-lookups]  add clients from a spreadsheet's CSV file\n"
                            "\n"
@@ -149,7 +150,7 @@ int main(int argc, char *argv[])
 {
     PrivateFiles::RestrictNewFiles();
     // Reports draw pages and charts, which need a GUI application; without a display, offscreen.
-    const bool drawing = argc > 1 && qstrcmp(argv[1], "report") == 0;
+    const bool drawing = argc > 1 && (qstrcmp(argv[1], "report") == 0 || qstrcmp(argv[1], "labels") == 0);
     if (drawing && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -177,6 +178,8 @@ int main(int argc, char *argv[])
         return commandAudit(args);
     if (command == QLatin1String("report"))
         return commandReport(args);
+    if (command == QLatin1String("labels"))
+        return commandLabels(args);
     if (command == QLatin1String("export"))
         return commandExport(args);
     if (command == QLatin1String("import-csv"))

@@ -55,6 +55,7 @@ struct PreviewRequest
 {
     QString caption;   // the preview window's caption
     QString pdfName;   // the file name offered when saving as PDF
+    QString printerName;   // the printer to print on; empty for the default one
     QPageLayout pageLayout;
     std::function<bool(QPagedPaintDevice *device)> paint;
     std::function<bool(const QString &path)> savePdf;

@@ -34,10 +34,17 @@ bool widenFoodServiceDateIndex(QSqlDatabase db, QString *error)
         && Exec(db, QStringLiteral("CREATE INDEX FoodServiceByDate ON FoodService (FoodServiceDate, ClientID, NumberOfBags)"), error);
 }
 
+// Label templates get their paper size, and the file gets the standard Letter and A4 sheets it lacks.
+bool addLabelPaperSizes(QSqlDatabase db, QString *error)
+{
+    return RunScript(db, resourceText(QStringLiteral("label-templates.sql")), error);
+}
+
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install,
     widenFoodServiceDateIndex,
+    addLabelPaperSizes,
 };
 
 // A private read-only connection for looking at a file.

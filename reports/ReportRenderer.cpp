@@ -1,16 +1,13 @@
 #include "ReportRenderer.h"
 
 #include "ReportLayout.h"
-#include "PrivateFiles.h"
+#include "PdfFile.h"
 #include "ReportPages.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QTemporaryFile>
 
 namespace ReportRenderer {
 
@@ -75,36 +72,9 @@ bool render(const Report::Document &document, QPagedPaintDevice *device, const R
 
 bool writePdf(const Report::Document &document, const QString &path, const Report::Progress &progress, QString *error)
 {
-    const QFileInfo target(path);
-    // The pages go to a file beside the target first, which then takes the target's
-    // name in one step: the file appears whole or not at all.
-    QTemporaryFile temp(target.absoluteDir().filePath(QStringLiteral(".%1.XXXXXX").arg(target.fileName())));
-    if (!temp.open()) {
-        *error = QObject::tr("The file %1 could not be written: %2").arg(QDir::toNativeSeparators(path), temp.errorString());
-        return false;
-    }
-    temp.close();
-    {
-        QPdfWriter writer(temp.fileName());
-        writer.setPageLayout(pageLayout());
-        writer.setResolution(600);
-        writer.setTitle(document.caption);
-        writer.setCreator(QStringLiteral("TendMark"));
-        if (!render(document, &writer, progress, error))
-            return false;
-    }
-    if (QFileInfo(temp.fileName()).size() == 0) {
-        *error = QObject::tr("The file %1 could not be written.").arg(QDir::toNativeSeparators(path));
-        return false;
-    }
-    // Reports name clients: the file stays owner-only, as every file TendMark makes.
-    QString reason;
-    if (!PrivateFiles::MoveIntoPlace(temp.fileName(), target.absoluteFilePath(), &reason)) {
-        *error = reason;
-        return false;
-    }
-    temp.setAutoRemove(false);
-    return true;
+    return PdfFile::write(
+        path, pageLayout(), document.caption,
+        [&](QPdfWriter &writer, QString *reason) { return render(document, &writer, progress, reason); }, error);
 }
 
 }   // namespace ReportRenderer

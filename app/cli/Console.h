@@ -24,4 +24,5 @@ int commandRestore(const QStringList &args);
 int commandAudit(const QStringList &args);
 int commandReport(const QStringList &args);
 int commandExport(const QStringList &args);
+int commandLabels(const QStringList &args);
 int commandImportCsv(const QStringList &args);

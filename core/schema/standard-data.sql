@@ -15,8 +15,3 @@ INSERT INTO Relationships (RelationshipDescription) VALUES ('Spouse'), ('Partner
 INSERT INTO ReligiousPreference (ReligiousPreferenceDescription) VALUES ('None stated'), ('Catholic'), ('Protestant'), ('Jewish'), ('Muslim'), ('Other');
 INSERT INTO Organization (OrganizationName) VALUES (NULL);
 INSERT INTO Options DEFAULT VALUES;
-INSERT INTO LabelDetails (Description, Height, Width, TopMargin, SideMargin, VerticalPitch, HorizontalPitch, NumberAcross, NumberDown, "Default") VALUES
-    ('Avery 5160 Address (1 x 2 5/8 in, 30 per sheet)', 1.0, 2.625, 0.5, 0.1875, 1.0, 2.75, 3, 10, 1),
-    ('Avery 5161 Address (1 x 4 in, 20 per sheet)', 1.0, 4.0, 0.5, 0.15625, 1.0, 4.1875, 2, 10, 0),
-    ('Avery 5162 Address (1 1/3 x 4 in, 14 per sheet)', 1.3333, 4.0, 0.8333, 0.15625, 1.3333, 4.1875, 2, 7, 0),
-    ('Avery 5163 Shipping (2 x 4 in, 10 per sheet)', 2.0, 4.0, 0.5, 0.15625, 2.0, 4.1875, 2, 5, 0);

@@ -87,6 +87,8 @@ std::optional<QFont> WidgetPrompts::font(const QString &title, const QFont &init
 void WidgetPrompts::preview(const Prompt::PreviewRequest &r)
 {
     QPrinter printer(QPrinter::HighResolution);
+    if (!r.printerName.isEmpty())
+        printer.setPrinterName(r.printerName);
     printer.setPageLayout(r.pageLayout);
     printer.setDocName(r.caption);
     QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());

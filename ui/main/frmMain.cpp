@@ -23,6 +23,7 @@
 #include "frmFamilyMember.h"
 #include "frmFoodService.h"
 #include "frmHelp.h"
+#include "frmLabelPrint.h"
 #include "frmIncomeExpense.h"
 #include "frmOptions.h"
 #include "frmPaymentHistory.h"
@@ -400,8 +401,10 @@ void frmMain::mnuFileDelete_Click()
 
 void frmMain::mnuFilePrintLabels_Click()
 {
-    if (DatabaseSession::requireDatabase())
-        notAvailableYet();
+    if (!DatabaseSession::requireDatabase())
+        return;
+    frmLabelPrint dialog(ReportRunner::activeForm(*this, RecordScope::Kind::Client), this);
+    dialog.exec();
 }
 
 template<typename T> void frmMain::openSingle()
