@@ -378,11 +378,6 @@ frmHelp *frmMain::helpWindow()
     return m_help;
 }
 
-void frmMain::notAvailableYet()
-{
-    Prompt::message(tr("TendMark"), tr("This part of TendMark is not available yet."), Prompt::Icon::Information, Prompt::Ok);
-}
-
 void frmMain::mnuFileSave_Click()
 {
     if (!DatabaseSession::requireDatabase())

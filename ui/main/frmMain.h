@@ -92,7 +92,6 @@ private:
     bool closeAllWindows();
     void databaseChanged(const QString &path);
     void updateStartPanel();
-    void notAvailableYet();
     frmHelp *helpWindow();
     void subWindowActivated(QMdiSubWindow *window);
     // The toolbar and the search bar follow the commands of the current window.
