@@ -5,8 +5,6 @@
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
-#include "frmClientGrid.h"
-#include "frmFoodService.h"
 #include "frmHelp.h"
 #include "frmMain.h"
 
@@ -19,7 +17,6 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QTextBrowser>
