@@ -227,26 +227,6 @@ private slots:
         QVERIFY(QRect(QPoint(0, 0), area).contains(w->parentWidget()->geometry()));
     }
 
-    void closingAsksToSave()
-    {
-        ClientWorld world;
-        ClientWorld::addClient("Adams", "Al");
-        auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
-        typeInto(w, "FirstName", "Alan");
-        world.prompts.answer(Prompt::Cancel);
-        QTest::keyClick(fieldOf(w, "FirstName"), Qt::Key_Escape);
-        QCOMPARE(world.prompts.last().title, QStringLiteral("Save Record?"));
-        QVERIFY(world.main.findChildWindow<frmClientDetails>());
-        // Yes with a required field empty keeps the window open.
-        typeInto(w, "LastName", QString());
-        world.prompts.answer(Prompt::Yes);
-        QVERIFY(!w->close());
-        QCOMPARE(world.prompts.last().title, QStringLiteral("Required Field Empty"));
-        world.prompts.answer(Prompt::No);
-        QVERIFY(w->close());
-        QCOMPARE(TestDatabase::scalar("SELECT FirstName FROM Client").toString(), QStringLiteral("Al"));
-    }
-
     // The tabs follow the options and mark where the client has data; Delete takes the client and all its rows.
     void tabsShowWhereDataIsAndDeleteTakesItAll()
     {

@@ -230,35 +230,56 @@ private slots:
         QCOMPARE(desk.main.openChildCount(), 0);
     }
 
-    // Closing a changed record asks; Cancel, or Yes with a field refused, keeps the window; No drops the change.
+    // Closing a changed record asks, in a record editor as in the client details (each its own code); Cancel, or
+    // Yes with a required field emptied, keeps the window; No drops the change; Yes saves it.
+    void closingAChangedRecordAsks_data()
+    {
+        QTest::addColumn<QString>("menu");   // empty: the food service editor
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("required");
+        QTest::newRow("record editor") << QString() << "NumberOfBags"
+                                       << "Number of bags is required.";
+        QTest::newRow("client details") << "mnuDataClientDetails"
+                                        << "FirstName"
+                                        << "First Name is required.";
+    }
+
     void closingAChangedRecordAsks()
     {
+        QFETCH(QString, menu);
+        QFETCH(QString, field);
+        QFETCH(QString, required);
         EditorDesk desk;
         const qint64 id = TestDatabase::insert("FoodService", {{"ClientID", desk.clientId}, {"NumberOfBags", 2}, {"FoodServiceTypeID", 1}});
-        QPointer<RecordEditor> w = openEditor(desk, "FoodService", QString::number(id));
+        const QString stored = QStringLiteral("SELECT %1 FROM FoodService JOIN Client USING (ClientID)").arg(field);
+        const QString before = TestDatabase::scalar(stored).toString();
         const Prompt::Message question {"Save Record?", "Current record has changed. Do you want to save it?", Prompt::Icon::Question,
                                         Prompt::Yes | Prompt::No | Prompt::Cancel};
         const struct
         {
-            const char *bags;
+            const char *typed;
             Prompt::Button answer;
-            const char *told;
-            int stored;
-        } closings[] = {{"5", Prompt::Cancel, nullptr, 2},
-                        {"", Prompt::Yes, "Number of bags is required.", 2},
-                        {"9", Prompt::No, nullptr, 2},
-                        {"4", Prompt::Yes, nullptr, 4}};
+            bool told, saved;
+        } closings[] = {{"5", Prompt::Cancel, false, false},
+                        {"", Prompt::Yes, true, false},
+                        {"9", Prompt::No, false, false},
+                        {"4", Prompt::Yes, false, true}};
+        QPointer<MdiChild> w;
         for (const auto &c : closings) {
-            if (!w)
+            if (!w && menu.isEmpty())
                 w = openEditor(desk, "FoodService", QString::number(id));
-            fill(w, QStringLiteral("NumberOfBags=") + c.bags);
+            else if (!w) {
+                desk.main.findChild<QAction *>(menu)->trigger();
+                w = desk.main.activeChild();
+            }
+            typeInto(w, field, c.typed);
             desk.prompts.clear();
             desk.prompts.answer(c.answer);
             ClientWorld::closeWindow(w);
             QCOMPARE(desk.prompts.messages().value(0), question);
-            QCOMPARE(desk.prompts.last().text, c.told ? QString(c.told) : question.text);
+            QCOMPARE(desk.prompts.last().text, c.told ? required : question.text);
             QCOMPARE(w.isNull(), c.answer != Prompt::Cancel && !c.told);
-            QCOMPARE(TestDatabase::scalar("SELECT NumberOfBags FROM FoodService").toInt(), c.stored);
+            QCOMPARE(TestDatabase::scalar(stored).toString(), c.saved ? QString(c.typed) : before);
         }
     }
 
