@@ -1,5 +1,5 @@
-// The client windows together with the record editors they open, worked
-// through the main window as a user would.
+// The client windows (details, summary, list) together with the record editors
+// they open, worked through the main window as a user would.
 #include "ClientSubGrid.h"
 #include "FormTesting.h"
 #include "DataBinding.h"
@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTextEdit>
 
 class tst_ClientRecords : public QObject
 {
@@ -32,6 +33,7 @@ class tst_ClientRecords : public QObject
         QCoreApplication::processEvents();
         QCOMPARE(world.main.activeChild(), w);
     }
+    static QString block(QWidget *w) { return w->findChild<QTextEdit *>(QStringLiteral("rtbClientInfo"))->toPlainText(); }
     static RecordEditor *activeEditor(ClientWorld &world, qint64 clientId)
     {
         auto *editor = qobject_cast<RecordEditor *>(world.main.activeChild());
@@ -85,6 +87,7 @@ private slots:
         QFETCH(QString, shown);
         ClientWorld world;
         const qint64 id = ClientWorld::addClient("Adams", "Ann");
+        TestDatabase::insert(table, {{"ClientID", ClientWorld::addClient("Baker", "Bo")}});   // another client's row, never listed
         auto *window = world.open<MdiChild>(qPrintable(menu));
         auto *details = qobject_cast<frmClientDetails *>(window);
         auto *tabs = details ? details->findChild<QTabWidget *>(QStringLiteral("tabData")) : nullptr;
@@ -164,46 +167,66 @@ private slots:
         world.toolbar("Save");
         QCOMPARE(TestDatabase::scalar("SELECT FirstName FROM Client WHERE ClientID = ?", {c}).toString(), QStringLiteral("Cyrus"));
 
-        // Delete acts on the summary in front; the list drops the client when it comes back.
+        // Delete acts on the summary in front, takes the client's rows and goes back to the first client;
+        // the list drops the client when it comes back.
+        TestDatabase::insert("Family", {{"ClientID", b}, {"FirstName", "Kid"}});
+        TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 100}});
         bringBack(world, summary);
         world.prompts.answer(Prompt::Yes);
         world.toolbar("Delete");
+        QCOMPARE(world.prompts.titles(), (QStringList {"Delete Client?", "Delete Client"}));
         QCOMPARE(world.prompts.last().text, QStringLiteral("Client 'Baker, Bo A' deleted."));
         QCOMPARE(TestDatabase::count("Client"), 2);
+        QCOMPARE(TestDatabase::count("Family") + TestDatabase::count("Income"), 0);
+        QCOMPARE(statusText(summary), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
         bringBack(world, list);
         auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
         QCOMPARE(basTendmark::Model(grid)->dataRowCount(), 2);
         QCOMPARE(basTendmark::GridText(grid, 1, 2), QStringLiteral("Clark"));
     }
 
-    // Deleting from the details or the summary goes back to the first client, and takes the client's rows along.
-    void deletingAClientGoesBackToTheFirst()
+    // The summary: the client's block of text, an empty table, and a row deleted from its own list.
+    void summaryShowsTheClientAndDeletesARow()
     {
         ClientWorld world;
-        const qint64 a = ClientWorld::addClient("Adams", "Ann");
-        const qint64 b = ClientWorld::addClient("Baker", "Bo");
-        ClientWorld::addClient("Clark", "Cy");
-        const qint64 d = ClientWorld::addClient("Dunn", "Di", "C");
-        TestDatabase::insert("Family", {{"ClientID", d}, {"FirstName", "Kid"}});
-        TestDatabase::insert("Income", {{"ClientID", d}, {"Amount", 100}});
-        auto *details = world.open<frmClientDetails>("mnuDataClientDetails");
-        world.main.showClient(QString::number(b));
-        world.prompts.answer(Prompt::Yes);
-        world.toolbar("Delete");
-        QCOMPARE(details->ClientID(), QString::number(a));
-        QCOMPARE(statusText(details), QStringLiteral("Record: 1 of 3     ID: %1").arg(a));
+        auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
+        QCOMPARE(statusText(w), QStringLiteral("Record: 0 of 0"));
+        QVERIFY(block(w).isEmpty());
+        QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
+        QTest::keyClick(w, Qt::Key_PageDown);
+        ClientWorld::closeWindow(w);
 
-        auto *summary = world.open<frmClientSummary>("mnuDataClientSummary");
-        QTest::keyClick(summary, Qt::Key_PageDown, Qt::ControlModifier);
-        QCOMPARE(summary->ClientID(), QString::number(d));
-        world.prompts.clear();
+        const qint64 id = ClientWorld::addClient("Adams", "Ann", "B",
+                                                 {{"SocialSecurityNumber", "123456789"},
+                                                  {"Address", "12 Main St"},
+                                                  {"City", "Peoria"},
+                                                  {"ZipCode", "61602"},
+                                                  {"HomePhone", "3095551212"}});
+        const QString longLast = QStringLiteral("Montgomery-Fitzwilliam-Abernathy");
+        const qint64 other = ClientWorld::addClient(longLast, "Alexandra", "C", {{"SocialSecurityNumber", "987654321"}});
+        TestDatabase::insert("FoodService",
+                             {{"ClientID", id}, {"NumberOfBags", 3}, {"FoodServiceDate", "2026-01-05"}, {"FoodServiceTypeID", 1}});
+        w = world.open<frmClientSummary>("mnuDataClientSummary");
+        QCOMPARE(block(w).split(QLatin1Char('\n')),
+                 (QStringList {QStringLiteral("Adams, Ann B").leftJustified(40) + "123-45-6789", "12 Main St", "Peoria, IL  61602",
+                               "(309) 555-1212"}));
+        QTableView *food = w->findChildren<QTableView *>(QStringLiteral("grdData")).at(1);
+        clickRow(food, 0);
         world.prompts.answer(Prompt::Yes);
-        world.toolbar("Delete");
-        QCOMPARE(world.prompts.titles(), (QStringList {"Delete Client?", "Delete Client"}));
-        QCOMPARE(world.prompts.last().text, QStringLiteral("Client 'Dunn, Di C' deleted."));
-        QCOMPARE(TestDatabase::count("Family") + TestDatabase::count("Income"), 0);
-        QCOMPARE(summary->ClientID(), QString::number(a));
-        QCOMPARE(statusText(summary), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
+        button(w->findChildren<ClientSubGrid *>().at(1), "cmdGridDataDelete")->click();
+        QCOMPARE(world.prompts.last(),
+                 (Prompt::Message {"Delete Record?", "Are you sure you want to delete '01/05/2026 - Emergency food box'?",
+                                   Prompt::Icon::Question, Prompt::Yes | Prompt::No}));
+        QCOMPARE(TestDatabase::count("FoodService"), 0);
+        QCOMPARE(basTendmark::Model(food)->dataRowCount(), 0);
+
+        // A name over 40 characters is not padded: the number follows at once. Edit hands the client to the details.
+        button(w, "cmdNext")->click();
+        QCOMPARE(block(w).split(QLatin1Char('\n')).first(), longLast + QStringLiteral(", Alexandra C987-65-4321"));
+        button(w, "cmdClientEdit")->click();
+        auto *details = world.main.findChildWindow<frmClientDetails>();
+        QVERIFY(details);
+        QCOMPARE(details->ClientID(), QString::number(other));
     }
 };
 

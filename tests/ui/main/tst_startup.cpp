@@ -1,4 +1,6 @@
+#include "DemoDatabase.h"
 #include "MdiChild.h"
+#include "StartPanel.h"
 #include "Schema.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
@@ -7,8 +9,12 @@
 #include "frmMain.h"
 
 #include <QAction>
+#include <QCommandLinkButton>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
 #include <QTest>
 
@@ -36,44 +42,40 @@ class TestStartup : public QObject
 private Q_SLOTS:
     void init() { basRegistry::DeleteKey(basRegistry::SettingsKey()); }
 
-    void firstStartHasNoDatabaseAndCreatesTheSettings()
+    // Starting reopens the last database when it is still there; a first start, or a last file that has gone
+    // (forgotten without a word), starts with none.
+    void startUpReopensTheLastDatabase_data()
     {
-        ScriptedPrompts prompts;
-        {
-            frmMain w;
-            w.startUp();
-            QVERIFY(!basDatabase::IsOpen());
-            QCOMPARE(w.windowTitle(), QStringLiteral("TendMark"));
-            QVERIFY(w.toolbarButton("Open")->isEnabled());
-            QVERIFY(basRegistry::KeyExists(basRegistry::SettingsKey()));
-        }
-        // A last file that has gone is forgotten without a word.
-        basRegistry::SetString(basRegistry::SettingsKey(), "LastOpened", "/nowhere/moved.tmdb");
-        frmMain w;
-        w.startUp();
-        QVERIFY(!basDatabase::IsOpen());
-        QCOMPARE(lastOpened(), QString());
-        QVERIFY(prompts.messages().isEmpty());
+        QTest::addColumn<QString>("last");   // LastOpened before the start; "db": the test's database
+        QTest::newRow("first start") << QString();
+        QTest::newRow("last file gone") << "/nowhere/moved.tmdb";
+        QTest::newRow("last file there") << "db";
     }
 
-    void reopensTheLastDatabase()
+    void startUpReopensTheLastDatabase()
     {
+        QFETCH(QString, last);
         TestDatabase db(false);
-        basRegistry::SetString(basRegistry::SettingsKey(), "LastOpened", db.path());
+        const bool opens = last == QLatin1String("db");
+        if (!last.isEmpty())
+            basRegistry::SetString(basRegistry::SettingsKey(), "LastOpened", opens ? db.path() : last);
         ScriptedPrompts prompts;
         frmMain w;
         w.startUp();
-        QVERIFY(basDatabase::IsOpen());
-        QCOMPARE(w.databasePath(), db.path());
-        QCOMPARE(w.windowTitle(), QStringLiteral("TendMark - [No Organization Name]"));
-        QVERIFY(statusText(w).contains("test.tmdb"));
-        QVERIFY(!w.toolbarButton("Open")->isEnabled());
+        QVERIFY(basRegistry::KeyExists(basRegistry::SettingsKey()));
+        QCOMPARE(basDatabase::IsOpen(), opens);
+        if (!last.isEmpty())
+            QCOMPARE(lastOpened(), opens ? db.path() : QString());
+        QCOMPARE(w.windowTitle(), opens ? QStringLiteral("TendMark - [No Organization Name]") : QStringLiteral("TendMark"));
+        QCOMPARE(statusText(w).contains("test.tmdb"), opens);
+        QCOMPARE(w.toolbarButton("Open")->isEnabled(), !opens);
         QVERIFY(prompts.messages().isEmpty());
+        if (!opens)
+            return;
 
         basDatabase::Execute("UPDATE Organization SET OrganizationName = ?", {"St. Mary's Pantry"});
         w.DisplayOrganizationName();
         QCOMPARE(w.windowTitle(), QStringLiteral("TendMark - St. Mary's Pantry"));
-
         menu(w, "mnuFileClose")->trigger();
         QVERIFY(!basDatabase::IsOpen());
         QCOMPARE(w.windowTitle(), QStringLiteral("TendMark"));
@@ -81,36 +83,61 @@ private Q_SLOTS:
         QVERIFY(!statusText(w).contains("test.tmdb"));
     }
 
-    void openingAskesForAFileAndRemembersIt()
+    // Open asks for a file and remembers it; the start panel, shown while no database is open, makes a new one,
+    // lists the recent files (one gone) and opens the demo.
+    void openNewRecentAndDemo()
     {
         TestDatabase db(false);
         ScriptedPrompts prompts;
         frmMain w;
+        w.show();
         w.startUp();
+        auto *panel = w.findChild<StartPanel *>();
+        QVERIFY(panel->isVisible());
         prompts.answerFile(QString());   // cancelled
         w.toolbarButton("Open")->trigger();
         QCOMPARE(prompts.fileRequests().last().title, QStringLiteral("Open Database"));
         QVERIFY(prompts.fileRequests().last().filter.contains("*.tmdb"));
         QVERIFY(!basDatabase::IsOpen());
-
         prompts.answerFile(db.path());
         menu(w, "mnuFileOpen")->trigger();
-        QVERIFY(basDatabase::IsOpen());
+        QVERIFY(basDatabase::IsOpen() && !panel->isVisible());
         QCOMPARE(lastOpened(), db.path());
-        QVERIFY(w.recentFiles().contains(db.path()));
-
         prompts.answerFile(QString());   // cancelling leaves the open database alone
         menu(w, "mnuFileOpen")->trigger();
-        QVERIFY(basDatabase::IsOpen());
         QCOMPARE(w.databasePath(), db.path());
+        QVERIFY(w.closeDatabase());
+        QVERIFY(panel->isVisible());
 
         // New makes a database with the standard contents and opens it.
         const QString made = db.folder() + "/hope.tmdb";
         prompts.answerFile(made);
-        menu(w, "mnuFileNew")->trigger();
+        QTest::mouseClick(panel->findChild<QPushButton *>("cmdNewDatabase"), Qt::LeftButton);
+        QVERIFY(prompts.fileRequests().last().save);
         QCOMPARE(w.databasePath(), made);
         QCOMPARE(TestDatabase::count("States"), 56);
+
+        QVERIFY(w.openDatabaseFile(db.path(), true));
+        QVERIFY(QFile::remove(made));
+        QVERIFY(w.closeDatabase());
+        QList<QCommandLinkButton *> entries = panel->findChildren<QCommandLinkButton *>("cmdRecent");
+        QVERIFY(entries.size() >= 2);
+        QCOMPARE(entries.at(0)->property("Path").toString(), db.path());
+        QCOMPARE(entries.at(1)->property("Path").toString(), made);
+        QVERIFY(!entries.at(1)->isEnabled());   // the file is not there any more
+        QTest::mouseClick(entries.at(0), Qt::LeftButton);
+        QCOMPARE(w.databasePath(), db.path());
+        w.closeDatabase();
+
+        QFile::remove(DemoDatabase::Path());
+        QTest::mouseClick(panel->findChild<QPushButton *>("cmdOpenDemo"), Qt::LeftButton);
         QVERIFY(prompts.messages().isEmpty());
+        QCOMPARE(w.databasePath(), DemoDatabase::Path());
+        QCOMPARE(QFileInfo(DemoDatabase::Path()).absoluteDir().entryList({"*.creating*", "*.part"}, QDir::Files | QDir::Hidden), {});
+        QCOMPARE(TestDatabase::count("Client"), 500);
+        QCOMPARE(TestDatabase::count("AuditLog"), 0);   // made-up records are not changes anyone made
+        QVERIFY(w.windowTitle().startsWith("TendMark - "));
+        w.closeDatabase();
     }
 
     void aFileOfAnotherKindIsRefusedAndLeftAlone()
