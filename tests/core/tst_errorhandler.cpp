@@ -36,6 +36,8 @@ private:
 
 }   // namespace
 
+// What an error tells the user and what it leaves in the error log; faults of the
+// disk or the file are told in plain words, their details kept for the log alone.
 class TestErrorHandler : public QObject
 {
     Q_OBJECT
@@ -109,16 +111,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("words");
+        const QString nothing = QStringLiteral(" Nothing was saved;");
         QTest::newRow("disk full") << "full"
-                                   << "The disk holding test.tmdb is full. Nothing was saved; free some space and press Save again.";
+                                   << "The disk holding test.tmdb is full." + nothing + " free some space and press Save again.";
         QTest::newRow("read-only") << "read-only"
-                                   << "test.tmdb or its folder is read-only. Nothing was saved;";
+                                   << "test.tmdb or its folder is read-only." + nothing;
         QTest::newRow("in use") << "locked"
-                                << "test.tmdb is in use by another program. Nothing was saved;";
+                                << "test.tmdb is in use by another program." + nothing;
         QTest::newRow("deleted") << "deleted"
-                                 << "test.tmdb was moved or deleted while it was open. Nothing was saved;";
+                                 << "test.tmdb was moved or deleted while it was open." + nothing;
         QTest::newRow("moved") << "moved"
-                               << "test.tmdb was moved or deleted while it was open. Nothing was saved;";
+                               << "test.tmdb was moved or deleted while it was open." + nothing;
     }
 
     void faultsAreToldPlainly()

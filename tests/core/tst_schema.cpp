@@ -16,7 +16,7 @@ class TestSchema : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void newDatabaseHasTheTablesAndColumns()
+    void newDatabaseHasTheTablesColumnsAndContents()
     {
         TestDatabase db;
         const QStringList clientColumns
@@ -40,11 +40,8 @@ private Q_SLOTS:
             QVERIFY2(!basDatabase::Fields(t).isEmpty(), qPrintable(t));
         QVERIFY(basDatabase::Field("Payments", "PaymentsTypeID").isValid());
         QVERIFY(basDatabase::Field("Volunteer", "EmailAddress").isValid());   // the editor's spelling finds the column
-    }
 
-    void columnDeclarationsAreReadAtRunTime()
-    {
-        TestDatabase db;
+        // Column declarations are read at run time.
         const FieldInfo ssn = basDatabase::Field("Client", "SocialSecurityNumber");
         QCOMPARE(ssn.type, FieldInfo::Type::Text);
         QCOMPARE(ssn.size, 11);
@@ -56,11 +53,8 @@ private Q_SLOTS:
         QVERIFY(basDatabase::Field("EthnicOrigin", "EthnicOriginDescription").required);
         QVERIFY(!basDatabase::Field("Client", "LastName").required);
         QVERIFY(basDatabase::Field("Client", "ClientID").isKey);
-    }
 
-    void standardContents()
-    {
-        TestDatabase db;
+        // The standard contents.
         QCOMPARE(TestDatabase::count("States"), 56);
         QCOMPARE(TestDatabase::count("States", "StateCode IN ('DC', 'PR', 'GU', 'VI', 'AS', 'MP', 'TX', 'WY')"), 8);
         QCOMPARE(TestDatabase::scalar("SELECT group_concat(GenderCode, ',') FROM Gender").toString(), QStringLiteral("M,F"));
