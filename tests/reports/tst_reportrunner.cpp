@@ -240,104 +240,60 @@ void TestReportRunner::runnerStopsOrBuildsAsChosen()
     badSql.errorTitle = QStringLiteral("SQL Error");
     Report::Result cancelled;
     cancelled.cancelled = true;
-    struct Case
-    {
-        const char *name;
-        Name report;
-        ActiveScope active;
-        std::function<void(QDialog *)> answer;
-        Report::Result result;
-        Prompt::Message message;   // empty title: none expected
-        bool built;
-        std::function<bool(const Report::Parameters &)> parameters;
-    };
-    const QList<Case> cases = {
-        {"cancelled dialog", Name::ClientList, clientList, choose({"optCurrent", "cmdCancel"}), {}, {}, false, {}},
-        {"current recordset grouped by city",
-         Name::ClientList,
-         clientList,
-         choose({"optCurrentRecordset", "optGroupByCity", "cmdOK"}),
-         {},
-         {},
-         true,
-         [&](const Report::Parameters &p) {
-             return p.name == Name::ClientList && p.reportType == 1 && p.groupBy == 1 && p.scope.sql == clientList.sql
-                 && p.scope.key == QLatin1String("12");
-         }},
-        {"all clients ignore no form",
-         Name::ClientDetail,
-         {},
-         choose({"cmdOK"}),
-         {},
-         {},
-         true,
-         [](const Report::Parameters &p) { return p.reportType == 0 && p.scope.kind == Kind::None; }},
-        {"statistics over this month",
-         Name::Demographics,
-         clientList,
-         choose({"cmdOK"}),
-         {},
-         {},
-         true,
-         [&](const Report::Parameters &p) {
-             return p.startDate == first && p.endDate == first.addMonths(1).addDays(-1) && p.scope.sql.isEmpty();
-         }},
-        {"start after end",
-         Name::GroceryLog,
-         {},
-         [](QDialog *d) {
-             d->findChild<QDateEdit *>(QStringLiteral("dtpStartDate"))->setDate(QDate(2025, 5, 2));
-             d->findChild<QDateEdit *>(QStringLiteral("dtpEndDate"))->setDate(QDate(2025, 5, 1));
-             click(d, "cmdOK");
-         },
-         {},
-         {"TendMark - Grocery Log", "The start date is after the end date.", Prompt::Icon::Exclamation},
-         false,
-         {}},
-        {"build fails",
-         Name::VolunteerDetail,
-         {},
-         choose({"cmdOK"}),
-         failed,
-         {"TendMark - Volunteer Detail Report", "The statement could not be run.", Prompt::Icon::Exclamation},
-         true,
-         {}},
-        {"hand-typed statement refused",
-         Name::ClientList,
-         clientList,
-         choose({"optCurrentRecordset", "cmdOK"}),
-         badSql,
-         {"SQL Error", "The statement could not be run.", Prompt::Icon::Exclamation},
-         true,
-         {}},
-        {"build cancelled", Name::GeographicSummary, {}, choose({"cmdOK"}), cancelled, {}, true, {}},
-    };
-    // A window of the other kind makes no record current (the main window hands over only its own kind, too).
-    bool offered = true;
-    runReport(Name::ClientDetail, {Kind::Volunteer, QStringLiteral("SELECT * FROM Volunteer"), QStringLiteral("3")},
-              [&](QDialog *d) { offered = d->findChild<QWidget *>(QStringLiteral("optCurrent"))->isEnabled(); });
-    QVERIFY(!offered);
-    for (const Case &c : cases) {
+    // Runs one report; message: what the user is told (empty title: nothing); built: whether the builder was
+    // reached, with the parameters it was given.
+    const auto expect = [](const char *name, Name report, const ActiveScope &active, const std::function<void(QDialog *)> &answer,
+                           const Report::Result &result, const Prompt::Message &message, bool built,
+                           const std::function<bool(const Report::Parameters &)> &parameters = {}) {
         ScriptedPrompts prompts;
-        const Run run = runReport(c.report, c.active, c.answer, c.result);
-        QVERIFY2(run.built == c.built, c.name);
-        if (c.message.title.isEmpty()) {
+        const Run run = runReport(report, active, answer, result);
+        QVERIFY2(run.built == built, name);
+        if (message.title.isEmpty()) {
             QVERIFY2(prompts.messages().isEmpty(), qPrintable(prompts.last().text));
         } else {
             QCOMPARE(prompts.messages().size(), 1);
-            QCOMPARE(prompts.last(), c.message);
+            QCOMPARE(prompts.last(), message);
         }
-        if (c.parameters)
-            QVERIFY2(c.parameters(run.parameters), c.name);
+        if (parameters)
+            QVERIFY2(parameters(run.parameters), name);
         // A preview comes only of a report that was built.
-        const bool preview = c.built && c.result.error.isEmpty() && !c.result.cancelled;
+        const bool preview = built && result.error.isEmpty() && !result.cancelled;
         QCOMPARE(run.shown, preview);
         QCOMPARE(prompts.previews().size(), preview ? 1 : 0);
         if (preview) {
             QCOMPARE(prompts.previews().first().caption, QStringLiteral("Built caption"));
             QCOMPARE(prompts.previews().first().pdfName, QStringLiteral("Built caption.pdf"));
         }
-    }
+    };
+    expect("cancelled dialog", Name::ClientList, clientList, choose({"optCurrent", "cmdCancel"}), {}, {}, false);
+    expect("current recordset grouped by city", Name::ClientList, clientList, choose({"optCurrentRecordset", "optGroupByCity", "cmdOK"}),
+           {}, {}, true, [&](const Report::Parameters &p) {
+               return p.name == Name::ClientList && p.reportType == 1 && p.groupBy == 1 && p.scope.sql == clientList.sql
+                   && p.scope.key == QLatin1String("12");
+           });
+    expect("all clients ignore no form", Name::ClientDetail, {}, choose({"cmdOK"}), {}, {}, true,
+           [](const Report::Parameters &p) { return p.reportType == 0 && p.scope.kind == Kind::None; });
+    expect("statistics over this month", Name::Demographics, clientList, choose({"cmdOK"}), {}, {}, true, [&](const Report::Parameters &p) {
+        return p.startDate == first && p.endDate == first.addMonths(1).addDays(-1) && p.scope.sql.isEmpty();
+    });
+    expect(
+        "start after end", Name::GroceryLog, {},
+        [](QDialog *d) {
+            d->findChild<QDateEdit *>(QStringLiteral("dtpStartDate"))->setDate(QDate(2025, 5, 2));
+            d->findChild<QDateEdit *>(QStringLiteral("dtpEndDate"))->setDate(QDate(2025, 5, 1));
+            click(d, "cmdOK");
+        },
+        {}, {"TendMark - Grocery Log", "The start date is after the end date.", Prompt::Icon::Exclamation}, false);
+    expect("build fails", Name::VolunteerDetail, {}, choose({"cmdOK"}), failed,
+           {"TendMark - Volunteer Detail Report", "The statement could not be run.", Prompt::Icon::Exclamation}, true);
+    expect("hand-typed statement refused", Name::ClientList, clientList, choose({"optCurrentRecordset", "cmdOK"}), badSql,
+           {"SQL Error", "The statement could not be run.", Prompt::Icon::Exclamation}, true);
+    expect("build cancelled", Name::GeographicSummary, {}, choose({"cmdOK"}), cancelled, {}, true);
+    // A window of the other kind makes no record current (the main window hands over only its own kind, too).
+    bool offered = true;
+    runReport(Name::ClientDetail, {Kind::Volunteer, QStringLiteral("SELECT * FROM Volunteer"), QStringLiteral("3")},
+              [&](QDialog *d) { offered = d->findChild<QWidget *>(QStringLiteral("optCurrent"))->isEnabled(); });
+    QVERIFY(!offered);
 }
 
 void TestReportRunner::entriesAskAndRefuseWithoutARecord()
