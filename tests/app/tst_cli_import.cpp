@@ -81,15 +81,6 @@ private Q_SLOTS:
         QVERIFY2(r.err.contains(message), qPrintable(r.err));
         QCOMPARE(TestDatabase::fileHash(db), before);
     }
-
-    void usage()
-    {
-        QCOMPARE(cli({"import-csv", "only-one.tmdb"}).exitCode, 2);
-        const CliRun help = cli({"import-csv", "--help"});
-        QCOMPARE(help.exitCode, 0);
-        QVERIFY(help.out.contains("--dry-run") && help.out.contains("--add-lookups"));
-        QVERIFY(cli({"--help"}).out.contains("import-csv FILE IN.csv"));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestCliImport)

@@ -87,27 +87,25 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("message");
-        QTest::newRow("unknown report") << QStringList {"client-lists", "DB", "--csv", "OUT"} << 2 << "there is no report 'client-lists'";
-        QTest::newRow("bad date") << QStringList {"grocery-log", "DB", "--from", "2026-13-01", "--csv", "OUT"} << 2 << "YYYY-MM-DD";
-        QTest::newRow("start after end") << QStringList {"demographics", "DB", "--from", "2026-12-31", "--to", "2026-12-01", "--csv", "OUT"}
-                                         << 2 << "is after the end date";
-        QTest::newRow("dates on a list") << QStringList {"client-list", "DB", "--from", "2026-12-01", "--csv", "OUT"} << 2
-                                         << "has no dates";
-        QTest::newRow("bad group") << QStringList {"client-list", "DB", "--group", "state", "--csv", "OUT"} << 2 << "none, city or zip";
-        QTest::newRow("group on a summary") << QStringList {"demographics", "DB", "--group", "city", "--csv", "OUT"} << 2
-                                            << "can be grouped";
-        QTest::newRow("volunteer on a client report")
-            << QStringList {"client-detail", "DB", "--volunteer", "1", "--csv", "OUT"} << 2 << "does not take --volunteer";
-        QTest::newRow("id not a number") << QStringList {"client-detail", "DB", "--client", "abc", "--csv", "OUT"} << 2 << "record number";
-        QTest::newRow("unknown option") << QStringList {"client-list", "DB", "--colour", "--csv", "OUT"} << 2 << "colour";
-        QTest::newRow("empty sql") << QStringList {"client-list", "DB", "--sql", " ", "--csv", "OUT"} << 2 << "SELECT statement";
-        QTest::newRow("no output") << QStringList {"client-list", "DB"} << 2 << "--csv";
-        QTest::newRow("missing database") << QStringList {"client-list", "NOWHERE", "--csv", "OUT"} << 1 << "";
-        QTest::newRow("unknown client") << QStringList {"client-detail", "DB", "--client", "999", "--csv", "OUT"} << 1
-                                        << "There is no client with ID 999.";
-        QTest::newRow("sql that writes") << QStringList {"client-list", "DB", "--sql", "DELETE FROM Client", "--csv", "OUT"} << 1
-                                         << "not authorized";
-        QTest::newRow("cannot write") << QStringList {"client-list", "DB", "--csv", "NODIR"} << 1 << "cannot be written";
+        const auto row = [](const char *tag, const QStringList &arguments, int exitCode, const char *message) {
+            QTest::newRow(tag) << arguments << exitCode << QString::fromLatin1(message);
+        };
+        row("unknown report", {"client-lists", "DB", "--csv", "OUT"}, 2, "there is no report 'client-lists'");
+        row("bad date", {"grocery-log", "DB", "--from", "2026-13-01", "--csv", "OUT"}, 2, "YYYY-MM-DD");
+        row("start after end", {"demographics", "DB", "--from", "2026-12-31", "--to", "2026-12-01", "--csv", "OUT"}, 2,
+            "is after the end date");
+        row("dates on a list", {"client-list", "DB", "--from", "2026-12-01", "--csv", "OUT"}, 2, "has no dates");
+        row("bad group", {"client-list", "DB", "--group", "state", "--csv", "OUT"}, 2, "none, city or zip");
+        row("group on a summary", {"demographics", "DB", "--group", "city", "--csv", "OUT"}, 2, "can be grouped");
+        row("volunteer on a client report", {"client-detail", "DB", "--volunteer", "1", "--csv", "OUT"}, 2, "does not take --volunteer");
+        row("id not a number", {"client-detail", "DB", "--client", "abc", "--csv", "OUT"}, 2, "record number");
+        row("unknown option", {"client-list", "DB", "--colour", "--csv", "OUT"}, 2, "colour");
+        row("empty sql", {"client-list", "DB", "--sql", " ", "--csv", "OUT"}, 2, "SELECT statement");
+        row("no output", {"client-list", "DB"}, 2, "--csv");
+        row("missing database", {"client-list", "NOWHERE", "--csv", "OUT"}, 1, "");
+        row("unknown client", {"client-detail", "DB", "--client", "999", "--csv", "OUT"}, 1, "There is no client with ID 999.");
+        row("sql that writes", {"client-list", "DB", "--sql", "DELETE FROM Client", "--csv", "OUT"}, 1, "not authorized");
+        row("cannot write", {"client-list", "DB", "--csv", "NODIR"}, 1, "cannot be written");
     }
 
     void badRequestsExitWithTheirStatus()

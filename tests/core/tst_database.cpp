@@ -2,9 +2,12 @@
 #include "Recordset.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
+#include "Transaction.h"
 #include "basDatabase.h"
 
 #include <QTest>
+
+#include <stdexcept>
 
 class TestDatabaseServices : public QObject
 {
@@ -175,6 +178,42 @@ private Q_SLOTS:
         QCOMPARE(prompts.messages().size(), 1);
         QVERIFY(basDatabase::DeleteItemFromTable("Volunteer", "VolunteerID", QString::number(a)));
         QCOMPARE(TestDatabase::count("Volunteer"), 1);
+    }
+
+    void transactionsEndAsTheirOwnerSays_data()
+    {
+        QTest::addColumn<QString>("ending");
+        QTest::addColumn<int>("kept");
+        QTest::newRow("committed") << "commit" << 1;
+        QTest::newRow("left without commit") << "scope" << 0;
+        QTest::newRow("exception") << "throw" << 0;
+        QTest::newRow("rolled back") << "rollback" << 0;
+    }
+
+    void transactionsEndAsTheirOwnerSays()
+    {
+        QFETCH(QString, ending);
+        QFETCH(int, kept);
+        TestDatabase db;
+        try {
+            Transaction transaction(basDatabase::Connection());
+            QVERIFY(transaction.active());
+            {   // an inner guard leaves the outcome to the outer one
+                Transaction inner(basDatabase::Connection());
+                QVERIFY(!inner.active());
+                TestDatabase::insert("Client", {{"LastName", "Doe"}});
+            }
+            if (ending == "commit")
+                QVERIFY(transaction.commit());
+            else if (ending == "throw")
+                throw std::runtime_error("failed half way");
+            else if (ending == "rollback")
+                transaction.rollback();
+            QCOMPARE(transaction.active(), ending == "scope");
+        } catch (const std::runtime_error &) { }
+        QCOMPARE(TestDatabase::count("Client"), kept);
+        QVERIFY(basDatabase::Connection().transaction());   // nothing was left open
+        QVERIFY(basDatabase::Connection().rollback());
     }
 };
 

@@ -24,52 +24,79 @@ class TestFileSafety : public QObject
 private Q_SLOTS:
     void initTestCase() { ::umask(022); }   // as most desktops set it: the program must not rely on it
 
+    // How a file is made (a TendMark file of 300 clients changed by statements, or another
+    // kind of file), what the check before opening finds, and what it names.
     void fileStatesOnOpening_data()
     {
-        QTest::addColumn<QStringList>("damage");
+        QTest::addColumn<QString>("make");
+        QTest::addColumn<QStringList>("statements");
         QTest::addColumn<int>("state");
-        QTest::addColumn<QString>("named");   // what the check must name
-        QTest::newRow("healthy") << QStringList {} << int(Schema::FileState::Ok) << QString();
-        QTest::newRow("missing table") << QStringList {"DROP TABLE Volunteer"} << int(Schema::FileState::Incomplete)
-                                       << "The table Volunteer is missing.";
-        QTest::newRow("missing column") << QStringList {"ALTER TABLE Client RENAME COLUMN Comments TO Remarks"}
-                                        << int(Schema::FileState::Incomplete) << "The column Comments of the table Client is missing.";
-        QTest::newRow("missing index") << QStringList {"DROP INDEX ClientBySSN"} << int(Schema::FileState::Incomplete)
-                                       << "The index ClientBySSN is missing.";
-        QTest::newRow("missing audit trigger") << QStringList {"DROP TRIGGER AuditClientDelete"} << int(Schema::FileState::Incomplete)
-                                               << "The trigger AuditClientDelete is missing.";
-        QTest::newRow("newer") << QStringList {"PRAGMA user_version = 99"} << int(Schema::FileState::Newer) << QString();
-        QTest::newRow("foreign") << QStringList {"PRAGMA application_id = 7"} << int(Schema::FileState::Foreign) << QString();
+        QTest::addColumn<QString>("named");
+        const auto row
+            = [](const char *tag, const char *make, const QStringList &statements, Schema::FileState state, const char *named = "") {
+                  QTest::newRow(tag) << make << statements << int(state) << QString::fromLatin1(named);
+              };
+        row("healthy", "filled", {}, Schema::FileState::Ok);
+        row("missing table", "filled", {"DROP TABLE Volunteer"}, Schema::FileState::Incomplete, "The table Volunteer is missing.");
+        row("missing column", "filled", {"ALTER TABLE Client RENAME COLUMN Comments TO Remarks"}, Schema::FileState::Incomplete,
+            "The column Comments of the table Client is missing.");
+        row("missing index", "filled", {"DROP INDEX ClientBySSN"}, Schema::FileState::Incomplete, "The index ClientBySSN is missing.");
+        row("missing audit trigger", "filled", {"DROP TRIGGER AuditClientDelete"}, Schema::FileState::Incomplete,
+            "The trigger AuditClientDelete is missing.");
+        row("newer TendMark", "filled", {"PRAGMA user_version = 99"}, Schema::FileState::Newer);
+        row("foreign application id", "filled", {"PRAGMA application_id = 7"}, Schema::FileState::Foreign);
+        row("another program's database", "sqlite", {"CREATE TABLE Client (Id INTEGER PRIMARY KEY, Name TEXT)"},
+            Schema::FileState::Foreign);
+        row("damaged header", "header", {}, Schema::FileState::Damaged);
+        row("text file", "text", {}, Schema::FileState::NotSqlite);
+        row("Access file", "mdb", {}, Schema::FileState::NotSqlite);
+        row("missing", "none", {}, Schema::FileState::Missing);
+        if (::geteuid() != 0)   // the superuser can write to any file
+            row("read-only", "read-only", {}, Schema::FileState::ReadOnly);
     }
 
     void fileStatesOnOpening()
     {
-        QFETCH(QStringList, damage);
+        QFETCH(QString, make);
+        QFETCH(QStringList, statements);
         QFETCH(int, state);
         QFETCH(QString, named);
         QTemporaryDir dir;
-        const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
-        if (!damage.isEmpty())
-            QVERIFY(TestDatabase::onFile(path, damage).isValid());
+        const QString path = dir.filePath(QStringLiteral("pantry.tmdb"));
+        if (make == "filled" || make == "header" || make == "read-only")
+            TestDatabase::filledFile(path);
+        if (make == "header") {
+            QFile f(path);
+            QVERIFY(f.open(QIODevice::ReadWrite) && f.seek(16));
+            f.write(QByteArray(200, '\xff'));
+        } else if (make == "read-only") {
+            QFile::setPermissions(path, QFile::ReadOwner);
+        } else if (make == "text") {
+            QVERIFY(TestDatabase::writeFile(path, "LastName,FirstName\nDoe,Jane\n"));
+        } else if (make == "mdb") {
+            QVERIFY(QFile::copy(QStringLiteral(TENDMARK_SOURCE_DIR "/../shared/fixtures/sample-jet4.mdb"), path));
+        }
+        if (!statements.isEmpty())
+            QVERIFY(TestDatabase::onFile(path, statements).isValid());
         const QByteArray before = TestDatabase::fileHash(path);
         const QDateTime modified = QFileInfo(path).lastModified();
         const Schema::FileCheck check = Schema::ExamineForOpening(path);
         QCOMPARE(int(check.state), state);
         const bool healthy = state == int(Schema::FileState::Ok);
-        if (healthy) {   // checking a sound file changes nothing and leaves nothing beside it
+        QCOMPARE(check.reason.isEmpty(), healthy);
+        QCOMPARE(Schema::CheckFile(path).isEmpty(), healthy || state == int(Schema::FileState::ReadOnly));   // its contents are sound
+        QString reason;
+        QCOMPARE(basDatabase::OpenConnection(path, &reason), healthy);
+        QCOMPARE(reason.isEmpty(), healthy);
+        QCOMPARE(basDatabase::IsOpen(), healthy);
+        basDatabase::CloseConnection();
+        // Checked and refused files are left as they were; a sound file is not even touched, nor anything left beside it.
+        QCOMPARE(TestDatabase::fileHash(path), before);
+        if (healthy) {
             QVERIFY(!check.recovered);
-            QCOMPARE(Schema::CheckFile(path), QStringList());
-            QCOMPARE(TestDatabase::fileHash(path), before);
             QCOMPARE(QFileInfo(path).lastModified(), modified);
             QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"pantry.tmdb"});
         }
-        QString reason;
-        QCOMPARE(basDatabase::OpenConnection(path, &reason), healthy);
-        basDatabase::CloseConnection();
-        if (healthy)
-            return;
-        QCOMPARE(TestDatabase::fileHash(path), before);   // refused files are left as they were
-        QVERIFY(!reason.isEmpty());
         if (!named.isEmpty()) {
             QVERIFY2(check.problems.contains(named), qPrintable(check.problems.join('|')));
             QVERIFY(Schema::CheckFile(path).contains(named));
@@ -81,11 +108,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = TestDatabase::filledFile(dir.filePath(QStringLiteral("pantry.tmdb")));
         TestDatabase::scribble(path);
-        const QByteArray before = TestDatabase::fileHash(path);
         QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Damaged);
-        QVERIFY(!Schema::CheckFile(path).isEmpty());
-        QVERIFY(!basDatabase::OpenConnection(path));
-        QCOMPARE(TestDatabase::fileHash(path), before);
 
         const QString rescued = dir.filePath(QStringLiteral("rescued.tmdb"));
         FileHealth::CopyReport report;

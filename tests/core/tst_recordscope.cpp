@@ -80,35 +80,22 @@ private Q_SLOTS:
         TestDatabase::insert("Volunteer", {{"LastName", "Vance"}});
         TestDatabase::insert("Volunteer", {{"LastName", "Ames"}});
 
-        struct Case
-        {
-            Kind kind;
-            int type;
-            QString sql;
-            QString key;
-            QStringList expected;
-            int count;
-        } cases[] = {
-            {Kind::Client, 0, {}, {}, {"adams", "moore", "Ng", "O'Brien", "Zed"}, -1},
-            // the list's own filter and order are kept out: the report sorts by last name
-            {Kind::Client,
-             1,
-             "SELECT * FROM Client WHERE LastName <> 'Ng' ORDER BY ClientID DESC",
-             {},
-             {"adams", "moore", "O'Brien", "Zed"},
-             4},
-            {Kind::Client, 1, "SELECT ClientID, LastName FROM Client WHERE upper(LastName) LIKE 'O''%'", {}, {"O'Brien"}, 1},
-            {Kind::Client, 1, "SELECT * FROM Client WHERE 0", {}, {}, 0},
-            {Kind::Client, 2, {}, QString::number(moore), {"moore"}, 1},
-            {Kind::Client, 2, {}, "999", {}, 1},
-            {Kind::Volunteer, 1, "SELECT * FROM Volunteer;  ", {}, {"Ames", "Vance"}, 2},
+        // The records a scope chooses, by last name, and how many it counts (-1: not counted).
+        const auto expect = [](Kind kind, int type, const QString &sql, const QString &key, const QStringList &expected, int count) {
+            const RecordScope::Selection s = RecordScope::select(kind, type, {kind, sql, key}, "t");
+            QVERIFY2(s.ok, qPrintable(sql + ": " + s.error));
+            QCOMPARE(s.count, count);
+            QCOMPARE(names(kind, s), expected);
         };
-        for (const Case &c : cases) {
-            const RecordScope::Selection s = RecordScope::select(c.kind, c.type, {c.kind, c.sql, c.key}, "t");
-            QVERIFY2(s.ok, qPrintable(c.sql + ": " + s.error));
-            QCOMPARE(s.count, c.count);
-            QCOMPARE(names(c.kind, s), c.expected);
-        }
+        expect(Kind::Client, 0, {}, {}, {"adams", "moore", "Ng", "O'Brien", "Zed"}, -1);
+        // the list's own filter and order are kept out: the report sorts by last name
+        expect(Kind::Client, 1, "SELECT * FROM Client WHERE LastName <> 'Ng' ORDER BY ClientID DESC", {},
+               {"adams", "moore", "O'Brien", "Zed"}, 4);
+        expect(Kind::Client, 1, "SELECT ClientID, LastName FROM Client WHERE upper(LastName) LIKE 'O''%'", {}, {"O'Brien"}, 1);
+        expect(Kind::Client, 1, "SELECT * FROM Client WHERE 0", {}, {}, 0);
+        expect(Kind::Client, 2, {}, QString::number(moore), {"moore"}, 1);
+        expect(Kind::Client, 2, {}, "999", {}, 1);
+        expect(Kind::Volunteer, 1, "SELECT * FROM Volunteer;  ", {}, {"Ames", "Vance"}, 2);
 
         const RecordScope::Selection sorted = RecordScope::select(Kind::Client, 1, {Kind::Client, "SELECT * FROM Client", {}}, "t");
         QCOMPARE(sorted.binds.value(0).toString().count(','), 4);

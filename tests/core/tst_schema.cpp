@@ -1,22 +1,22 @@
+#include "LookupTables.h"
 #include "OptionsStore.h"
 #include "Schema.h"
 #include "ScriptedPrompts.h"
-#include "TmError.h"
-#include "basErrorHandler.h"
 #include "TestDatabase.h"
+#include "TmError.h"
 #include "basDatabase.h"
+#include "basErrorHandler.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <unistd.h>
 
 class TestSchema : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void newDatabaseHasTheTablesAndColumns()
+    void newDatabaseHasTheTablesColumnsAndContents()
     {
         TestDatabase db;
         const QStringList clientColumns
@@ -40,11 +40,8 @@ private Q_SLOTS:
             QVERIFY2(!basDatabase::Fields(t).isEmpty(), qPrintable(t));
         QVERIFY(basDatabase::Field("Payments", "PaymentsTypeID").isValid());
         QVERIFY(basDatabase::Field("Volunteer", "EmailAddress").isValid());   // the editor's spelling finds the column
-    }
 
-    void columnDeclarationsAreReadAtRunTime()
-    {
-        TestDatabase db;
+        // Column declarations are read at run time.
         const FieldInfo ssn = basDatabase::Field("Client", "SocialSecurityNumber");
         QCOMPARE(ssn.type, FieldInfo::Type::Text);
         QCOMPARE(ssn.size, 11);
@@ -56,11 +53,8 @@ private Q_SLOTS:
         QVERIFY(basDatabase::Field("EthnicOrigin", "EthnicOriginDescription").required);
         QVERIFY(!basDatabase::Field("Client", "LastName").required);
         QVERIFY(basDatabase::Field("Client", "ClientID").isKey);
-    }
 
-    void standardContents()
-    {
-        TestDatabase db;
+        // The standard contents.
         QCOMPARE(TestDatabase::count("States"), 56);
         QCOMPARE(TestDatabase::count("States", "StateCode IN ('DC', 'PR', 'GU', 'VI', 'AS', 'MP', 'TX', 'WY')"), 8);
         QCOMPARE(TestDatabase::scalar("SELECT group_concat(GenderCode, ',') FROM Gender").toString(), QStringLiteral("M,F"));
@@ -113,65 +107,6 @@ private Q_SLOTS:
         QCOMPARE(TestDatabase::count("EthnicOrigin", "EthnicOriginID = ?", {origin}), 1);
     }
 
-    void foreignDamagedAndNewerFilesAreRefusedUnchanged_data()
-    {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<int>("state");
-        QTest::newRow("text file") << "text" << int(Schema::FileState::NotSqlite);
-        QTest::newRow("another program's database") << "foreign" << int(Schema::FileState::Foreign);
-        QTest::newRow("damaged") << "damaged" << int(Schema::FileState::Damaged);
-        QTest::newRow("newer TendMark") << "newer" << int(Schema::FileState::Newer);
-        QTest::newRow("Access file") << "mdb" << int(Schema::FileState::NotSqlite);
-        QTest::newRow("missing") << "missing" << int(Schema::FileState::Missing);
-    }
-
-    void foreignDamagedAndNewerFilesAreRefusedUnchanged()
-    {
-        QFETCH(QString, kind);
-        QFETCH(int, state);
-        QTemporaryDir dir;
-        const QString path = dir.filePath("file.tmdb");
-        if (kind == "text") {
-            QVERIFY(TestDatabase::writeFile(path, "LastName,FirstName\nDoe,Jane\n"));
-        } else if (kind == "foreign") {
-            QVERIFY(TestDatabase::onFile(path, {"CREATE TABLE Client (Id INTEGER PRIMARY KEY, Name TEXT)"}).isValid());
-        } else if (kind == "damaged") {
-            QVERIFY(Schema::CreateDatabase(path, false, nullptr));
-            QFile f(path);
-            QVERIFY(f.open(QIODevice::ReadWrite));
-            f.seek(16);
-            f.write(QByteArray(200, '\xff'));
-        } else if (kind == "newer") {
-            QVERIFY(Schema::CreateDatabase(path, false, nullptr));
-            QVERIFY(TestDatabase::onFile(path, {QStringLiteral("PRAGMA user_version = %1").arg(Schema::CurrentVersion + 1)}).isValid());
-        } else if (kind == "mdb") {
-            QVERIFY(QFile::copy(QStringLiteral(TENDMARK_SOURCE_DIR "/../shared/fixtures/sample-jet4.mdb"), path)
-                    || QFile::copy(QStringLiteral("/work/shared/fixtures/sample-jet4.mdb"), path));
-        }
-        const QByteArray before = TestDatabase::fileHash(path);
-        const Schema::FileCheck check = Schema::InspectFile(path);
-        QCOMPARE(int(check.state), state);
-        QVERIFY(!check.reason.isEmpty());
-        QString reason;
-        QVERIFY(!basDatabase::OpenConnection(path, &reason));
-        QVERIFY(!reason.isEmpty());
-        QVERIFY(!basDatabase::IsOpen());
-        QCOMPARE(TestDatabase::fileHash(path), before);
-        QVERIFY(!Schema::CheckFile(path).isEmpty());
-    }
-
-    void readOnlyFileIsRefused()
-    {
-        if (geteuid() == 0)
-            QSKIP("the superuser can write to any file");
-        QTemporaryDir dir;
-        const QString path = dir.filePath("ro.tmdb");
-        QVERIFY(Schema::CreateDatabase(path, false, nullptr));
-        QFile::setPermissions(path, QFile::ReadOwner);
-        QCOMPARE(Schema::InspectFile(path).state, Schema::FileState::ReadOnly);
-        QVERIFY(!basDatabase::OpenConnection(path));
-    }
-
     // Check names a broken reference; creating over a file needs to be asked for, and leaves a sound file.
     void checkAndReplace()
     {
@@ -187,6 +122,54 @@ private Q_SLOTS:
         QVERIFY(error.contains("already exists"));
         QVERIFY(Schema::CreateDatabase(path, true, &error));
         QVERIFY(Schema::CheckFile(path).isEmpty());
+    }
+
+    // Every foreign key to a lookup table is listed, and nothing else is: a missing one
+    // would let the lookup editor delete an item that records still refer to.
+    void referencesMatchTheForeignKeys()
+    {
+        TestDatabase db;
+        QSet<QString> keys;
+        QSqlQuery tables = basDatabase::Execute(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
+        while (tables.next()) {
+            QSqlQuery fk
+                = basDatabase::Execute(QStringLiteral("SELECT \"table\", \"from\" FROM pragma_foreign_key_list(?)"), {tables.value(0)});
+            while (fk.next())
+                if (LookupTables::byName(fk.value(0).toString()))
+                    keys << tables.value(0).toString() + u'.' + fk.value(1).toString() + u'>' + fk.value(0).toString();
+        }
+        QSet<QString> listed;
+        for (const LookupTables::LookupTable &t : LookupTables::all())
+            for (const LookupTables::Reference &r : t.references)
+                listed << QLatin1String(r.table) + u'.' + QLatin1String(r.column) + u'>' + t.name();
+        QCOMPARE(listed, keys);
+    }
+
+    void anItemIsInUseOnceAnyReferringColumnHoldsIt_data()
+    {
+        QTest::addColumn<QString>("lookup");
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("column");
+        for (const LookupTables::LookupTable &t : LookupTables::all())
+            for (const LookupTables::Reference &r : t.references)
+                QTest::addRow("%s.%s", r.table, r.column) << t.name() << QString::fromLatin1(r.table) << QString::fromLatin1(r.column);
+    }
+
+    void anItemIsInUseOnceAnyReferringColumnHoldsIt()
+    {
+        QFETCH(QString, lookup);
+        QFETCH(QString, table);
+        QFETCH(QString, column);
+        TestDatabase db;
+        const LookupTables::LookupTable &t = *LookupTables::byName(lookup);
+        const qint64 item = TestDatabase::insert(lookup, {{QLatin1String(t.descriptionColumn), QStringLiteral("Unused so far")}});
+        QVERIFY(!LookupTables::inUse(t, item));
+        QVariantMap row {{column, item}};
+        if (table != QLatin1String("Client"))
+            row.insert(QStringLiteral("ClientID"), TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Doe"}}));
+        TestDatabase::insert(table, row);
+        QVERIFY(LookupTables::inUse(t, item));
+        QVERIFY(!LookupTables::inUse(t, item + 1));
     }
 };
 

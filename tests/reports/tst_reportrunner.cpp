@@ -1,3 +1,4 @@
+#include "FormTesting.h"
 #include "ReportRunner.h"
 #include "ScriptedPrompts.h"
 #include "frmReportByClientAndDate.h"
@@ -8,8 +9,9 @@
 #include <QApplication>
 #include <QDateEdit>
 #include <QGroupBox>
-#include <QLabel>
 #include <QPointer>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -21,34 +23,16 @@ using Report::Name;
 
 namespace {
 
-QString textOf(QWidget *w)
+QAbstractButton *child(QWidget *dialog, const char *name)
 {
-    if (w->isWindow())
-        return w->windowTitle();
-    if (auto *box = qobject_cast<QGroupBox *>(w))
-        return box->title();
-    if (auto *button = qobject_cast<QAbstractButton *>(w))
-        return button->text();
-    if (auto *label = qobject_cast<QLabel *>(w))
-        return label->text();
-    return {};
-}
-
-QWidget *child(QWidget *dialog, const QString &name)
-{
-    return dialog->objectName() == name ? dialog : dialog->findChild<QWidget *>(name);
+    return dialog->findChild<QAbstractButton *>(QLatin1String(name));
 }
 
 void click(QWidget *dialog, const char *name)
 {
-    auto *b = qobject_cast<QAbstractButton *>(child(dialog, QLatin1String(name)));
+    QAbstractButton *b = child(dialog, name);
     QVERIFY2(b && b->isEnabled(), name);
     b->click();
-}
-
-bool checked(QWidget *dialog, const char *name)
-{
-    return qobject_cast<QAbstractButton *>(child(dialog, QLatin1String(name)))->isChecked();
 }
 
 std::unique_ptr<QDialog> makeDialog(const QString &kind, const QString &itemWord)
@@ -61,6 +45,19 @@ std::unique_ptr<QDialog> makeDialog(const QString &kind, const QString &itemWord
     if (kind == QLatin1String("ByDate"))
         return std::make_unique<frmReportByDate>();
     return std::make_unique<frmReportByClientAndDate>();
+}
+
+// Answers the modal dialog that comes up next as soon as it is up; closes it if the answer left it open.
+void whenDialogShows(const std::function<void(QDialog *)> &answer)
+{
+    QTimer::singleShot(0, [answer] {
+        QPointer<QDialog> dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        answer(dialog);
+        if (dialog && dialog->isVisible())
+            dialog->reject();
+    });
 }
 
 // What one run of a report did: what it built, whether it showed a preview.
@@ -85,96 +82,66 @@ Run runReport(Name name, const ActiveScope &active, std::function<void(QDialog *
         run.parameters = p;
         return result;
     });
-    QTimer::singleShot(0, [&] {
-        QPointer<QDialog> dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        answer(dialog);
-        if (dialog && dialog->isVisible())
-            dialog->reject();
-    });
+    whenDialogShows(answer);
     run.shown = runner.run(name, active, nullptr);
     return run;
 }
 
+// What the Reports menu showed: the dialog, and whether its "current" options were offered.
+struct Seen
+{
+    QString dialog;
+    QString caption;
+    bool currentOffered = false;
+};
+
+// Triggers a menu entry and answers its dialog by clicking the buttons named.
+Seen runMenu(frmMain &main, const char *entry, const QStringList &clicks)
+{
+    Seen seen;
+    whenDialogShows([&](QDialog *dialog) {
+        seen.dialog = dialog->objectName();
+        seen.caption = dialog->windowTitle();
+        for (const char *option : {"optCurrent", "optCurrentClient"})
+            if (auto *w = dialog->findChild<QWidget *>(QLatin1String(option)))
+                seen.currentOffered = w->isEnabled();
+        for (const QString &name : clicks)
+            if (auto *b = dialog->findChild<QAbstractButton *>(name))
+                b->click();
+    });
+    menu(main, entry)->trigger();
+    return seen;
+}
+
 }   // namespace
 
-// The parameter dialogs and the sequence every Reports menu command follows.
+// The parameter dialogs, the sequence every Reports menu command follows, and the
+// Reports menu itself: each entry's dialog, the open window it reports on, the
+// refusal when there is no current record, and the preview.
 class TestReportRunner : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void dialogCaptions_data();
-    void dialogCaptions();
+    void dialogsNameTheirItems();
     void dialogsSelectAndReturnChoices();
     void dateDialogsDefaultToThisMonth();
     void runnerStopsOrBuildsAsChosen();
+    void entriesAskAndRefuseWithoutARecord();
+    void entriesReachThePreview();
 };
 
-void TestReportRunner::dialogCaptions_data()
+void TestReportRunner::dialogsNameTheirItems()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("itemWord");
-    QTest::addColumn<QStringList>("captions");   // objectName=text
-    QTest::newRow("by client") << "By"
-                               << "Client"
-                               << QStringList {"frmReportBy=Select Clients To Report",
-                                               "fraToReport=Clients To Report",
-                                               "optAll=All Clients",
-                                               "optCurrentRecordset=Current &recordset",
-                                               "optCurrent=Current Client",
-                                               "cmdOK=OK",
-                                               "cmdCancel=Cancel"};
-    QTest::newRow("by volunteer") << "By"
-                                  << "Volunteer"
-                                  << QStringList {"frmReportBy=Select Volunteers To Report", "fraToReport=Volunteers To Report",
-                                                  "optAll=All Volunteers", "optCurrent=Current Volunteer"};
-    QTest::newRow("grouped") << "ByGrouped"
-                             << "Client"
-                             << QStringList {"frmReportByGrouped=Select Clients To Report",
-                                             "optCurrentRecordset=Current &Recordset",
-                                             "fraGroupBy=Group By",
-                                             "optGroupByNone=Do Not &Group",
-                                             "optGroupByZipCode=&Zip Code",
-                                             "optGroupByCity=C&ity",
-                                             "cmdOK=OK",
-                                             "cmdCancel=Cancel"};
-    QTest::newRow("by date") << "ByDate"
-                             << ""
-                             << QStringList {"frmReportByDate=Select Report Date",
-                                             "fraDatesToReport=Dates To Report",
-                                             "lblStartDate=Start Date:",
-                                             "lblEndDate=End Date:",
-                                             "cmdOK=OK",
-                                             "cmdCancel=Cancel"};
-    QTest::newRow("by client and date") << "ByClientAndDate"
-                                        << ""
-                                        << QStringList {"frmReportByClientAndDate=Select Clients and Dates To Report",
-                                                        "fraClientsToReport=Clients To Report",
-                                                        "optAllClients=&All clients",
-                                                        "optCurrentRecordset=Current &recordset",
-                                                        "optCurrentClient=Current &client",
-                                                        "fraDatesToReport=Dates To Report",
-                                                        "cmdOK=OK",
-                                                        "cmdCancel=Cancel"};
-}
-
-void TestReportRunner::dialogCaptions()
-{
-    QFETCH(QString, kind);
-    QFETCH(QString, itemWord);
-    QFETCH(QStringList, captions);
-    const std::unique_ptr<QDialog> dialog = makeDialog(kind, itemWord);
-    QVERIFY(dialog->isModal());
-    for (const QString &pair : captions) {
-        const QString name = pair.section(QLatin1Char('='), 0, 0);
-        QWidget *w = child(dialog.get(), name);
-        QVERIFY2(w, qPrintable(name));
-        QCOMPARE(textOf(w), pair.section(QLatin1Char('='), 1));
-    }
-    for (const char *picker : {"dtpStartDate", "dtpEndDate"})
-        QCOMPARE(bool(dialog->findChild<QDateEdit *>(QLatin1String(picker))), kind.contains(QLatin1String("Date")));
+    for (const QString &kind : {QStringLiteral("By"), QStringLiteral("ByGrouped")})
+        for (const QString &word : {QStringLiteral("Client"), QStringLiteral("Volunteer")}) {
+            const std::unique_ptr<QDialog> dialog = makeDialog(kind, word);
+            QVERIFY(dialog->isModal());
+            QCOMPARE(dialog->windowTitle(), QStringLiteral("Select %1s To Report").arg(word));
+            QCOMPARE(dialog->findChild<QGroupBox *>(QStringLiteral("fraToReport"))->title(), QStringLiteral("%1s To Report").arg(word));
+            QCOMPARE(dialog->findChild<QAbstractButton *>(QStringLiteral("optAll"))->text(), QStringLiteral("All %1s").arg(word));
+            QCOMPARE(dialog->findChild<QAbstractButton *>(QStringLiteral("optCurrent"))->text(), QStringLiteral("Current %1").arg(word));
+        }
 }
 
 void TestReportRunner::dialogsSelectAndReturnChoices()
@@ -211,7 +178,7 @@ void TestReportRunner::dialogsSelectAndReturnChoices()
         dialog->show();
         QVERIFY(!dialog->property("OKPressed").toBool());
         for (const QString &name : QString::fromLatin1(c.checkedAtLoad).split(QLatin1Char(' ')))
-            QVERIFY2(checked(dialog.get(), qPrintable(name)), qPrintable(tag));
+            QVERIFY2(child(dialog.get(), qPrintable(name))->isChecked(), qPrintable(tag));
         for (const QString &name : QString::fromLatin1(c.clicks).split(QLatin1Char(' ')))
             click(dialog.get(), qPrintable(name));
         QVERIFY2(!dialog->isVisible(), qPrintable(tag));
@@ -226,7 +193,7 @@ void TestReportRunner::dialogsSelectAndReturnChoices()
     unprompted.setProperty("ReportType", 2);
     unprompted.setPromptForReportType(false);
     unprompted.show();
-    QVERIFY(checked(&unprompted, "optAllClients"));
+    QVERIFY(child(&unprompted, "optAllClients")->isChecked());
     QVERIFY(!unprompted.findChild<QGroupBox *>(QStringLiteral("fraClientsToReport"))->isEnabled());
     QVERIFY(!unprompted.findChild<QWidget *>(QStringLiteral("optCurrentClient"))->isEnabled());
     click(&unprompted, "cmdOK");
@@ -273,103 +240,161 @@ void TestReportRunner::runnerStopsOrBuildsAsChosen()
     badSql.errorTitle = QStringLiteral("SQL Error");
     Report::Result cancelled;
     cancelled.cancelled = true;
-    struct Case
-    {
-        const char *name;
-        Name report;
-        ActiveScope active;
-        std::function<void(QDialog *)> answer;
-        Report::Result result;
-        Prompt::Message message;   // empty title: none expected
-        bool built;
-        std::function<bool(const Report::Parameters &)> parameters;
-    };
-    const QList<Case> cases = {
-        {"cancelled dialog", Name::ClientList, clientList, choose({"optCurrent", "cmdCancel"}), {}, {}, false, {}},
-        {"current recordset grouped by city",
-         Name::ClientList,
-         clientList,
-         choose({"optCurrentRecordset", "optGroupByCity", "cmdOK"}),
-         {},
-         {},
-         true,
-         [&](const Report::Parameters &p) {
-             return p.name == Name::ClientList && p.reportType == 1 && p.groupBy == 1 && p.scope.sql == clientList.sql
-                 && p.scope.key == QLatin1String("12");
-         }},
-        {"all clients ignore no form",
-         Name::ClientDetail,
-         {},
-         choose({"cmdOK"}),
-         {},
-         {},
-         true,
-         [](const Report::Parameters &p) { return p.reportType == 0 && p.scope.kind == Kind::None; }},
-        {"statistics over this month",
-         Name::Demographics,
-         clientList,
-         choose({"cmdOK"}),
-         {},
-         {},
-         true,
-         [&](const Report::Parameters &p) {
-             return p.startDate == first && p.endDate == first.addMonths(1).addDays(-1) && p.scope.sql.isEmpty();
-         }},
-        {"start after end",
-         Name::GroceryLog,
-         {},
-         [](QDialog *d) {
-             d->findChild<QDateEdit *>(QStringLiteral("dtpStartDate"))->setDate(QDate(2025, 5, 2));
-             d->findChild<QDateEdit *>(QStringLiteral("dtpEndDate"))->setDate(QDate(2025, 5, 1));
-             click(d, "cmdOK");
-         },
-         {},
-         {"TendMark - Grocery Log", "The start date is after the end date.", Prompt::Icon::Exclamation},
-         false,
-         {}},
-        {"build fails",
-         Name::VolunteerDetail,
-         {},
-         choose({"cmdOK"}),
-         failed,
-         {"TendMark - Volunteer Detail Report", "The statement could not be run.", Prompt::Icon::Exclamation},
-         true,
-         {}},
-        {"hand-typed statement refused",
-         Name::ClientList,
-         clientList,
-         choose({"optCurrentRecordset", "cmdOK"}),
-         badSql,
-         {"SQL Error", "The statement could not be run.", Prompt::Icon::Exclamation},
-         true,
-         {}},
-        {"build cancelled", Name::GeographicSummary, {}, choose({"cmdOK"}), cancelled, {}, true, {}},
-    };
-    // A window of the other kind makes no record current (the main window hands over only its own kind, too).
-    bool offered = true;
-    runReport(Name::ClientDetail, {Kind::Volunteer, QStringLiteral("SELECT * FROM Volunteer"), QStringLiteral("3")},
-              [&](QDialog *d) { offered = d->findChild<QWidget *>(QStringLiteral("optCurrent"))->isEnabled(); });
-    QVERIFY(!offered);
-    for (const Case &c : cases) {
+    // Runs one report; message: what the user is told (empty title: nothing); built: whether the builder was
+    // reached, with the parameters it was given.
+    const auto expect = [](const char *name, Name report, const ActiveScope &active, const std::function<void(QDialog *)> &answer,
+                           const Report::Result &result, const Prompt::Message &message, bool built,
+                           const std::function<bool(const Report::Parameters &)> &parameters = {}) {
         ScriptedPrompts prompts;
-        const Run run = runReport(c.report, c.active, c.answer, c.result);
-        QVERIFY2(run.built == c.built, c.name);
-        if (c.message.title.isEmpty()) {
+        const Run run = runReport(report, active, answer, result);
+        QVERIFY2(run.built == built, name);
+        if (message.title.isEmpty()) {
             QVERIFY2(prompts.messages().isEmpty(), qPrintable(prompts.last().text));
         } else {
             QCOMPARE(prompts.messages().size(), 1);
-            QCOMPARE(prompts.last(), c.message);
+            QCOMPARE(prompts.last(), message);
         }
-        if (c.parameters)
-            QVERIFY2(c.parameters(run.parameters), c.name);
+        if (parameters)
+            QVERIFY2(parameters(run.parameters), name);
         // A preview comes only of a report that was built.
-        const bool preview = c.built && c.result.error.isEmpty() && !c.result.cancelled;
+        const bool preview = built && result.error.isEmpty() && !result.cancelled;
         QCOMPARE(run.shown, preview);
         QCOMPARE(prompts.previews().size(), preview ? 1 : 0);
         if (preview) {
             QCOMPARE(prompts.previews().first().caption, QStringLiteral("Built caption"));
             QCOMPARE(prompts.previews().first().pdfName, QStringLiteral("Built caption.pdf"));
         }
+    };
+    expect("cancelled dialog", Name::ClientList, clientList, choose({"optCurrent", "cmdCancel"}), {}, {}, false);
+    expect("current recordset grouped by city", Name::ClientList, clientList, choose({"optCurrentRecordset", "optGroupByCity", "cmdOK"}),
+           {}, {}, true, [&](const Report::Parameters &p) {
+               return p.name == Name::ClientList && p.reportType == 1 && p.groupBy == 1 && p.scope.sql == clientList.sql
+                   && p.scope.key == QLatin1String("12");
+           });
+    expect("all clients ignore no form", Name::ClientDetail, {}, choose({"cmdOK"}), {}, {}, true,
+           [](const Report::Parameters &p) { return p.reportType == 0 && p.scope.kind == Kind::None; });
+    expect("statistics over this month", Name::Demographics, clientList, choose({"cmdOK"}), {}, {}, true, [&](const Report::Parameters &p) {
+        return p.startDate == first && p.endDate == first.addMonths(1).addDays(-1) && p.scope.sql.isEmpty();
+    });
+    expect(
+        "start after end", Name::GroceryLog, {},
+        [](QDialog *d) {
+            d->findChild<QDateEdit *>(QStringLiteral("dtpStartDate"))->setDate(QDate(2025, 5, 2));
+            d->findChild<QDateEdit *>(QStringLiteral("dtpEndDate"))->setDate(QDate(2025, 5, 1));
+            click(d, "cmdOK");
+        },
+        {}, {"TendMark - Grocery Log", "The start date is after the end date.", Prompt::Icon::Exclamation}, false);
+    expect("build fails", Name::VolunteerDetail, {}, choose({"cmdOK"}), failed,
+           {"TendMark - Volunteer Detail Report", "The statement could not be run.", Prompt::Icon::Exclamation}, true);
+    expect("hand-typed statement refused", Name::ClientList, clientList, choose({"optCurrentRecordset", "cmdOK"}), badSql,
+           {"SQL Error", "The statement could not be run.", Prompt::Icon::Exclamation}, true);
+    expect("build cancelled", Name::GeographicSummary, {}, choose({"cmdOK"}), cancelled, {}, true);
+    // A window of the other kind makes no record current (the main window hands over only its own kind, too).
+    bool offered = true;
+    runReport(Name::ClientDetail, {Kind::Volunteer, QStringLiteral("SELECT * FROM Volunteer"), QStringLiteral("3")},
+              [&](QDialog *d) { offered = d->findChild<QWidget *>(QStringLiteral("optCurrent"))->isEnabled(); });
+    QVERIFY(!offered);
+}
+
+void TestReportRunner::entriesAskAndRefuseWithoutARecord()
+{
+    // Each "current" option offered and chosen with no record in the window is refused.
+    struct Case
+    {
+        const char *entry;
+        const char *window;   // opened first, or null
+        const char *dialog;
+        const char *caption;
+        bool currentOffered;
+        const char *refusal;   // the title of the refusal, or null: cancelled
+        const char *text;
+    };
+    const char *noClient = "No client has been selected.";
+    const Case cases[] = {
+        {"mnuReportsClientList", nullptr, "frmReportByGrouped", "Select Clients To Report", false, nullptr, nullptr},
+        {"mnuReportsClientDetail", "mnuDataClientTable", "frmReportBy", "Select Clients To Report", true, "Client Detail Report", noClient},
+        {"mnuReportsClientList", "mnuDataClientSummary", "frmReportByGrouped", "Select Clients To Report", true, "Client List Report",
+         noClient},
+        {"mnuReportsFoodServiceByClient", "mnuDataClientDetails", "frmReportByClientAndDate", "Select Clients and Dates To Report", true,
+         "Food Service History By Client Report", noClient},
+        {"mnuReportsPaymentHistoryByClient", nullptr, "frmReportByClientAndDate", "Select Clients and Dates To Report", false, nullptr,
+         nullptr},
+        {"mnuReportsVolunteerDetail", "mnuDataVolunteers", "frmReportBy", "Select Volunteers To Report", true, "Volunteer Detail Report",
+         "No Volunteer has been selected."},
+        {"mnuReportsVolunteerList", "mnuDataVolunteers", "frmReportByGrouped", "Select Volunteers To Report", true, "Volunteer List Report",
+         "No volunteer has been selected."},
+        // A client window does not make a volunteer current, nor the other way round.
+        {"mnuReportsVolunteerDetail", "mnuDataClientTable", "frmReportBy", "Select Volunteers To Report", false, nullptr, nullptr},
+        {"mnuReportsClientDetail", "mnuDataVolunteers", "frmReportBy", "Select Clients To Report", false, nullptr, nullptr},
+        {"mnuReportsGroceryLog", nullptr, "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
+        {"mnuReportsGeographicSummary", nullptr, "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
+        {"mnuReportsDemographics", "mnuDataClientTable", "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
+    };
+    for (const Case &c : cases) {
+        ClientWorld world;
+        if (c.window)
+            menu(world.main, c.window)->trigger();
+        const QString current = QLatin1String(qstrcmp(c.dialog, "frmReportByClientAndDate") ? "optCurrent" : "optCurrentClient");
+        const Seen seen = runMenu(world.main, c.entry, c.refusal ? QStringList {current, "cmdOK"} : QStringList {"cmdCancel"});
+        QVERIFY2(seen.dialog == QLatin1String(c.dialog), c.entry);
+        QCOMPARE(seen.caption, QLatin1String(c.caption));
+        QVERIFY2(seen.currentOffered == c.currentOffered, c.entry);
+        if (!c.refusal) {
+            QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
+        } else {
+            QCOMPARE(world.prompts.messages().size(), 1);
+            QCOMPARE(world.prompts.last(), (Prompt::Message {c.refusal, c.text}));
+        }
+        QVERIFY(world.prompts.previews().isEmpty());
+    }
+}
+
+void TestReportRunner::entriesReachThePreview()
+{
+    struct Case
+    {
+        const char *entry;
+        const char *window;
+        QStringList clicks;
+        const char *caption;
+        QStringList printed;   // in the PDF saved from the preview
+    };
+    const QList<Case> cases = {
+        {"mnuReportsClientList",
+         "mnuDataClientTable",
+         {"optCurrentRecordset", "optGroupByCity", "cmdOK"},
+         "TendMark - Client List",
+         {"Client List", "Grouped By City", "Testville", "O'Brien, Mary Q", "Page 1 of 1"}},
+        {"mnuReportsClientDetail",
+         "mnuDataClientTable",
+         {"optCurrent", "cmdOK"},
+         "TendMark - Client Detail Report",
+         {"Client Detail Report"}},
+        {"mnuReportsVolunteerList", nullptr, {"optGroupByZipCode", "cmdOK"}, "TendMark - VolunteerList", {"Grouped By Zip Code"}},
+        {"mnuReportsFoodServiceByClient", nullptr, {"cmdOK"}, "TendMark - Food Service By Client", {"For Dates: "}},
+        {"mnuReportsDemographics", nullptr, {"cmdOK"}, "TendMark - Demographics Report", {"Ethnic Breakdown", "For Dates: "}},
+    };
+    QTemporaryDir dir;
+    for (const Case &c : cases) {
+        ClientWorld world;
+        const qint64 id = ClientWorld::addClient(QStringLiteral("O'Brien"), QStringLiteral("Mary"), QStringLiteral("Q"));
+        if (c.window) {
+            menu(world.main, c.window)->trigger();
+            world.main.activeChild()->showRecord(QString::number(id));   // the client chosen in the list
+        }
+        runMenu(world.main, c.entry, c.clicks);
+        QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
+        QCOMPARE(world.prompts.previews().size(), 1);
+        const Prompt::PreviewRequest preview = world.prompts.previews().first();
+        QCOMPARE(preview.caption, QLatin1String(c.caption));
+        const QString pdf = dir.filePath(QStringLiteral("%1.pdf").arg(QLatin1String(c.entry)));
+        QVERIFY(preview.savePdf(pdf));
+        QProcess text;
+        text.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
+        QVERIFY(text.waitForFinished(30000));
+        const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+        for (const QString &expected : c.printed)
+            QVERIFY2(printed.contains(expected), qPrintable(expected + QLatin1String(" in ") + printed));
     }
 }
 

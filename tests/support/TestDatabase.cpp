@@ -1,5 +1,6 @@
 #include "TestDatabase.h"
 
+#include "LookupTables.h"
 #include "Schema.h"
 #include "SqlText.h"
 #include "basDatabase.h"
@@ -60,14 +61,11 @@ int TestDatabase::count(const QString &table, const QString &where, const QVaria
 
 qint64 TestDatabase::lookupId(const QString &table, const QString &description)
 {
-    const QString key = table == QLatin1String("ExpenseCategories") ? QStringLiteral("ExpenseCategoryID")
-        : table == QLatin1String("FoodServiceTypes")                ? QStringLiteral("FoodServiceTypeID")
-        : table == QLatin1String("IncomeSources")                   ? QStringLiteral("IncomeSourceID")
-        : table == QLatin1String("PaymentTypes")                    ? QStringLiteral("PaymentTypeID")
-        : table == QLatin1String("Relationships")                   ? QStringLiteral("RelationshipID")
-                                                                    : table + QStringLiteral("ID");
-    const QString desc = key.left(key.size() - 2) + QStringLiteral("Description");
-    return scalar(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?").arg(SqlText::id(key), SqlText::id(table), SqlText::id(desc)),
+    const LookupTables::LookupTable *t = LookupTables::byName(table);
+    if (!t)
+        qFatal("%s is not a lookup table", qPrintable(table));
+    return scalar(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = ?")
+                      .arg(SqlText::id(QLatin1String(t->keyColumn)), SqlText::id(table), SqlText::id(QLatin1String(t->descriptionColumn))),
                   {description})
         .toLongLong();
 }
