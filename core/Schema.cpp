@@ -34,10 +34,17 @@ bool widenFoodServiceDateIndex(QSqlDatabase db, QString *error)
         && Exec(db, QStringLiteral("CREATE INDEX FoodServiceByDate ON FoodService (FoodServiceDate, ClientID, NumberOfBags)"), error);
 }
 
+// The organisation's age brackets for the agency report, with its options.
+bool addAgeBrackets(QSqlDatabase db, QString *error)
+{
+    return Exec(db, QStringLiteral("ALTER TABLE Options ADD COLUMN AgeBrackets VARCHAR(100)"), error);
+}
+
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install,
     widenFoodServiceDateIndex,
+    addAgeBrackets,
 };
 
 // A private read-only connection for looking at a file.

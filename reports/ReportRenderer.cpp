@@ -31,6 +31,11 @@ QPageLayout pageLayout()
     return ReportStyle::pageLayout();
 }
 
+QPageLayout pageLayout(const Report::Document &document)
+{
+    return ReportStyle::pageLayout(document.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+}
+
 QList<ReportLayout::Page> layout(const Report::Document &document, const QPaintDevice *device)
 {
     return ReportLayout::paginate(document, ReportLayout::Geometry(document, device));
@@ -86,7 +91,7 @@ bool writePdf(const Report::Document &document, const QString &path, const Repor
     temp.close();
     {
         QPdfWriter writer(temp.fileName());
-        writer.setPageLayout(pageLayout());
+        writer.setPageLayout(pageLayout(document));
         writer.setResolution(600);
         writer.setTitle(document.caption);
         writer.setCreator(QStringLiteral("TendMark"));
