@@ -1,165 +1,206 @@
 #include "AgencyFigures.h"
 
+#include "RowStream.h"
 #include "SqlText.h"
 #include "basDatabase.h"
 
+#include <QHash>
 #include <QSqlQuery>
 
+#include <vector>
+
+// The period's visits and the people of every household are read once each, in two
+// statements; the counting is done here, where a person's age at every visit costs
+// next to nothing. Dates are numbers yyyymmdd.
 namespace AgencyFigures {
 namespace {
 
 constexpr int kMinorAge = 18;
-
-// Statement text with the values of its placeholders, kept in step as pieces are joined.
-struct Sql
-{
-    QString text;
-    QVariantList binds;
-
-    Sql &operator<<(const QString &more)
-    {
-        text += more;
-        return *this;
-    }
-    Sql &operator<<(const Sql &more)
-    {
-        text += more.text;
-        binds += more.binds;
-        return *this;
-    }
-    Sql &bind(const QVariant &value)
-    {
-        text += QLatin1Char('?');
-        binds << value;
-        return *this;
-    }
-};
 
 QString iso(const QDate &date)
 {
     return date.toString(Qt::ISODate);
 }
 
-// Completed years from the ISO birth date b to the ISO date d: the difference of the
-// years, less one while d's month and day come before b's.
-QString age(const QString &b, const QString &d)
+// Completed years from birth to day: the difference of the years, less one while day's
+// month and day come before birth's.
+int age(int birth, int day)
 {
-    return QStringLiteral("(CAST(substr(%2, 1, 4) AS INTEGER) - CAST(substr(%1, 1, 4) AS INTEGER) - (substr(%2, 6) < substr(%1, 6)))")
-        .arg(b, d);
+    return day / 10000 - birth / 10000 - (day % 10000 < birth % 10000 ? 1 : 0);
 }
 
-// The bracket someone born on b is in on d: 0 for an unknown age, else 1, 2, ... in order.
-Sql bracket(const QList<AgeBrackets::Bracket> &brackets, const QString &b, const QString &d)
+// Which bracket a person is in on a day: the brackets in order, then the unknown ages
+// (no birth date, or born after the day).
+class Brackets
 {
-    Sql s;
-    s << QStringLiteral("(CASE WHEN %1 IS NULL OR %1 > %2 THEN 0").arg(b, d);
-    for (int i = 0; i + 1 < brackets.size(); ++i)
-        s << QStringLiteral(" WHEN %1 <= ").arg(age(b, d)) << Sql().bind(brackets.at(i).high) << QStringLiteral(" THEN %1").arg(i + 1);
-    s << QStringLiteral(" ELSE %1 END)").arg(brackets.size());
-    return s;
+public:
+    explicit Brackets(const QList<AgeBrackets::Bracket> &brackets) : m_unknown(int(brackets.size()))
+    {
+        for (int a = 0; a <= AgeBrackets::kTopAge; ++a) {
+            int k = 0;
+            while (k + 1 < brackets.size() && a > brackets.at(k).high)
+                ++k;
+            m_byAge.push_back(k);
+        }
+    }
+    int of(int birth, int day) const
+    {
+        if (birth == 0 || birth > day)
+            return m_unknown;
+        return m_byAge[size_t(std::min(age(birth, day), AgeBrackets::kTopAge))];
+    }
+    int count() const { return m_unknown + 1; }
+
+private:
+    int m_unknown;
+    std::vector<int> m_byAge;
+};
+
+bool minor(int birth, int day)
+{
+    return birth != 0 && birth <= day && age(birth, day) < kMinorAge;
 }
 
-// 1 when someone born on b is under 18 on d, else 0.
-Sql minor(const QString &b, const QString &d)
+struct Household
 {
-    Sql s;
-    s << QStringLiteral("(%1 IS NOT NULL AND %1 <= %2 AND %3 < ").arg(b, d, age(b, d));
-    s.bind(kMinorAge) << QStringLiteral(")");
-    return s;
+    std::vector<int> visits;   // in date order
+    std::vector<int> births;   // the client's and the members', 0 when unknown
+    bool firstVisitInPeriod = false;   // no visit before the period: new
+};
+
+// The figures of the whole period (index 0) and of each month (1...).
+class Tally
+{
+public:
+    Tally(const QDate &start, const QDate &end, int brackets, bool byMonth)
+        : m_firstMonth(start.year() * 12 + start.month() - 1)
+        , m_months(byMonth ? (end.year() * 12 + end.month() - 1) - m_firstMonth + 1 : 0)
+    {
+        Figures zero;
+        zero.byAge = QList<qint64>(brackets, 0);
+        zero.byAgeVisits = zero.byAge;
+        m_figures.assign(size_t(m_months + 1), zero);
+        m_bags.resize(m_figures.size());
+        m_ageVisits.assign(m_figures.size() * size_t(brackets), 0);
+    }
+
+    // The whole period's figures, then the day's month's when there are months.
+    template<typename Change> void add(int day, const Change &change)
+    {
+        change(m_figures[0]);
+        if (const int m = month(day); m > 0)
+            change(m_figures[size_t(m)]);
+    }
+    Figures &period(int index) { return m_figures[size_t(index)]; }
+    int month(int day) const
+    {
+        const int m = (day / 10000) * 12 + (day / 100) % 100 - 1 - m_firstMonth + 1;
+        return m_months > 0 && m >= 1 && m <= m_months ? m : 0;
+    }
+    // Someone of bracket k at a visit on a day of month m (0: none): counted a great many
+    // times, so kept apart from the figures until the end.
+    void addAgeVisit(int m, int k)
+    {
+        const size_t brackets = m_ageVisits.size() / m_figures.size();
+        m_ageVisits[size_t(k)] += 1;
+        if (m > 0)
+            m_ageVisits[size_t(m) * brackets + size_t(k)] += 1;
+    }
+    void addBags(int day, qint64 type, qint64 bags)
+    {
+        m_bags[0][type] += bags;
+        if (const int m = month(day); m > 0)
+            m_bags[size_t(m)][type] += bags;
+    }
+
+    Period result(const QDate &start, const QHash<qint64, QString> &types)
+    {
+        Period period;
+        const size_t brackets = m_ageVisits.size() / m_figures.size();
+        for (size_t i = 0; i < m_figures.size(); ++i) {
+            for (size_t k = 0; k < brackets; ++k)
+                m_figures[i].byAgeVisits[qsizetype(k)] = m_ageVisits[i * brackets + k];
+            for (auto it = m_bags[i].cbegin(); it != m_bags[i].cend(); ++it) {
+                m_figures[i].bagsByType[types.value(it.key())] += it.value();
+                m_figures[i].bags += it.value();
+            }
+        }
+        period.total = m_figures[0];
+        const QDate first(start.year(), start.month(), 1);
+        for (int m = 1; m <= m_months; ++m)
+            period.months.append({first.addMonths(m - 1), m_figures[size_t(m)]});
+        return period;
+    }
+
+private:
+    int m_firstMonth;
+    int m_months;
+    std::vector<Figures> m_figures;
+    std::vector<QHash<qint64, qint64>> m_bags;   // by type ID, -1 for none
+    std::vector<qint64> m_ageVisits;   // by period, then bracket
+};
+
+// One household's figures over a part of its visits (all those of the period, or a
+// month's): counted once, its people at its first visit of the part, and at each visit.
+void countVisits(Figures &f, const Household &h, size_t from, size_t to, const Brackets &brackets)
+{
+    const int first = h.visits[from];
+    const auto visits = qint64(to - from);
+    const auto people = qint64(h.births.size());
+    f.households += 1;
+    f.visits += visits;
+    f.individuals += people;
+    f.individualVisits += visits * people;
+    bool minors = false;
+    for (int birth : h.births) {
+        f.byAge[brackets.of(birth, first)] += 1;
+        minors = minors || minor(birth, first);
+    }
+    (minors ? f.withMinors : f.withoutMinors) += 1;
 }
 
-QString nulls(int n)
+void count(Tally &tally, const Household &h, const Brackets &brackets)
 {
-    return n > 0 ? QStringLiteral(", NULL").repeated(n) : QString();
+    countVisits(tally.period(0), h, 0, h.visits.size(), brackets);
+    if (h.firstVisitInPeriod)
+        tally.add(h.visits.front(), [](Figures &f) { f.newHouseholds += 1; });
+    for (size_t from = 0; from < h.visits.size();) {
+        const int month = tally.month(h.visits[from]);
+        size_t to = from + 1;
+        while (to < h.visits.size() && tally.month(h.visits[to]) == month)
+            ++to;
+        if (month > 0)
+            countVisits(tally.period(month), h, from, to, brackets);
+        from = to;
+    }
+    for (int day : h.visits) {
+        const int month = tally.month(day);
+        for (int birth : h.births)
+            tally.addAgeVisit(month, brackets.of(birth, day));
+    }
 }
 
-// The rows are (part, period, key, values...); a period is '' for the whole range or
-// a month as "YYYY-MM". Parts: 1 per period the households, visits, people and those
-// whose bracket and minors do not change in the range; 2 the unduplicated brackets of
-// the people whose bracket changes; 3 their duplicated brackets by month; 4 households
-// whose minors change, by period; 5 new households by month; 6 distribution days by
-// month; 7 bags by month and type. Parts 3, 5, 6 and 7 add up to the range's figures.
-Sql statement(const QDate &start, const QDate &end, const QList<AgeBrackets::Bracket> &brackets, bool byMonth)
+QHash<qint64, QString> typeNames()
 {
-    const int n = int(brackets.size());
-    const int width = 6 + 2 * (n + 1);
-    Sql s;
-    s << QStringLiteral("WITH v AS MATERIALIZED (SELECT ClientID AS c, FoodServiceDate AS d, FoodServiceTypeID AS t, NumberOfBags AS bags "
-                        "FROM FoodService WHERE FoodServiceDate BETWEEN ");
-    s.bind(iso(start)) << QStringLiteral(" AND ");
-    s.bind(iso(end)) << QStringLiteral(" AND NumberOfBags > 0), ");
-    s << QStringLiteral("hm AS MATERIALIZED (SELECT '' AS g, c, MIN(d) AS d1, MAX(d) AS d2, COUNT(*) AS n FROM v GROUP BY c");
-    if (byMonth)
-        s << QStringLiteral(" UNION ALL SELECT substr(d, 1, 7), c, MIN(d), MAX(d), COUNT(*) FROM v GROUP BY 1, 2");
-    s << QStringLiteral("), ppl AS MATERIALIZED (SELECT c, b, d1, d2, ") << bracket(brackets, QStringLiteral("b"), QStringLiteral("d1"))
-      << QStringLiteral(" AS k1, ") << bracket(brackets, QStringLiteral("b"), QStringLiteral("d2")) << QStringLiteral(" AS k2, ")
-      << minor(QStringLiteral("b"), QStringLiteral("d1")) << QStringLiteral(" AS u1, ") << minor(QStringLiteral("b"), QStringLiteral("d2"))
-      << QStringLiteral(" AS u2 FROM (SELECT h.c, x.BirthDate AS b, h.d1, h.d2 FROM hm h JOIN Client x ON x.ClientID = h.c WHERE h.g = '' "
-                        "UNION ALL SELECT h.c, x.BirthDate, h.d1, h.d2 FROM hm h JOIN Family x ON x.ClientID = h.c WHERE h.g = '')), ");
-    // Per household: its people, whether its minors change in the range, and how many
-    // people keep each bracket through it.
-    s << QStringLiteral("hh AS MATERIALIZED (SELECT c, COUNT(*) AS s, MAX(u1 <> u2 OR (b > d1 AND b <= d2)) AS mc, MAX(u1) AS m1");
-    for (int k = 0; k <= n; ++k)
-        s << QStringLiteral(", SUM(k1 = %1 AND k2 = %1) AS f%1").arg(k);
-    s << QStringLiteral(" FROM ppl GROUP BY c) ");
-
-    s << QStringLiteral("SELECT 1, h.g, NULL, COUNT(*), SUM(h.n), SUM(x.s), SUM(h.n * x.s), SUM(x.mc = 0 AND x.m1 = 1), "
-                        "SUM(x.mc = 0 AND x.m1 = 0)");
-    for (int k = 0; k <= n; ++k)
-        s << QStringLiteral(", SUM(x.f%1), SUM(h.n * x.f%1)").arg(k);
-    s << QStringLiteral(" FROM hm h JOIN hh x ON x.c = h.c GROUP BY h.g");
-
-    s << QStringLiteral(" UNION ALL SELECT 2, h.g, ") << bracket(brackets, QStringLiteral("p.b"), QStringLiteral("h.d1"))
-      << QStringLiteral(", COUNT(*)%1 FROM ppl p JOIN hm h ON h.c = p.c WHERE p.k1 <> p.k2 GROUP BY 2, 3").arg(nulls(width - 1));
-
-    s << QStringLiteral(" UNION ALL SELECT 3, substr(f.FoodServiceDate, 1, 7), ")
-      << bracket(brackets, QStringLiteral("p.b"), QStringLiteral("f.FoodServiceDate"))
-      << QStringLiteral(", COUNT(*)%1 FROM ppl p JOIN FoodService f ON f.ClientID = p.c AND f.FoodServiceDate BETWEEN ")
-             .arg(nulls(width - 1));
-    s.bind(iso(start)) << QStringLiteral(" AND ");
-    s.bind(iso(end)) << QStringLiteral(" AND f.NumberOfBags > 0 WHERE p.k1 <> p.k2 GROUP BY 2, 3");
-
-    s << QStringLiteral(" UNION ALL SELECT 4, g, has, COUNT(*)%1 FROM (SELECT h.g, h.c, MAX(").arg(nulls(width - 1))
-      << minor(QStringLiteral("p.b"), QStringLiteral("h.d1"))
-      << QStringLiteral(
-             ") AS has FROM hm h JOIN ppl p ON p.c = h.c WHERE h.c IN (SELECT c FROM hh WHERE mc) GROUP BY h.g, h.c) GROUP BY 2, 3");
-
-    s << QStringLiteral(" UNION ALL SELECT 5, substr(h.d1, 1, 7), NULL, COUNT(*)%1 FROM hm h WHERE h.g = '' AND NOT EXISTS "
-                        "(SELECT 1 FROM FoodService f WHERE f.ClientID = h.c AND f.FoodServiceDate < ")
-             .arg(nulls(width - 1));
-    s.bind(iso(start)) << QStringLiteral(" AND f.NumberOfBags > 0) GROUP BY 2");
-
-    s << QStringLiteral(" UNION ALL SELECT 6, substr(d, 1, 7), NULL, COUNT(DISTINCT d)%1 FROM v GROUP BY 2").arg(nulls(width - 1));
-
-    s << QStringLiteral(" UNION ALL SELECT 7, m, IFNULL(ty.FoodServiceTypeDescription, ''), SUM(b)%1 FROM "
-                        "(SELECT substr(d, 1, 7) AS m, t, SUM(bags) AS b FROM v GROUP BY 1, 2) "
-                        "LEFT JOIN FoodServiceTypes ty ON ty.FoodServiceTypeID = t GROUP BY 2, 3")
-             .arg(nulls(width - 1));
-    return s;
-}
-
-Figures zeroed(int brackets)
-{
-    Figures f;
-    f.byAge = QList<qint64>(brackets + 1, 0);
-    f.byAgeVisits = f.byAge;
-    return f;
+    QHash<qint64, QString> names {{-1, QString()}};
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT FoodServiceTypeID, FoodServiceTypeDescription FROM FoodServiceTypes"));
+    while (q.next())
+        names.insert(q.value(0).toLongLong(), q.value(1).toString());
+    return names;
 }
 
 QList<BornAfterVisit> bornAfterVisit(const QDate &start, const QDate &end)
 {
-    Sql s;
     const QString firstVisit = QStringLiteral("(SELECT MIN(f.FoodServiceDate) FROM FoodService f WHERE f.ClientID = %1 "
                                               "AND f.FoodServiceDate BETWEEN ? AND ? AND f.NumberOfBags > 0)");
-    s << QStringLiteral("SELECT name, household, b, first FROM (SELECT %1 AS name, %2 AS household, m.BirthDate AS b, %3 AS first "
-                        "FROM Family m JOIN Client c ON c.ClientID = m.ClientID WHERE m.BirthDate > ? "
-                        "UNION ALL SELECT %2, '', c.BirthDate, %4 FROM Client c WHERE c.BirthDate > ?) WHERE first < b "
-                        "ORDER BY household, name")
-             .arg(SqlText::fullName(QStringLiteral("m")), SqlText::fullName(QStringLiteral("c")),
-                  firstVisit.arg(QStringLiteral("m.ClientID")), firstVisit.arg(QStringLiteral("c.ClientID")));
-    s.binds = {iso(start), iso(end), iso(start), iso(start), iso(end), iso(start)};
+    const QString sql = QStringLiteral("SELECT name, household, b, first FROM (SELECT %1 AS name, %2 AS household, m.BirthDate AS b, "
+                                       "%3 AS first FROM Family m JOIN Client c ON c.ClientID = m.ClientID WHERE m.BirthDate > ? "
+                                       "UNION ALL SELECT %2, '', c.BirthDate, %4 FROM Client c WHERE c.BirthDate > ?) WHERE first < b "
+                                       "ORDER BY household, name")
+                            .arg(SqlText::fullName(QStringLiteral("m")), SqlText::fullName(QStringLiteral("c")),
+                                 firstVisit.arg(QStringLiteral("m.ClientID")), firstVisit.arg(QStringLiteral("c.ClientID")));
     QList<BornAfterVisit> people;
-    QSqlQuery q = basDatabase::Execute(s.text, s.binds);
+    QSqlQuery q = basDatabase::Execute(sql, {iso(start), iso(end), iso(start), iso(start), iso(end), iso(start)});
     while (q.next())
         people.append({q.value(0).toString().trimmed(), q.value(1).toString().trimmed(),
                        QDate::fromString(q.value(2).toString(), Qt::ISODate), QDate::fromString(q.value(3).toString(), Qt::ISODate)});
@@ -168,85 +209,53 @@ QList<BornAfterVisit> bornAfterVisit(const QDate &start, const QDate &end)
 
 }   // namespace
 
-Query figuresQuery(const QDate &start, const QDate &end, const QList<AgeBrackets::Bracket> &brackets, bool byMonth)
+QList<Query> figuresQueries(const QDate &start, const QDate &end)
 {
-    const Sql s = statement(start, end, brackets, byMonth);
-    return {s.text, s.binds, {}};
+    // The visits in date order, straight from the date index; each client with its
+    // birth date and whether it had no visit before the period; each family member.
+    return {
+        {QStringLiteral("SELECT ClientID, FoodServiceDate, IFNULL(FoodServiceTypeID, -1), NumberOfBags FROM FoodService "
+                        "WHERE FoodServiceDate BETWEEN ? AND ? AND NumberOfBags > 0 ORDER BY FoodServiceDate"),
+         {iso(start), iso(end)},
+         {}},
+        {QStringLiteral("SELECT c.ClientID, c.BirthDate, NOT EXISTS (SELECT 1 FROM FoodService f WHERE f.ClientID = c.ClientID "
+                        "AND f.FoodServiceDate < ? AND f.NumberOfBags > 0) FROM Client c "
+                        "UNION ALL SELECT ClientID, BirthDate, 0 FROM Family"),
+         {iso(start)},
+         {}},
+    };
 }
 
 Period compute(const QDate &start, const QDate &end, const QList<AgeBrackets::Bracket> &brackets, bool byMonth)
 {
-    const int n = int(brackets.size());
-    Period period;
-    period.total = zeroed(n);
-    QMap<QString, Figures> months;
-    if (byMonth)
-        for (QDate m(start.year(), start.month(), 1); m <= end; m = m.addMonths(1))
-            months.insert(m.toString(QStringLiteral("yyyy-MM")), zeroed(n));
-    // The statement's bracket 0 is the unknown age, which the figures list last.
-    auto index = [n](const QVariant &key) { return key.toInt() == 0 ? n : key.toInt() - 1; };
-    auto of = [&](const QString &g) -> Figures * {
-        if (g.isEmpty())
-            return &period.total;
-        const auto it = months.find(g);
-        return it == months.end() ? nullptr : &it.value();
-    };
-    // Figures that add up over the months go to their month and to the range.
-    auto add = [&](const QString &month, const std::function<void(Figures &)> &change) {
-        change(period.total);
-        if (Figures *f = of(month))
-            change(*f);
-    };
+    const Brackets ages(brackets);
+    Tally tally(start, end, ages.count(), byMonth);
+    const QList<Query> queries = figuresQueries(start, end);
 
-    const Sql s = statement(start, end, brackets, byMonth);
-    QSqlQuery q = basDatabase::Execute(s.text, s.binds);
-    while (q.next()) {
-        const int part = q.value(0).toInt();
-        const QString g = q.value(1).toString();
-        const QVariant key = q.value(2);
-        const qint64 value = q.value(3).toLongLong();
-        switch (part) {
-        case 1:
-            if (Figures *f = of(g)) {
-                f->households = value;
-                f->visits = q.value(4).toLongLong();
-                f->individuals = q.value(5).toLongLong();
-                f->individualVisits = q.value(6).toLongLong();
-                f->withMinors += q.value(7).toLongLong();
-                f->withoutMinors += q.value(8).toLongLong();
-                for (int k = 0; k <= n; ++k) {
-                    f->byAge[index(k)] += q.value(9 + 2 * k).toLongLong();
-                    f->byAgeVisits[index(k)] += q.value(10 + 2 * k).toLongLong();
-                }
-            }
-            break;
-        case 2:
-            if (Figures *f = of(g))
-                f->byAge[index(key)] += value;
-            break;
-        case 3:
-            add(g, [&](Figures &f) { f.byAgeVisits[index(key)] += value; });
-            break;
-        case 4:
-            if (Figures *f = of(g))
-                (key.toInt() ? f->withMinors : f->withoutMinors) += value;
-            break;
-        case 5:
-            add(g, [&](Figures &f) { f.newHouseholds += value; });
-            break;
-        case 6:
-            add(g, [&](Figures &f) { f.distributionDays += value; });
-            break;
-        case 7:
-            add(g, [&](Figures &f) {
-                f.bags += value;
-                f.bagsByType[key.toString()] += value;
-            });
-            break;
-        }
+    QHash<qint64, Household> households;
+    RowStream visits(queries.at(0));
+    int lastDay = 0;
+    while (visits.next()) {
+        const int day = visits.date(1);
+        households[visits.integer(0)].visits.push_back(day);
+        tally.addBags(day, visits.integer(2), visits.integer(3));
+        if (day != lastDay)
+            tally.add(day, [](Figures &f) { f.distributionDays += 1; });
+        lastDay = day;
     }
-    for (auto it = months.cbegin(); it != months.cend(); ++it)
-        period.months.append({QDate::fromString(it.key() + QStringLiteral("-01"), Qt::ISODate), it.value()});
+    RowStream people(queries.at(1));
+    while (people.next()) {
+        const auto it = households.find(people.integer(0));
+        if (it == households.end())
+            continue;
+        it->births.push_back(people.date(1));
+        if (people.integer(2))
+            it->firstVisitInPeriod = true;
+    }
+    for (const Household &h : std::as_const(households))
+        count(tally, h, ages);
+
+    Period period = tally.result(start, typeNames());
     period.bornAfterVisit = bornAfterVisit(start, end);
     return period;
 }

@@ -56,7 +56,7 @@ struct Period
 // person once in the whole period, so they can be below the sum of the months.
 Period compute(const QDate &start, const QDate &end, const QList<AgeBrackets::Bracket> &brackets, bool byMonth);
 
-// The one statement behind the figures (what the benchmark hands to the sqlite3 shell).
-Query figuresQuery(const QDate &start, const QDate &end, const QList<AgeBrackets::Bracket> &brackets, bool byMonth);
+// The statements whose rows the figures are counted from (what the benchmark hands to the sqlite3 shell).
+QList<Query> figuresQueries(const QDate &start, const QDate &end);
 
 }   // namespace AgencyFigures

@@ -34,10 +34,17 @@ bool widenFoodServiceDateIndex(QSqlDatabase db, QString *error)
         && Exec(db, QStringLiteral("CREATE INDEX FoodServiceByDate ON FoodService (FoodServiceDate, ClientID, NumberOfBags)"), error);
 }
 
-// The organisation's age brackets for the agency report, with its options.
+// The organisation's age brackets for the agency report, with its options; the date
+// index also holds the food service type, so that a year of visits for the agency
+// report is read from the index alone.
 bool addAgeBrackets(QSqlDatabase db, QString *error)
 {
-    return Exec(db, QStringLiteral("ALTER TABLE Options ADD COLUMN AgeBrackets VARCHAR(100)"), error);
+    return Exec(db, QStringLiteral("ALTER TABLE Options ADD COLUMN AgeBrackets VARCHAR(100)"), error)
+        && Exec(db, QStringLiteral("DROP INDEX IF EXISTS FoodServiceByDate"), error)
+        && Exec(
+               db,
+               QStringLiteral("CREATE INDEX FoodServiceByDate ON FoodService (FoodServiceDate, ClientID, NumberOfBags, FoodServiceTypeID)"),
+               error);
 }
 
 // Each step brings the database from version (index + 1) to (index + 2).
