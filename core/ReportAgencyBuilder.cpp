@@ -147,7 +147,9 @@ bool agency(Context &context)
             if (i % kMonthsPerTable == 0)
                 tables.append(QList<Period>());
             const auto &[month, f] = figures.months.at(i);
-            tables.last().append({QLocale::c().toString(month, QStringLiteral("MMM yyyy")), month.toString(QStringLiteral("yyyy-MM")), &f});
+            // The month over its year: every month heading takes two lines alike.
+            tables.last().append({QLocale::c().toString(month, QStringLiteral("MMM")) + QLatin1Char('\n') + QString::number(month.year()),
+                                  month.toString(QStringLiteral("yyyy-MM")), &f});
         }
         tables.last().append({QStringLiteral("Total"), QStringLiteral("Total"), &figures.total});
         d.csvRows.append({QStringLiteral("Section"), QStringLiteral("Item"), QStringLiteral("Month"), QStringLiteral("Value")});
@@ -161,7 +163,7 @@ bool agency(Context &context)
         for (const QList<Period> &periods : tables) {
             Block table;
             table.kind = Block::Table;
-            table.columns = {{QStringLiteral("Item"), byMonth ? 2 : 4}};
+            table.columns = {{QStringLiteral("Item"), byMonth ? 3 : 4}};
             for (const Period &period : periods)
                 table.columns.append({period.heading, 1, Qt::AlignRight});
             for (const Line &line : section.lines) {

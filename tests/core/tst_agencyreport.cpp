@@ -222,7 +222,7 @@ private Q_SLOTS:
                                                    "\"Individuals, Duplicated\",Ages 60+,3", "Bags Given,Total bags,9",
                                                    "Born after the visit,\"Kin, Baby (household of Baker, Pat)\",03/15/2026"}
                                    << false;
-        QTest::newRow("month by month") << QDate(2026, 1, 1) << QStringList {"Item", "Jan 2026", "Feb 2026", "Mar 2026", "Total"}
+        QTest::newRow("month by month") << QDate(2026, 1, 1) << QStringList {"Item", "Jan\n2026", "Feb\n2026", "Mar\n2026", "Total"}
                                         << QStringList {"Section,Item,Month,Value", "Households,\"Households, unduplicated\",2026-01,1",
                                                         "Households,\"Households, unduplicated\",Total,4",
                                                         "\"Individuals, Unduplicated\",Age unknown,2026-03,3"}
