@@ -214,15 +214,14 @@ void frmOptions::buildControls()
     m_cboAgeBrackets->setEditable(true);
     m_cboAgeBrackets->setInsertPolicy(QComboBox::NoInsert);
     m_cboAgeBrackets->addItems(AgeBrackets::presets());
+    m_cboAgeBrackets->setMinimumContentsLength(28);
+    // The dialog is as tall as a small screen: the rule is a tip, and a refusal says what is wrong.
+    m_cboAgeBrackets->setToolTip(tr("From 0 to 120 without gaps or overlaps, the last one open, as in 0-17,18-59,60+."));
     auto *bracketsLabel = new QLabel(tr("A&ge brackets"), agency);
     bracketsLabel->setBuddy(m_cboAgeBrackets);
-    auto *bracketsHint = new QLabel(tr("From 0 to 120 without gaps or overlaps, the last one open, as in 0-17,18-59,60+."), agency);
-    bracketsHint->setWordWrap(true);
-    bracketsHint->setEnabled(false);
     agencyLayout->addWidget(bracketsLabel, 0, 0);
     agencyLayout->addWidget(m_cboAgeBrackets, 0, 1);
     agencyLayout->setColumnStretch(2, 1);
-    agencyLayout->addWidget(bracketsHint, 1, 0, 1, 3);
     layout->addWidget(agency);
     connect(m_cboAgeBrackets, &QComboBox::currentTextChanged, this, [this] { setDataChanged(true); });
 
