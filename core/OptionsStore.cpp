@@ -13,6 +13,7 @@ namespace {
 const QString kOptions = QStringLiteral("Options");
 const QString kOrganization = QStringLiteral("Organization");
 const QString kInterval = QStringLiteral("FoodVisitIntervalDays");
+const QString kAgeBrackets = QStringLiteral("AgeBrackets");
 
 // The table's one row; none when no database is open or the table is empty.
 std::optional<QSqlQuery> firstRow(const QString &table)
@@ -69,6 +70,7 @@ DatabaseOptions readOptions()
         for (const FlagColumn &c : flagColumns())
             options.flags.*c.member = q->value(QLatin1String(c.column)).toInt() != 0;
         options.foodVisitIntervalDays = q->value(kInterval).toInt();
+        options.ageBrackets = q->value(kAgeBrackets).toString();
     }
     return options;
 }
@@ -103,6 +105,8 @@ void save(const Organization &organization, const DatabaseOptions &options)
     }
     columns << kInterval;
     values << options.foodVisitIntervalDays;
+    columns << kAgeBrackets;
+    values << (options.ageBrackets.isEmpty() ? QVariant() : QVariant(options.ageBrackets));
     updateSingleRow(kOptions, columns, values);
     if (!transaction.commit())
         throw TmError(-1, QStringLiteral("Could not save the options: %1").arg(transaction.error()));

@@ -24,6 +24,7 @@ struct DatabaseOptions
 {
     OptionFlags flags;
     int foodVisitIntervalDays = 0;   // a second food visit within this many days asks first; 0: never
+    QString ageBrackets;   // the agency report's, as "0-17,18-59,60+"; empty: the first preset
 
     bool operator==(const DatabaseOptions &) const = default;
 };

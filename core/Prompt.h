@@ -49,8 +49,8 @@ struct PickRequest
 };
 
 // A print preview of pages drawn on demand, from which the user prints them or
-// saves them as a PDF file. Both calls return false when drawing failed or was
-// cancelled (and have said why to the user).
+// saves them as a PDF file (or, when offered, as CSV). The calls return false when
+// drawing or writing failed or was cancelled (and have said why to the user).
 struct PreviewRequest
 {
     QString caption;   // the preview window's caption
@@ -59,6 +59,7 @@ struct PreviewRequest
     QPageLayout pageLayout;
     std::function<bool(QPagedPaintDevice *device)> paint;
     std::function<bool(const QString &path)> savePdf;
+    std::function<bool(const QString &path)> saveCsv;   // empty: no CSV
 };
 
 class Handler

@@ -99,6 +99,7 @@ const Builder kBuilders[] = {
     {Name::Demographics, "Demographics Report", demographics},
     {Name::VolunteerList, "Volunteer List", personList},
     {Name::VolunteerDetail, "Volunteer Detail Report", volunteerDetail},
+    {Name::Agency, "Agency Report", agency},
 };
 
 PageHeader pageHeader()
@@ -122,7 +123,8 @@ bool setDates(Context &context)
 {
     const Parameters &p = context.parameters;
     const bool datedClients = p.name == Name::FoodService || p.name == Name::PaymentHistory;
-    const bool statistics = p.name == Name::GroceryLog || p.name == Name::GeographicSummary || p.name == Name::Demographics;
+    const bool statistics
+        = p.name == Name::GroceryLog || p.name == Name::GeographicSummary || p.name == Name::Demographics || p.name == Name::Agency;
     if (!datedClients && !statistics)
         return true;
     if (datedClients && p.startDate.isNull()) {

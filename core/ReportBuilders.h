@@ -33,6 +33,7 @@ bool paymentHistory(Context &context);
 bool groceryLog(Context &context);
 bool geographicSummary(Context &context);
 bool demographics(Context &context);
+bool agency(Context &context);
 
 // The records the parameters' scope picks from kind's table, as a condition on alias.
 // On a hand-typed statement the database refuses, fails with the "SQL Error" message;

@@ -32,6 +32,8 @@ const QList<CatalogueEntry> &catalogue()
         {Name::VolunteerDetail, "volunteer-detail", Dialog::By, K::Volunteer, "Volunteer",
          QT_TRANSLATE_NOOP("Report", "TendMark - Volunteer Detail Report"), nullptr, QT_TRANSLATE_NOOP("Report", "Volunteer Detail Report"),
          QT_TRANSLATE_NOOP("Report", "No Volunteer has been selected.")},
+        {Name::Agency, "agency", Dialog::Agency, K::None, "", QT_TRANSLATE_NOOP("Report", "TendMark - Agency Report"), nullptr, nullptr,
+         nullptr},
     };
     return entries;
 }

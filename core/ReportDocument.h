@@ -14,7 +14,7 @@
 // writer into rows. Nothing here knows about pages or widgets.
 namespace Report {
 
-// The nine reports the Reports menu offers, by their command-line names.
+// The reports the Reports menu offers, by their command-line names.
 enum class Name {
     ClientList,
     ClientDetail,
@@ -24,11 +24,12 @@ enum class Name {
     GeographicSummary,
     Demographics,
     VolunteerList,
-    VolunteerDetail
+    VolunteerDetail,
+    Agency   // the monthly figures food banks ask for
 };
 
 // Which parameter dialog a report asks through.
-enum class Dialog { By, ByGrouped, ByDate, ByClientAndDate };
+enum class Dialog { By, ByGrouped, ByDate, ByClientAndDate, Agency };
 
 struct CatalogueEntry
 {
@@ -57,6 +58,7 @@ struct Parameters
     QDate endDate;
     RecordScope::ActiveScope scope;   // the active form's statement and key
     QDate today;   // ages and the run date count from this day; null: the current date
+    QString ageBrackets;   // the agency report's, as "0-17,18-59,60+"; empty: the organisation's
 };
 
 // One column of a table: its heading, its share of the line's width, its alignment.
@@ -110,6 +112,7 @@ struct Document
     PageHeader header;
     QDate runDate;   // printed in every page's footer
     QList<Block> blocks;
+    bool landscape = false;   // wide tables: the pages lie on their side
     // What --csv writes, header row first: Section,Item,Value for the statistical
     // reports, the detail lines for the others.
     QList<QStringList> csvRows;

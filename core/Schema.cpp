@@ -40,11 +40,25 @@ bool addLabelPaperSizes(QSqlDatabase db, QString *error)
     return RunScript(db, resourceText(QStringLiteral("label-templates.sql")), error);
 }
 
+// The organisation's age brackets for the agency report, with its options; the date
+// index also holds the food service type, so that a year of visits for the agency
+// report is read from the index alone.
+bool addAgeBrackets(QSqlDatabase db, QString *error)
+{
+    return Exec(db, QStringLiteral("ALTER TABLE Options ADD COLUMN AgeBrackets VARCHAR(100)"), error)
+        && Exec(db, QStringLiteral("DROP INDEX IF EXISTS FoodServiceByDate"), error)
+        && Exec(
+               db,
+               QStringLiteral("CREATE INDEX FoodServiceByDate ON FoodService (FoodServiceDate, ClientID, NumberOfBags, FoodServiceTypeID)"),
+               error);
+}
+
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install,
     widenFoodServiceDateIndex,
     addLabelPaperSizes,
+    addAgeBrackets,
 };
 
 // A private read-only connection for looking at a file.

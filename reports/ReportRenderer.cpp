@@ -28,6 +28,11 @@ QPageLayout pageLayout()
     return ReportStyle::pageLayout();
 }
 
+QPageLayout pageLayout(const Report::Document &document)
+{
+    return ReportStyle::pageLayout(document.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+}
+
 QList<ReportLayout::Page> layout(const Report::Document &document, const QPaintDevice *device)
 {
     return ReportLayout::paginate(document, ReportLayout::Geometry(document, device));
@@ -73,7 +78,7 @@ bool render(const Report::Document &document, QPagedPaintDevice *device, const R
 bool writePdf(const Report::Document &document, const QString &path, const Report::Progress &progress, QString *error)
 {
     return PdfFile::write(
-        path, pageLayout(), document.caption,
+        path, pageLayout(document), document.caption,
         [&](QPdfWriter &writer, QString *reason) { return render(document, &writer, progress, reason); }, error);
 }
 

@@ -14,6 +14,8 @@ namespace ReportRenderer {
 
 // Letter, portrait: the page every report is laid out for.
 QPageLayout pageLayout();
+// The document's page: on its side when the document asks for it.
+QPageLayout pageLayout(const Report::Document &document);
 
 // Which blocks, and which of their rows, land on which page of the device.
 QList<ReportLayout::Page> layout(const Report::Document &document, const QPaintDevice *device);

@@ -1,8 +1,11 @@
 #include "ReportRunner.h"
 
+#include "AgeBrackets.h"
+#include "CsvWriter.h"
 #include "MdiChild.h"
 #include "Prompt.h"
 #include "ReportRenderer.h"
+#include "frmAgencyReport.h"
 #include "frmReportByClientAndDate.h"
 #include "frmReportByDate.h"
 #include "frmReportByGrouped.h"
@@ -81,6 +84,18 @@ bool ReportRunner::askParameters(const Report::CatalogueEntry &entry, bool formF
         p->groupBy = dialog.GroupBy();
         return dialog.OKPressed();
     }
+    case Report::Dialog::Agency: {
+        const QDate today = QDate::currentDate();
+        const QDate first(today.year(), today.month(), 1);
+        frmAgencyReport dialog(parent);
+        dialog.setStartDate(first);
+        dialog.setEndDate(first.addMonths(1).addDays(-1));
+        dialog.setAgeBrackets(AgeBrackets::text(AgeBrackets::stored()));
+        dialog.exec();
+        p->startDate = dialog.StartDate();
+        p->endDate = dialog.EndDate();
+        return dialog.OKPressed();
+    }
     case Report::Dialog::ByDate: {
         // The statistical reports default to the current month, first day to last.
         const QDate today = QDate::currentDate();
@@ -147,7 +162,7 @@ bool ReportRunner::run(Report::Name name, const RecordScope::ActiveScope &active
     Prompt::PreviewRequest request;
     request.caption = document->caption.isEmpty() ? caption : document->caption;
     request.pdfName = pdfName(request.caption);
-    request.pageLayout = ReportRenderer::pageLayout();
+    request.pageLayout = ReportRenderer::pageLayout(*document);
     const QString title = request.caption;
     request.paint = [document, title](QPagedPaintDevice *device) {
         ProgressWindow progress(title, QObject::tr("Drawing the pages..."), QApplication::activeWindow());
@@ -167,6 +182,15 @@ bool ReportRunner::run(Report::Name name, const RecordScope::ActiveScope &active
             Prompt::message(title, error, Prompt::Icon::Exclamation, Prompt::Ok);
         return false;
     };
+    // What the command line writes as CSV can be saved from the preview too.
+    if (!document->csvRows.isEmpty())
+        request.saveCsv = [document, title](const QString &path) {
+            QString error;
+            if (CsvWriter::write(path, document->csvRows, &error))
+                return true;
+            Prompt::message(title, error, Prompt::Icon::Exclamation, Prompt::Ok);
+            return false;
+        };
     Prompt::preview(request);
     return true;
 }
@@ -196,7 +220,7 @@ bool ReportRunner::runMenuCommand(const QString &menuName, const Workspace &work
         {"mnuReportsFoodServiceByClient", Report::Name::FoodService}, {"mnuReportsPaymentHistoryByClient", Report::Name::PaymentHistory},
         {"mnuReportsGroceryLog", Report::Name::GroceryLog},           {"mnuReportsGeographicSummary", Report::Name::GeographicSummary},
         {"mnuReportsDemographics", Report::Name::Demographics},       {"mnuReportsVolunteerList", Report::Name::VolunteerList},
-        {"mnuReportsVolunteerDetail", Report::Name::VolunteerDetail},
+        {"mnuReportsVolunteerDetail", Report::Name::VolunteerDetail}, {"mnuReportsAgencyReport", Report::Name::Agency},
     };
     for (const auto &[menu, name] : commands)
         if (menuName == QLatin1String(menu))

@@ -6,9 +6,9 @@
 
 namespace ReportStyle {
 
-QPageLayout pageLayout()
+QPageLayout pageLayout(QPageLayout::Orientation orientation)
 {
-    return QPageLayout(QPageSize(QPageSize::Letter), QPageLayout::Portrait, QMarginsF(0.5, 0.5, 0.5, 0.5), QPageLayout::Inch);
+    return QPageLayout(QPageSize(QPageSize::Letter), orientation, QMarginsF(0.5, 0.5, 0.5, 0.5), QPageLayout::Inch);
 }
 
 QString family()

@@ -9,8 +9,8 @@ class QPaintDevice;
 // The fonts and lengths of the printed reports, for one paint device.
 namespace ReportStyle {
 
-// Letter, portrait, half-inch margins.
-QPageLayout pageLayout();
+// Letter, half-inch margins; portrait unless asked otherwise.
+QPageLayout pageLayout(QPageLayout::Orientation orientation = QPageLayout::Portrait);
 
 // Arial, or a sans font with its metrics when Arial is not installed; chosen once.
 QString family();

@@ -1,3 +1,4 @@
+#include "AgeBrackets.h"
 #include "Console.h"
 #include "CsvWriter.h"
 #include "ReportDocument.h"
@@ -52,7 +53,7 @@ int commandReport(const QStringList &args)
     const QCommandLineOption help = p.addHelpOption();
     const QString from = QStringLiteral("from"), to = QStringLiteral("to"), group = QStringLiteral("group");
     const QString client = QStringLiteral("client"), volunteer = QStringLiteral("volunteer"), sql = QStringLiteral("sql");
-    const QString pdf = QStringLiteral("pdf"), csv = QStringLiteral("csv");
+    const QString pdf = QStringLiteral("pdf"), csv = QStringLiteral("csv"), brackets = QStringLiteral("brackets");
     p.addOption({from,
                  QStringLiteral("First day of the dated reports. The food service and payment reports without it cover all "
                                 "dates; the grocery log, geographic summary and demographics start on the first of this month."),
@@ -68,10 +69,15 @@ int commandReport(const QStringList &args)
                  QStringLiteral("Reports the records this SELECT over Client or Volunteer returns (run read-only; "
                                 "it must return the key and LastName), sorted by last name."),
                  QStringLiteral("STATEMENT")});
+    p.addOption({brackets,
+                 QStringLiteral("The agency report's age brackets, such as 0-17,18-59,60+ (default: the organisation's, "
+                                "set under Tools, Options)."),
+                 QStringLiteral("LIST")});
     p.addOption({pdf, QStringLiteral("Writes the report's pages to this PDF file."), QStringLiteral("OUT.pdf")});
     p.addOption({csv,
-                 QStringLiteral("Writes the report to this CSV file: Section,Item,Value for the grocery log, geographic summary "
-                                "and demographics, the detail lines for the others."),
+                 QStringLiteral("Writes the report to this CSV file: Section,Item,Value for the grocery log, geographic summary, "
+                                "demographics and agency report (Section,Item,Month,Value when it goes month by month), "
+                                "the detail lines for the others."),
                  QStringLiteral("OUT.csv")});
     p.addPositionalArgument(QStringLiteral("NAME"), QStringLiteral("The report."));
     p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file."));
@@ -92,7 +98,7 @@ int commandReport(const QStringList &args)
     Report::Parameters parameters;
     parameters.name = entry->name;
     const bool datedClients = entry->dialog == Report::Dialog::ByClientAndDate;
-    const bool statistics = entry->dialog == Report::Dialog::ByDate;
+    const bool statistics = entry->dialog == Report::Dialog::ByDate || entry->dialog == Report::Dialog::Agency;
     if (!parseDate(p, from, &parameters.startDate) || !parseDate(p, to, &parameters.endDate))
         return usage(QStringLiteral("--from and --to take a date as YYYY-MM-DD."));
     if ((p.isSet(from) || p.isSet(to)) && !datedClients && !statistics)
@@ -109,6 +115,16 @@ int commandReport(const QStringList &args)
     if (parameters.startDate.isValid() && parameters.endDate.isValid() && parameters.startDate > parameters.endDate)
         return usage(QStringLiteral("the start date %1 is after the end date %2.")
                          .arg(parameters.startDate.toString(Qt::ISODate), parameters.endDate.toString(Qt::ISODate)));
+
+    if (p.isSet(brackets)) {
+        if (entry->name != Report::Name::Agency)
+            return usage(QStringLiteral("only the agency report takes --brackets."));
+        QList<AgeBrackets::Bracket> read;
+        QString error;
+        if (!AgeBrackets::parse(p.value(brackets), &read, &error))
+            return usage(error);
+        parameters.ageBrackets = AgeBrackets::text(read);
+    }
 
     if (p.isSet(group)) {
         if (entry->dialog != Report::Dialog::ByGrouped)

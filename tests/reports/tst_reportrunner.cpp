@@ -1,6 +1,7 @@
 #include "FormTesting.h"
 #include "ReportRunner.h"
 #include "ScriptedPrompts.h"
+#include "basDatabase.h"
 #include "frmReportByClientAndDate.h"
 #include "frmReportByDate.h"
 #include "frmReportByGrouped.h"
@@ -129,6 +130,7 @@ private slots:
     void runnerStopsOrBuildsAsChosen();
     void entriesAskAndRefuseWithoutARecord();
     void entriesReachThePreview();
+    void agencyReportShowsTheBracketsAndSavesCsv();
 };
 
 void TestReportRunner::dialogsNameTheirItems()
@@ -329,6 +331,7 @@ void TestReportRunner::entriesAskAndRefuseWithoutARecord()
         {"mnuReportsGroceryLog", nullptr, "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
         {"mnuReportsGeographicSummary", nullptr, "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
         {"mnuReportsDemographics", "mnuDataClientTable", "frmReportByDate", "Select Report Date", false, nullptr, nullptr},
+        {"mnuReportsAgencyReport", "mnuDataClientTable", "frmAgencyReport", "Agency Report", false, nullptr, nullptr},
     };
     for (const Case &c : cases) {
         ClientWorld world;
@@ -396,6 +399,39 @@ void TestReportRunner::entriesReachThePreview()
         for (const QString &expected : c.printed)
             QVERIFY2(printed.contains(expected), qPrintable(expected + QLatin1String(" in ") + printed));
     }
+}
+
+// The dialog shows the organisation's brackets; this month's visit is counted, and the
+// preview saves the figures as CSV beside the PDF.
+void TestReportRunner::agencyReportShowsTheBracketsAndSavesCsv()
+{
+    ClientWorld world;
+    basDatabase::Execute(QStringLiteral("UPDATE Options SET AgeBrackets = '0-17,18-64,65+'"));
+    const qint64 id = ClientWorld::addClient(QStringLiteral("O'Brien"), QStringLiteral("Mary"), QStringLiteral("Q"),
+                                             {{QStringLiteral("BirthDate"), QStringLiteral("1950-01-01")}});
+    TestDatabase::insert(QStringLiteral("FoodService"),
+                         {{"ClientID", id}, {"FoodServiceDate", QDate::currentDate().toString(Qt::ISODate)}, {"NumberOfBags", 3}});
+    QString brackets;
+    QTimer::singleShot(0, [&] {
+        if (auto *dialog = QApplication::activeModalWidget())
+            if (auto *label = dialog->findChild<QLabel *>(QStringLiteral("lblAgeBrackets")))
+                brackets = label->text();
+    });
+    runMenu(world.main, "mnuReportsAgencyReport", {"cmdOK"});
+    QCOMPARE(brackets, QStringLiteral("0-17,18-64,65+"));
+    QVERIFY2(world.prompts.messages().isEmpty(), qPrintable(world.prompts.last().text));
+    QCOMPARE(world.prompts.previews().size(), 1);
+    const Prompt::PreviewRequest preview = world.prompts.previews().first();
+    QCOMPARE(preview.caption, QStringLiteral("TendMark - Agency Report"));
+    QTemporaryDir dir;
+    const QString csv = dir.filePath(QStringLiteral("agency.csv"));
+    QVERIFY(preview.saveCsv && preview.saveCsv(csv));
+    QFile file(csv);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const char *row : {"Section,Item,Value\r\n", "Households,\"Households, unduplicated\",1\r\n",
+                            "\"Individuals, Unduplicated\",Ages 65+,1\r\n", "Bags Given,Total bags,3\r\n"})
+        QVERIFY2(text.contains(QLatin1String(row)), row);
 }
 
 QTEST_MAIN(TestReportRunner)

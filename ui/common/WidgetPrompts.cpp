@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QToolBar>
 
@@ -106,6 +107,19 @@ void WidgetPrompts::preview(const Prompt::PreviewRequest &r)
                 = Prompt::saveFileName(QObject::tr("Save as PDF"), QObject::tr("PDF Files (*.pdf)"), QStringLiteral("pdf"), r.pdfName);
             if (!path.isEmpty())
                 r.savePdf(path);
+        });
+    }
+    if (auto *bar = dialog.findChild<QToolBar *>(); bar && r.saveCsv) {
+        QAction *save = bar->addAction(QObject::tr("Save as CSV..."));
+        save->setObjectName(QStringLiteral("actSaveAsCsv"));
+        save->setToolTip(QObject::tr("Save the report's figures as a CSV file"));
+        QObject::connect(save, &QAction::triggered, &dialog, [&r] {
+            QString name = r.pdfName;
+            name.replace(QRegularExpression(QStringLiteral("\\.pdf$")), QStringLiteral(".csv"));
+            const QString path
+                = Prompt::saveFileName(QObject::tr("Save as CSV"), QObject::tr("CSV Files (*.csv)"), QStringLiteral("csv"), name);
+            if (!path.isEmpty())
+                r.saveCsv(path);
         });
     }
     if (const QScreen *screen = dialog.screen())

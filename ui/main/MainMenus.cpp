@@ -213,6 +213,7 @@ std::vector<Entry> entries(frmMain &m, DatabaseSession &s, QToolBar *toolBar, QT
         {"mnuReportsPaymentHistoryByClient", QT_TRANSLATE_NOOP("MainMenus", "&Payment History By Client...")},
         {"mnuReportsVolunteerDetail", QT_TRANSLATE_NOOP("MainMenus", "&Volunteer Detail...")},
         {"mnuReportsVolunteerList", QT_TRANSLATE_NOOP("MainMenus", "Volunteer L&ist...")},
+        {"mnuReportsAgencyReport", QT_TRANSLATE_NOOP("MainMenus", "&Agency Report...")},
     };
     for (const auto &[name, caption] : reports) {
         const QString menuName = QString::fromLatin1(name);

@@ -1,5 +1,6 @@
 #include "frmOptions.h"
 
+#include "AgeBrackets.h"
 #include "Backups.h"
 #include "DataBinding.h"
 #include "OptionsStore.h"
@@ -210,6 +211,25 @@ void frmOptions::buildControls()
     layout->addWidget(food);
     connect(m_spnInterval, &QSpinBox::valueChanged, this, [this] { setDataChanged(true); });
 
+    // The agency report's age brackets: a preset, or brackets of the organisation's own.
+    auto *agency = new QGroupBox(tr("Agency report"), this);
+    auto *agencyLayout = new QGridLayout(agency);
+    m_cboAgeBrackets = new QComboBox(agency);
+    m_cboAgeBrackets->setObjectName(QStringLiteral("cboAgeBrackets"));
+    m_cboAgeBrackets->setEditable(true);
+    m_cboAgeBrackets->setInsertPolicy(QComboBox::NoInsert);
+    m_cboAgeBrackets->addItems(AgeBrackets::presets());
+    m_cboAgeBrackets->setMinimumContentsLength(28);
+    // The dialog is as tall as a small screen: the rule is a tip, and a refusal says what is wrong.
+    m_cboAgeBrackets->setToolTip(tr("From 0 to 120 without gaps or overlaps, the last one open, as in 0-17,18-59,60+."));
+    auto *bracketsLabel = new QLabel(tr("A&ge brackets"), agency);
+    bracketsLabel->setBuddy(m_cboAgeBrackets);
+    agencyLayout->addWidget(bracketsLabel, 0, 0);
+    agencyLayout->addWidget(m_cboAgeBrackets, 0, 1);
+    agencyLayout->setColumnStretch(2, 1);
+    layout->addWidget(agency);
+    connect(m_cboAgeBrackets, &QComboBox::currentTextChanged, this, [this] { setDataChanged(true); });
+
     // Where this computer keeps its automatic backups, and how many recent ones.
     auto *backups = new QGroupBox(tr("Backups on this computer"), this);
     auto *backupLayout = new QGridLayout(backups);
@@ -294,6 +314,7 @@ void frmOptions::PopulateOptionsControls()
     for (const auto &[check, member] : m_tabChecks)
         check->setChecked(options.flags.*member);
     m_spnInterval->setValue(options.foodVisitIntervalDays);
+    m_cboAgeBrackets->setCurrentText(options.ageBrackets.isEmpty() ? AgeBrackets::presets().constFirst() : options.ageBrackets);
     const QString key = basRegistry::SettingsKey();
     m_txtBackupFolder->setText(basRegistry::GetString(key, QStringLiteral("BackupFolder")));
     m_spnBackupsToKeep->setValue(Backups::KeepLast());
@@ -367,6 +388,14 @@ bool frmOptions::Update()
         return false;
     }
 
+    QList<AgeBrackets::Bracket> brackets;
+    QString bracketsError;
+    if (!AgeBrackets::parse(m_cboAgeBrackets->currentText(), &brackets, &bracketsError)) {
+        Prompt::message(tr("Data Entry Error"), bracketsError, Prompt::Icon::Exclamation, Prompt::Ok);
+        m_cboAgeBrackets->setFocus();
+        return false;
+    }
+
     Organization organization;
     DatabaseOptions options;
     const bool saved = basErrorHandler::Guard(QStringLiteral("frmOptions.Update"), [&] {
@@ -380,6 +409,7 @@ bool frmOptions::Update()
         for (const auto &[check, member] : m_tabChecks)
             options.flags.*member = check->isChecked();
         options.foodVisitIntervalDays = m_spnInterval->value();
+        options.ageBrackets = AgeBrackets::text(brackets);
         OptionsStore::save(organization, options);
     });
     if (!saved)
@@ -387,6 +417,7 @@ bool frmOptions::Update()
     const QString key = basRegistry::SettingsKey();
     basRegistry::SetString(key, QStringLiteral("BackupFolder"), m_txtBackupFolder->text().trimmed());
     basRegistry::SetString(key, QStringLiteral("BackupsToKeep"), QString::number(m_spnBackupsToKeep->value()));
+    m_cboAgeBrackets->setCurrentText(options.ageBrackets);   // as stored: " 0 - 17, ..." reads back "0-17,..."
     setDataChanged(false);
     m_main->DisplayOrganizationName();
     m_main->refreshOptionFlags();

@@ -47,6 +47,7 @@ private:
     QLabel *m_picLogo = nullptr;
     QList<std::pair<QCheckBox *, bool OptionFlags::*>> m_tabChecks;
     QSpinBox *m_spnInterval = nullptr;
+    QComboBox *m_cboAgeBrackets = nullptr;
     QLineEdit *m_txtBackupFolder = nullptr;
     QSpinBox *m_spnBackupsToKeep = nullptr;
     QPushButton *m_cmdApply = nullptr;

@@ -47,6 +47,8 @@ private Q_SLOTS:
     void savesAndReloadsEveryField();
     void overLongNameIsRefusedAndNothingSaved();
     void logoAndBackupPlaceAreChosenThroughTheFileDialog();
+    void ageBracketsAreStoredOrRefused_data();
+    void ageBracketsAreStoredOrRefused();
 };
 
 void tst_options::savesAndReloadsEveryField()
@@ -190,6 +192,42 @@ void tst_options::logoAndBackupPlaceAreChosenThroughTheFileDialog()
     typeInto(dialog->findChild<QLineEdit *>(QStringLiteral("txtBackupFolder")), QString());
     click(dialog, "cmdOk");
     QCOMPARE(Backups::Folder(s.db.path()), QFileInfo(s.db.path()).absoluteDir().filePath(QStringLiteral("backups")));
+}
+
+void tst_options::ageBracketsAreStoredOrRefused_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("stored");   // null: nothing stored
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("second preset") << "0-17,18-64,65+"
+                                   << "0-17,18-64,65+" << QString();
+    QTest::newRow("own, tidied") << " 0-4, 5-17 ,18-120"
+                                 << "0-4,5-17,18+" << QString();
+    QTest::newRow("gap") << "0-17,19+" << QString() << "Age 18 is in no bracket.";
+}
+
+// What is stored shows again when the dialog is opened next; a refusal keeps the dialog open.
+void tst_options::ageBracketsAreStoredOrRefused()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, stored);
+    QFETCH(QString, refusal);
+    Desk s;
+    frmOptions *dialog = openOptions(s.main);
+    auto *brackets = dialog->findChild<QComboBox *>(QStringLiteral("cboAgeBrackets"));
+    QCOMPARE(brackets->currentText(), QStringLiteral("0-17,18-59,60+"));
+    brackets->setCurrentText(typed);
+    click(dialog, "cmdOk");
+    QCOMPARE(TestDatabase::scalar(QStringLiteral("SELECT AgeBrackets FROM Options")).toString(), stored);
+    if (!refusal.isEmpty()) {
+        QCOMPARE(s.prompts.last(), (Prompt::Message {"Data Entry Error", refusal, Prompt::Icon::Exclamation, Prompt::Ok}));
+        QVERIFY(dialog->isVisible());
+        return;
+    }
+    QVERIFY(s.prompts.messages().isEmpty());
+    dialog = openOptions(s.main);
+    QCOMPARE(dialog->findChild<QComboBox *>(QStringLiteral("cboAgeBrackets"))->currentText(), stored);
+    click(dialog, "cmdCancel");
 }
 
 QTEST_MAIN(tst_options)
