@@ -25,3 +25,4 @@ int commandAudit(const QStringList &args);
 int commandReport(const QStringList &args);
 int commandExport(const QStringList &args);
 int commandImportCsv(const QStringList &args);
+int commandImportMdb(const QStringList &args);

@@ -1,0 +1,251 @@
+#include "AccessFile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <mdbtools.h>
+
+#include <cstring>
+
+namespace {
+
+constexpr qint64 PageSize = 4096;
+constexpr int OffsetMask = 0x1fff;   // a row's start on its page, without the deleted and lookup flags
+constexpr int DeletedRow = 0x4000;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("AccessFile", text);
+}
+
+MdbSource::Kind kindOf(int type)
+{
+    switch (type) {
+    case MDB_TEXT:
+        return MdbSource::Kind::Text;
+    case MDB_MEMO:
+        return MdbSource::Kind::Memo;
+    case MDB_BYTE:
+    case MDB_INT:
+    case MDB_LONGINT:
+        return MdbSource::Kind::Integer;
+    case MDB_MONEY:
+        return MdbSource::Kind::Money;
+    case MDB_FLOAT:
+    case MDB_DOUBLE:
+        return MdbSource::Kind::Float;
+    case MDB_DATETIME:
+        return MdbSource::Kind::DateTime;
+    case MDB_BOOL:
+        return MdbSource::Kind::YesNo;
+    default:
+        return MdbSource::Kind::Other;
+    }
+}
+
+// A text or memo value in UTF-8, as mdbtools decodes Jet's compressed UCS-2.
+QString textValue(MdbHandle *mdb, const MdbField &field, int type)
+{
+    size_t needed = MDB_BIND_SIZE;
+    if (type == MDB_MEMO && field.siz >= 4)
+        needed = std::max<size_t>(needed, 2 * (size_t(mdb_get_int32(mdb->pg_buf, field.start)) & 0x3fffffff) + 16);
+    else
+        needed = std::max<size_t>(needed, 2 * size_t(field.siz) + 16);
+    mdb_set_bind_size(mdb, needed);
+    char *text = mdb_col_to_string(mdb, mdb->pg_buf, field.start, type, field.siz);
+    const QString value = QString::fromUtf8(text ? text : "");
+    g_free(text);
+    return value.isNull() ? QStringLiteral("") : value;   // a zero-length text is not NULL
+}
+
+QVariant fieldValue(MdbHandle *mdb, const MdbColumn *column, const MdbField &field)
+{
+    if (column->col_type == MDB_BOOL)
+        return QVariant(!field.is_null);   // Jet keeps yes/no in the row's null mask
+    if (field.is_null)
+        return {};
+    const unsigned char *bytes = mdb->pg_buf + field.start;
+    switch (column->col_type) {
+    case MDB_TEXT:
+    case MDB_MEMO:
+        return textValue(mdb, field, column->col_type);
+    case MDB_BYTE:
+        return QVariant(qint64(bytes[0]));
+    case MDB_INT:
+        return QVariant(qint64(qFromLittleEndian<qint16>(bytes)));
+    case MDB_LONGINT:
+        return QVariant(qint64(qFromLittleEndian<qint32>(bytes)));
+    case MDB_MONEY:
+        return QVariant(qFromLittleEndian<qint64>(bytes));
+    case MDB_FLOAT:
+        return QVariant(double(qFromLittleEndian<float>(bytes)));
+    case MDB_DOUBLE:
+    case MDB_DATETIME:
+        return QVariant(qFromLittleEndian<double>(bytes));
+    default:
+        return {};
+    }
+}
+
+}   // namespace
+
+struct AccessFile::Handle
+{
+    MdbHandle *mdb = nullptr;
+    QStringList tables;
+    QHash<QString, MdbCatalogEntry *> entries;   // of the user tables
+    QHash<QString, MdbTableDef *> definitions;
+
+    ~Handle()
+    {
+        for (MdbTableDef *table : std::as_const(definitions))
+            mdb_free_tabledef(table);
+        if (mdb)
+            mdb_close(mdb);
+    }
+};
+
+AccessFile::AccessFile(std::unique_ptr<Handle> handle) : m_handle(std::move(handle)) { }
+
+AccessFile::~AccessFile() = default;
+
+QString AccessFile::HeaderProblem(const QByteArray &firstPage, qint64 size)
+{
+    if (size == 0)
+        return tr("The file is empty.");
+    static const QByteArray magic("\x00\x01\x00\x00", 4);
+    const bool jet = firstPage.startsWith(magic + QByteArray("Standard Jet DB", 16));
+    const bool ace = firstPage.startsWith(magic + QByteArray("Standard ACE DB", 16));
+    if (!jet && !ace)
+        return tr("It is not an Access database.");
+    const int version = firstPage.size() > 0x14 ? static_cast<unsigned char>(firstPage.at(0x14)) : -1;
+    if (ace || version >= MDB_VER_ACCDB_2007)
+        return tr("It is an Access 2007 or later (.accdb) database. Save it in Access as an Access 2000 database (.mdb) first.");
+    if (version == MDB_VER_JET3)
+        return tr("It is an Access 97 or older (Jet 3) database, which TendMark cannot read. "
+                  "Open it in Access 2000 or later and convert it to an Access 2000 database first.");
+    if (version != MDB_VER_JET4)
+        return tr("It is not an Access database.");
+    if (size < 3 * PageSize || size % PageSize != 0)
+        return tr("The file is cut short: it is not a whole number of database pages, so part of it is missing.");
+    return {};
+}
+
+std::unique_ptr<AccessFile> AccessFile::Open(const QString &path, QString *error)
+{
+    const QString shown = QDir::toNativeSeparators(path);
+    const QFileInfo info(path);
+    QFile file(path);
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
+        *error = tr("The file '%1' cannot be read: it does not exist or you may not read it.").arg(shown);
+        return nullptr;
+    }
+    const QString problem = HeaderProblem(file.read(PageSize), info.size());
+    file.close();
+    if (!problem.isEmpty()) {
+        *error = tr("The file '%1' cannot be read. %2").arg(shown, problem);
+        return nullptr;
+    }
+    auto handle = std::make_unique<Handle>();
+    handle->mdb = mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS);
+    if (!handle->mdb) {
+        *error = tr("The file '%1' cannot be read: it is damaged or not an Access database.").arg(shown);
+        return nullptr;
+    }
+    if (qstrcmp(mdb_target_charset(handle->mdb), "UTF-8") != 0) {
+        *error = tr("Texts would be read as %1 instead of UTF-8; unset the MDBICONV environment variable.")
+                     .arg(QString::fromLatin1(mdb_target_charset(handle->mdb)));
+        return nullptr;
+    }
+    mdb_set_date_fmt(handle->mdb, "%Y-%m-%d");
+    // The catalog lists every object; when fewer can be read than it holds, part of the file is missing.
+    GPtrArray *catalog = mdb_read_catalog(handle->mdb, MDB_ANY);
+    MdbCatalogEntry *objects = catalog ? mdb_get_catalogentry_by_name(handle->mdb, "MSysObjects") : nullptr;
+    MdbTableDef *definition = objects ? mdb_read_table(objects) : nullptr;
+    const bool whole = definition && catalog->len >= definition->num_rows;
+    if (definition)
+        mdb_free_tabledef(definition);
+    if (!whole) {
+        *error = tr("The file '%1' cannot be read: its list of tables is damaged or cut short.").arg(shown);
+        return nullptr;
+    }
+    for (guint i = 0; i < catalog->len; ++i) {
+        auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(catalog, i));
+        if (entry->object_type == MDB_TABLE && mdb_is_user_table(entry)) {
+            handle->tables << QString::fromUtf8(entry->object_name);
+            handle->entries.insert(handle->tables.constLast(), entry);
+        }
+    }
+    return std::unique_ptr<AccessFile>(new AccessFile(std::move(handle)));
+}
+
+QStringList AccessFile::tables() const
+{
+    return m_handle->tables;
+}
+
+bool AccessFile::describe(const QString &table, MdbSource::Table *out, QString *error)
+{
+    MdbTableDef *definition = m_handle->definitions.value(table);
+    if (!definition) {
+        MdbCatalogEntry *entry = m_handle->entries.value(table);
+        definition = entry ? mdb_read_table(entry) : nullptr;
+        if (!definition || !mdb_read_columns(definition)) {
+            if (definition)
+                mdb_free_tabledef(definition);
+            *error = tr("The definition of the table %1 cannot be read; the file is damaged.").arg(table);
+            return false;
+        }
+        m_handle->definitions.insert(table, definition);
+    }
+    out->name = table;
+    out->rows = definition->num_rows;
+    out->columns.clear();
+    for (guint i = 0; i < definition->num_cols; ++i) {
+        const auto *column = static_cast<MdbColumn *>(g_ptr_array_index(definition->columns, i));
+        out->columns.append({QString::fromUtf8(column->name), kindOf(column->col_type)});
+    }
+    return true;
+}
+
+bool AccessFile::read(const QString &table, const MdbSource::RowHandler &handler, QString *error)
+{
+    MdbSource::Table shape;
+    if (!describe(table, &shape, error))
+        return false;
+    MdbTableDef *definition = m_handle->definitions.value(table);
+    MdbHandle *mdb = m_handle->mdb;
+    mdb_rewind_table(definition);
+    QList<MdbField> fields(qMax<int>(int(definition->num_cols), MDB_MAX_COLS));
+    QVariantList values(definition->num_cols);
+    while (mdb_read_next_dpg(definition)) {
+        const int rows = mdb_get_int16(mdb->pg_buf, mdb->fmt->row_count_offset);
+        for (int row = 0; row < rows; ++row) {
+            int start = 0;
+            size_t size = 0;
+            if (mdb_find_row(mdb, row, &start, &size) != 0) {
+                *error = tr("A row of the table %1 cannot be read; the file is damaged.").arg(table);
+                return false;
+            }
+            if (start & DeletedRow)
+                continue;
+            std::memset(fields.data(), 0, sizeof(MdbField) * fields.size());
+            const int count = mdb_crack_row(definition, start & OffsetMask, size, fields.data());
+            if (count < 0 || count < int(definition->num_cols)) {
+                *error = tr("A row of the table %1 cannot be read; the file is damaged.").arg(table);
+                return false;
+            }
+            for (guint i = 0; i < definition->num_cols; ++i) {
+                const MdbField &field = fields.at(i);
+                const auto *column = static_cast<MdbColumn *>(g_ptr_array_index(definition->columns, field.colnum));
+                values[field.colnum] = fieldValue(mdb, column, field);
+            }
+            if (!handler(values))
+                return true;
+        }
+    }
+    return true;
+}
