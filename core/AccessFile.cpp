@@ -15,6 +15,7 @@ namespace {
 constexpr qint64 PageSize = 4096;
 constexpr int OffsetMask = 0x1fff;   // a row's start on its page, without the deleted and lookup flags
 constexpr int DeletedRow = 0x4000;
+constexpr size_t MaxMemoBytes = size_t(1) << 28;
 
 QString tr(const char *text)
 {
@@ -47,14 +48,43 @@ MdbSource::Kind kindOf(int type)
 }
 
 // A text or memo value in UTF-8, as mdbtools decodes Jet's compressed UCS-2.
+// The bytes of a memo's text, as its header counts them.
+size_t memoLength(MdbHandle *mdb, const MdbField &field)
+{
+    return field.siz >= 4 ? size_t(mdb_get_int32(mdb->pg_buf, field.start)) & 0x3fffffff : 0;
+}
+
+// False when a value lies outside its page or is shorter than its type, or a memo claims an absurd length: a damaged row.
+bool fits(MdbHandle *mdb, const MdbColumn *column, const MdbField &field)
+{
+    if (column->col_type == MDB_BOOL || field.is_null)
+        return true;
+    if (field.start < 0 || field.siz < 0 || field.start + field.siz > PageSize)
+        return false;
+    switch (column->col_type) {
+    case MDB_BYTE:
+        return field.siz >= 1;
+    case MDB_INT:
+        return field.siz >= 2;
+    case MDB_LONGINT:
+    case MDB_FLOAT:
+        return field.siz >= 4;
+    case MDB_MONEY:
+    case MDB_DOUBLE:
+    case MDB_DATETIME:
+        return field.siz >= 8;
+    case MDB_MEMO:
+        return memoLength(mdb, field) <= MaxMemoBytes;
+    default:
+        return true;
+    }
+}
+
 QString textValue(MdbHandle *mdb, const MdbField &field, int type)
 {
-    size_t needed = MDB_BIND_SIZE;
-    if (type == MDB_MEMO && field.siz >= 4)
-        needed = std::max<size_t>(needed, 2 * (size_t(mdb_get_int32(mdb->pg_buf, field.start)) & 0x3fffffff) + 16);
-    else
-        needed = std::max<size_t>(needed, 2 * size_t(field.siz) + 16);
-    mdb_set_bind_size(mdb, needed);
+    // Room for the text in UTF-8: at most two bytes for each byte Jet stores.
+    const size_t stored = type == MDB_MEMO ? memoLength(mdb, field) : size_t(field.siz);
+    mdb_set_bind_size(mdb, std::max<size_t>(MDB_BIND_SIZE, 2 * stored + 16));
     char *text = mdb_col_to_string(mdb, mdb->pg_buf, field.start, type, field.siz);
     const QString value = QString::fromUtf8(text ? text : "");
     g_free(text);
@@ -221,26 +251,30 @@ bool AccessFile::read(const QString &table, const MdbSource::RowHandler &handler
     mdb_rewind_table(definition);
     QList<MdbField> fields(qMax<int>(int(definition->num_cols), MDB_MAX_COLS));
     QVariantList values(definition->num_cols);
+    const auto damaged = [&] {
+        *error = tr("A row of the table %1 cannot be read; the file is damaged.").arg(table);
+        return false;
+    };
     while (mdb_read_next_dpg(definition)) {
         const int rows = mdb_get_int16(mdb->pg_buf, mdb->fmt->row_count_offset);
         for (int row = 0; row < rows; ++row) {
             int start = 0;
             size_t size = 0;
-            if (mdb_find_row(mdb, row, &start, &size) != 0) {
-                *error = tr("A row of the table %1 cannot be read; the file is damaged.").arg(table);
-                return false;
-            }
+            if (mdb_find_row(mdb, row, &start, &size) != 0)
+                return damaged();
             if (start & DeletedRow)
                 continue;
             std::memset(fields.data(), 0, sizeof(MdbField) * fields.size());
             const int count = mdb_crack_row(definition, start & OffsetMask, size, fields.data());
-            if (count < 0 || count < int(definition->num_cols)) {
-                *error = tr("A row of the table %1 cannot be read; the file is damaged.").arg(table);
-                return false;
-            }
+            if (count < 0 || count < int(definition->num_cols))
+                return damaged();
             for (guint i = 0; i < definition->num_cols; ++i) {
                 const MdbField &field = fields.at(i);
+                if (field.colnum < 0 || field.colnum >= int(definition->num_cols))
+                    return damaged();
                 const auto *column = static_cast<MdbColumn *>(g_ptr_array_index(definition->columns, field.colnum));
+                if (!fits(mdb, column, field))
+                    return damaged();
                 values[field.colnum] = fieldValue(mdb, column, field);
             }
             if (!handler(values))
