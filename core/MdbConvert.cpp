@@ -159,7 +159,7 @@ private:
     MdbSource::Reader &m_source;
     const Progress &m_progress;
     Report *m_report;
-    QHash<QString, QSet<qint64>> m_keys;   // the keys written, by table
+    QHash<QString, QSet<qint64>> m_keys;   // the keys written of the tables others refer to
     // Of the table being copied, by column: totals over every row read and over the
     // rows written (as written), and how many times of day were dropped.
     QList<qint64> m_sourceTotals;
@@ -170,6 +170,10 @@ private:
 
 bool Copier::run(QSqlDatabase db, QString *error)
 {
+    // The file is a temporary one until it is complete; the final VACUUM writes it durably.
+    if (!Schema::Exec(db, QStringLiteral("PRAGMA synchronous = OFF"), error)
+        || !Schema::Exec(db, QStringLiteral("PRAGMA cache_size = -65536"), error))
+        return false;
     Transaction transaction(db);
     if (!transaction.active()) {
         *error = transaction.error();
@@ -181,8 +185,28 @@ bool Copier::run(QSqlDatabase db, QString *error)
             return false;
     if (!Schema::Exec(db, QStringLiteral("DELETE FROM sqlite_sequence"), error))
         return false;
+    // The audit log of a new file starts empty: its insert triggers are set aside while the rows are copied.
+    QStringList auditTriggers;
+    QSqlQuery triggers(db);
+    triggers.exec(QStringLiteral("SELECT name, sql FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'Audit%Insert'"));
+    while (triggers.next()) {
+        auditTriggers << triggers.value(1).toString();
+        if (!Schema::Exec(db, QStringLiteral("DROP TRIGGER %1").arg(SqlText::id(triggers.value(0).toString())), error))
+            return false;
+    }
+    QSqlQuery references(db);
+    for (const QString &table : Tables()) {
+        references.prepare(QStringLiteral("SELECT \"table\" FROM pragma_foreign_key_list(?)"));
+        references.addBindValue(table);
+        references.exec();
+        while (references.next())
+            m_keys.insert(references.value(0).toString(), {});
+    }
     for (int i = 0; i < Tables().size(); ++i)
         if (!copyTable(db, i, error))
+            return false;
+    for (const QString &trigger : std::as_const(auditTriggers))
+        if (!Schema::Exec(db, trigger, error))
             return false;
     QSqlQuery q(db);
     if (!q.exec(QStringLiteral("PRAGMA foreign_key_check")) || q.next()) {
@@ -197,7 +221,7 @@ bool Copier::run(QSqlDatabase db, QString *error)
         *error = transaction.error();
         return false;
     }
-    return true;
+    return Schema::Exec(db, QStringLiteral("PRAGMA synchronous = FULL"), error);
 }
 
 bool Copier::copyTable(QSqlDatabase db, int index, QString *error)
@@ -305,10 +329,13 @@ bool Copier::copyTable(QSqlDatabase db, int index, QString *error)
 bool Copier::convertRow(const QString &table, const QList<Column> &columns, const QVariantList &in, QVariantList *out)
 {
     out->clear();
-    QString row = QStringLiteral("row %1").arg(m_rowNumber);
-    for (const Column &c : columns)
-        if (c.key && c.source >= 0 && !in.at(c.source).isNull())
-            row = QString::number(in.at(c.source).toLongLong());
+    // The row as the report names it: by its key, else by its place in the table.
+    const auto row = [&] {
+        for (const Column &c : columns)
+            if (c.key && c.source >= 0 && !in.at(c.source).isNull())
+                return QString::number(in.at(c.source).toLongLong());
+        return QStringLiteral("row %1").arg(m_rowNumber);
+    };
     for (int i = 0; i < columns.size(); ++i) {
         const Column &c = columns.at(i);
         if (c.source < 0)
@@ -324,11 +351,11 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                     static const QRegularExpression nonDigits(QStringLiteral("\\D"));
                     text.remove(nonDigits);
                     if (text != raw.toString())
-                        change(table, row, tr("%1 '%2' kept as digits only, '%3'.").arg(c.name, raw.toString(), text));
+                        change(table, row(), tr("%1 '%2' kept as digits only, '%3'.").arg(c.name, raw.toString(), text));
                 }
                 if (c.type == Target::Text && text.size() > c.length) {
                     const QString cut = CutText(text, c.length);
-                    change(table, row, tr("%1 '%2' is longer than %3 characters: cut to '%4'.").arg(c.name, text).arg(c.length).arg(cut));
+                    change(table, row(), tr("%1 '%2' is longer than %3 characters: cut to '%4'.").arg(c.name, text).arg(c.length).arg(cut));
                     text = cut;
                 }
                 value = (c.digits && text.isEmpty()) ? QVariant() : QVariant(text);
@@ -340,7 +367,7 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                 if (hadTime)
                     ++m_timesDropped[i];
                 if (!date)
-                    change(table, row, tr("%1 holds 12/30/1899, Access's \"no date\": left empty.").arg(c.name));
+                    change(table, row(), tr("%1 holds 12/30/1899, Access's \"no date\": left empty.").arg(c.name));
                 value = date ? QVariant(date->toString(Qt::ISODate)) : QVariant();
                 break;
             }
@@ -349,7 +376,7 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                 const qint64 cents = CentsFromMoney(raw.toLongLong(), &rounded);
                 if (rounded)
                     change(
-                        table, row,
+                        table, row(),
                         tr("%1 %2 has a fraction of a cent: rounded to %3.").arg(c.name, MoneyText(raw.toLongLong()), Money::plain(cents)));
                 m_sourceTotals[i] += raw.toLongLong();
                 value = cents;
@@ -367,21 +394,21 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                 break;
             }
         }
-        if (!c.references.isEmpty() && !value.isNull() && !m_keys.value(c.references).contains(value.toLongLong())) {
+        if (!c.references.isEmpty() && !value.isNull() && !m_keys.constFind(c.references)->contains(value.toLongLong())) {
             if (c.notNull) {
-                change(table, row, tr("left out: its %1 %2 is not in the table %3.").arg(c.name, value.toString(), c.references));
+                change(table, row(), tr("left out: its %1 %2 is not in the table %3.").arg(c.name, value.toString(), c.references));
                 return false;
             }
-            change(table, row, tr("%1 %2 is not in the table %3: left empty.").arg(c.name, value.toString(), c.references));
+            change(table, row(), tr("%1 %2 is not in the table %3: left empty.").arg(c.name, value.toString(), c.references));
             value = QVariant();
         }
         if (c.notNull && value.isNull()) {
             if (!c.references.isEmpty()) {
-                change(table, row, tr("left out: it has no %1.").arg(c.name));
+                change(table, row(), tr("left out: it has no %1.").arg(c.name));
                 return false;
             }
             value = (c.type == Target::Text || c.type == Target::Memo) ? QVariant(QStringLiteral("")) : QVariant(0);
-            change(table, row,
+            change(table, row(),
                    tr("%1 is empty, which TendMark does not allow: %2 kept.")
                        .arg(c.name, value.typeId() == QMetaType::QString ? tr("an empty text") : tr("0")));
         }
@@ -394,7 +421,7 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
         const QVariant &value = out->at(bound++);
         if (c.totalled && !value.isNull())
             m_keptTotals[i] += value.toLongLong();
-        if (c.key && !value.isNull())
+        if (c.key && !value.isNull() && m_keys.contains(table))
             m_keys[table].insert(value.toLongLong());
     }
     return true;
