@@ -56,8 +56,11 @@ Report ConvertFile(const QString &source, const QString &target, bool overwrite,
 // The same from any reader of Access tables.
 Report Convert(MdbSource::Reader &source, const QString &sourceName, const QString &target, bool overwrite, const Progress &progress = {});
 
-// The report for the user: what was copied, what was checked, every change.
-QStringList Describe(const Report &report);
+// The report for the user: what was copied, what was checked, every change (or the
+// first maxChanges of them and how many more).
+QStringList Describe(const Report &report, int maxChanges = -1);
+// Saves the lines as a text file (UTF-8, CRLF), complete or not at all.
+bool SaveReport(const QString &path, const QStringList &lines, QString *error);
 
 // Value conversions.
 // A Date/Time value (days since 1899-12-30) as a calendar date, dropping the time of

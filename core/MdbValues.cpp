@@ -1,6 +1,8 @@
 #include "MdbConvert.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QSaveFile>
 
 #include <cmath>
 
@@ -78,7 +80,7 @@ QString MoneyText(qint64 tenThousandths)
     return (negative ? QStringLiteral("-") : QString()) + QString::number(magnitude / 10000) + QLatin1Char('.') + fraction;
 }
 
-QStringList Describe(const Report &report)
+QStringList Describe(const Report &report, int maxChanges)
 {
     QStringList lines;
     if (report.cancelled) {
@@ -93,14 +95,14 @@ QStringList Describe(const Report &report)
     qint64 read = 0;
     qint64 written = 0;
     for (const TableCount &t : report.tables) {
-        QString line = QStringLiteral("  %1 %2 %3").arg(t.table, -20).arg(t.read, 8).arg(t.written, 8);
+        QString line = tr("  %1: %2 read, %3 written").arg(t.table).arg(t.read).arg(t.written);
         if (!t.totals.isEmpty())
-            line += QStringLiteral("   ") + t.totals.join(QStringLiteral(", "));
+            line += QStringLiteral("; ") + t.totals.join(QStringLiteral(", "));
         lines << line;
         read += t.read;
         written += t.written;
     }
-    lines << QStringLiteral("  %1 %2 %3").arg(tr("All tables"), -20).arg(read, 8).arg(written, 8);
+    lines << tr("  All tables: %1 read, %2 written").arg(read).arg(written);
     lines << tr("Checked: every table's row count and money and bag totals equal the Access file's, less the rows left out; "
                 "the new file's integrity and references are sound.");
     for (const QString &note : report.notes)
@@ -109,10 +111,23 @@ QStringList Describe(const Report &report)
         lines << tr("No value needed changing.");
     } else {
         lines << tr("Changes (%1):").arg(report.changes.size());
-        for (const QString &change : report.changes)
-            lines << QStringLiteral("  ") + change;
+        const qsizetype shown = maxChanges < 0 ? report.changes.size() : qMin<qsizetype>(maxChanges, report.changes.size());
+        for (qsizetype i = 0; i < shown; ++i)
+            lines << QStringLiteral("  ") + report.changes.at(i);
+        if (shown < report.changes.size())
+            lines << tr("  ... and %1 more.").arg(report.changes.size() - shown);
     }
     return lines;
+}
+
+bool SaveReport(const QString &path, const QStringList &lines, QString *error)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write((lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8()) >= 0
+        && file.commit())
+        return true;
+    *error = tr("%1 cannot be written: %2").arg(QDir::toNativeSeparators(path), file.errorString());
+    return false;
 }
 
 }   // namespace MdbConvert

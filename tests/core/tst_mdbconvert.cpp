@@ -184,7 +184,7 @@ private Q_SLOTS:
             const qint64 stored = valueOn(target, QStringLiteral("SELECT SUM(%1) FROM %2").arg(p[1], p[0])).toLongLong();
             QCOMPARE(stored, want.isString() ? *Money::parse(shown) : want.toInteger());
             QVERIFY2(
-                lines.filter(QRegularExpression(QStringLiteral("^  %1 .*%2 %3(,|$)").arg(p[0], p[1], QRegularExpression::escape(shown))))
+                lines.filter(QRegularExpression(QStringLiteral("^  %1: .*%2 %3(,|$)").arg(p[0], p[1], QRegularExpression::escape(shown))))
                         .size()
                     == 1,
                 qPrintable(sum + u'\n' + lines.join(u'\n')));
@@ -309,6 +309,16 @@ private Q_SLOTS:
         QCOMPARE(seen, MdbConvert::Tables().mid(0, MdbConvert::Tables().indexOf(QStringLiteral("Family")) + 1));
         QCOMPARE(MdbConvert::Describe(report), QStringList {QStringLiteral("The conversion was cancelled; no file was written.")});
         QCOMPARE(filesIn(dir.path()), QStringList());
+    }
+
+    void aLongListOfChangesIsCutWhenAsked()
+    {
+        MdbConvert::Report report;
+        report.ok = true;
+        report.changes = QStringList {QStringLiteral("Client 1: a"), QStringLiteral("Client 2: b"), QStringLiteral("Client 3: c")};
+        QCOMPARE(MdbConvert::Describe(report).mid(3), (QStringList {"Changes (3):", "  Client 1: a", "  Client 2: b", "  Client 3: c"}));
+        QCOMPARE(MdbConvert::Describe(report, 2).mid(3),
+                 (QStringList {"Changes (3):", "  Client 1: a", "  Client 2: b", "  ... and 1 more."}));
     }
 
     void accessValuesBecomeTendMarksValues_data()

@@ -87,9 +87,16 @@ QString frmConvertAccess::Convert(QWidget *parent, const QString &accessFile)
                         report.cancelled ? Prompt::Icon::Information : Prompt::Icon::Exclamation, Prompt::Ok);
         return {};
     }
+    // The whole report beside the new file; the message shows the first changes only.
+    const QString heading = tr("%1 was copied into %2.").arg(sourceName, QDir::toNativeSeparators(target));
+    const QString reportFile = source.absoluteDir().filePath(tr("%1 conversion report.txt").arg(source.completeBaseName()));
+    QString error;
+    const QString saved = MdbConvert::SaveReport(reportFile, QStringList {heading} + MdbConvert::Describe(report), &error)
+        ? tr("The whole report is saved as %1.").arg(QDir::toNativeSeparators(reportFile))
+        : error;
     Prompt::message(title,
-                    tr("%1 was copied into %2.\r\n\r\n%3")
-                        .arg(sourceName, QDir::toNativeSeparators(target), MdbConvert::Describe(report).join(QStringLiteral("\r\n"))),
+                    heading + QStringLiteral("\r\n\r\n") + MdbConvert::Describe(report, 20).join(QStringLiteral("\r\n"))
+                        + QStringLiteral("\r\n\r\n") + saved,
                     Prompt::Icon::Information, Prompt::Ok);
     return target;
 }

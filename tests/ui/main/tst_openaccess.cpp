@@ -58,8 +58,15 @@ private Q_SLOTS:
                                    Prompt::Icon::Information, Prompt::Ok | Prompt::Cancel}));
         const QString report = prompts.messages().at(1).text;
         QVERIFY2(report.startsWith(QStringLiteral("Northside.mdb was copied into %1.\r\n").arg(tmdb)), qPrintable(report));
-        QVERIFY(report.contains(QRegularExpression(QStringLiteral("\r\n  FoodService +33 +33   NumberOfBags 67\r\n"))));
-        QVERIFY(report.endsWith(QStringLiteral("No value needed changing.")));
+        QVERIFY(report.contains(QRegularExpression(QStringLiteral("\r\n  FoodService: 33 read, 33 written; NumberOfBags 67\r\n"))));
+        const QString saved = dir.filePath(QStringLiteral("Northside conversion report.txt"));
+        QVERIFY(report.endsWith(QStringLiteral("No value needed changing.\r\n\r\nThe whole report is saved as %1.").arg(saved)));
+        QFile file(saved);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QString whole = report;   // the file holds the same without the blank lines and the note where it is
+        whole.chop(QStringLiteral("\r\n\r\nThe whole report is saved as %1.").arg(saved).size());
+        whole.replace(whole.indexOf(QStringLiteral("\r\n\r\n")), 4, QStringLiteral("\r\n"));
+        QCOMPARE(QString::fromUtf8(file.readAll()), whole + QStringLiteral("\r\n"));
         QCOMPARE(w.databasePath(), tmdb);
         QCOMPARE(w.windowTitle(), QStringLiteral("TendMark - Northside Community Food Pantry"));
         QCOMPARE(TestDatabase::count(QStringLiteral("Client")), 12);
