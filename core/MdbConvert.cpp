@@ -336,6 +336,9 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                 return QString::number(in.at(c.source).toLongLong());
         return QStringLiteral("row %1").arg(m_rowNumber);
     };
+    for (int i = 0; i < columns.size(); ++i)
+        if (columns.at(i).totalled && columns.at(i).source >= 0)
+            m_sourceTotals[i] += in.at(columns.at(i).source).toLongLong();
     for (int i = 0; i < columns.size(); ++i) {
         const Column &c = columns.at(i);
         if (c.source < 0)
@@ -378,7 +381,6 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                     change(
                         table, row(),
                         tr("%1 %2 has a fraction of a cent: rounded to %3.").arg(c.name, MoneyText(raw.toLongLong()), Money::plain(cents)));
-                m_sourceTotals[i] += raw.toLongLong();
                 value = cents;
                 break;
             }
@@ -386,8 +388,6 @@ bool Copier::convertRow(const QString &table, const QList<Column> &columns, cons
                 value = raw.toBool() ? 1 : 0;
                 break;
             case Target::Integer:
-                if (c.totalled)
-                    m_sourceTotals[i] += raw.toLongLong();
                 break;
             case Target::Double:
                 value = raw.toDouble();
