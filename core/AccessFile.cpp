@@ -13,8 +13,12 @@
 namespace {
 
 constexpr qint64 PageSize = 4096;
-constexpr int OffsetMask = 0x1fff;   // a row's start on its page, without the deleted and lookup flags
-constexpr int DeletedRow = 0x4000;
+// A row's place on its page carries two flags: deleted (also set on the new place of a row
+// that moved when it grew, so that a scan meets it once), and moved: the old place then
+// holds the page and number of the new one.
+constexpr int OffsetMask = 0x1fff;
+constexpr int DeletedRow = 0x8000;
+constexpr int MovedRow = 0x4000;
 constexpr size_t MaxMemoBytes = size_t(1) << 28;
 
 QString tr(const char *text)
@@ -255,6 +259,23 @@ bool AccessFile::read(const QString &table, const MdbSource::RowHandler &handler
         *error = tr("A row of the table %1 cannot be read; the file is damaged.").arg(table);
         return false;
     };
+    enum class Next { Go, Stop, Damaged };
+    const auto handOver = [&](int start, size_t size) {
+        std::memset(fields.data(), 0, sizeof(MdbField) * fields.size());
+        const int count = mdb_crack_row(definition, start & OffsetMask, size, fields.data());
+        if (count < 0 || count < int(definition->num_cols))
+            return Next::Damaged;
+        for (guint i = 0; i < definition->num_cols; ++i) {
+            const MdbField &field = fields.at(i);
+            if (field.colnum < 0 || field.colnum >= int(definition->num_cols))
+                return Next::Damaged;
+            const auto *column = static_cast<MdbColumn *>(g_ptr_array_index(definition->columns, field.colnum));
+            if (!fits(mdb, column, field))
+                return Next::Damaged;
+            values[field.colnum] = fieldValue(mdb, column, field);
+        }
+        return handler(values) ? Next::Go : Next::Stop;
+    };
     while (mdb_read_next_dpg(definition)) {
         const int rows = mdb_get_int16(mdb->pg_buf, mdb->fmt->row_count_offset);
         for (int row = 0; row < rows; ++row) {
@@ -264,20 +285,24 @@ bool AccessFile::read(const QString &table, const MdbSource::RowHandler &handler
                 return damaged();
             if (start & DeletedRow)
                 continue;
-            std::memset(fields.data(), 0, sizeof(MdbField) * fields.size());
-            const int count = mdb_crack_row(definition, start & OffsetMask, size, fields.data());
-            if (count < 0 || count < int(definition->num_cols))
-                return damaged();
-            for (guint i = 0; i < definition->num_cols; ++i) {
-                const MdbField &field = fields.at(i);
-                if (field.colnum < 0 || field.colnum >= int(definition->num_cols))
-                    return damaged();
-                const auto *column = static_cast<MdbColumn *>(g_ptr_array_index(definition->columns, field.colnum));
-                if (!fits(mdb, column, field))
-                    return damaged();
-                values[field.colnum] = fieldValue(mdb, column, field);
+            Next next = Next::Damaged;
+            if (!(start & MovedRow)) {
+                next = handOver(start, size);
+            } else if (size >= 4) {
+                // Read the row at its new place, then come back to the page being scanned.
+                void *buffer = nullptr;
+                int newStart = 0;
+                size_t newSize = 0;
+                if (mdb_find_pg_row(mdb, int(mdb_get_int32(mdb->pg_buf, start & OffsetMask)), &buffer, &newStart, &newSize) == 0) {
+                    mdb_swap_pgbuf(mdb);
+                    next = (newStart & MovedRow) ? Next::Damaged : handOver(newStart, newSize);
+                }
+                if (mdb_read_pg(mdb, definition->cur_phys_pg) != mdb->fmt->pg_size)
+                    next = Next::Damaged;
             }
-            if (!handler(values))
+            if (next == Next::Damaged)
+                return damaged();
+            if (next == Next::Stop)
                 return true;
         }
     }

@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 #include <unistd.h>
 
@@ -16,6 +17,30 @@ QByteArray sampleBytes()
 {
     QFile f(AccessSample::path());
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// The sample with its client rows changed on their data page as Access changes them:
+// the last one deleted (flagged, one row fewer in the table's count), or the first one
+// moved to a new place (flagged, its old place left pointing there).
+QByteArray withClientRows(const QString &change)
+{
+    QByteArray bytes = sampleBytes();
+    const qsizetype page = bytes.indexOf("900120001") / 4096 * 4096;   // client 1's SSN
+    const qsizetype definition = qsizetype(qFromLittleEndian<quint32>(bytes.constData() + page + 4)) * 4096;
+    const auto word = [&](qsizetype at) { return qFromLittleEndian<quint16>(bytes.constData() + at); };
+    const auto setWord = [&](qsizetype at, quint16 value) { qToLittleEndian(value, bytes.data() + at); };
+    const int rows = word(page + 12);
+    if (change == QLatin1String("deleted")) {
+        setWord(page + 14 + 2 * (rows - 1), word(page + 14 + 2 * (rows - 1)) | 0x8000);
+        qToLittleEndian(quint32(rows - 1), bytes.data() + definition + 16);
+    } else {
+        const quint16 lowest = word(page + 14 + 2 * (rows - 1)) - 4;
+        setWord(page + 14, word(page + 14) | 0x8000);
+        qToLittleEndian(quint32(page / 4096 << 8), bytes.data() + page + lowest);
+        setWord(page + 14 + 2 * rows, lowest | 0x4000);
+        setWord(page + 12, quint16(rows + 1));
+    }
+    return bytes;
 }
 
 QStringList filesIn(const QString &folder)
@@ -57,6 +82,36 @@ private Q_SLOTS:
         QCOMPARE(cli({QStringLiteral("import-mdb"), AccessSample::path(), out, QStringLiteral("--force")}).exitCode, 0);
         QCOMPARE(filesIn(dir.path()), QStringList {QStringLiteral("pantry.tmdb")});
         QCOMPARE(cli({QStringLiteral("import-mdb"), AccessSample::path()}).exitCode, 2);
+    }
+
+    void rowsDeletedOrMovedInAccessAreReadAsAccessShowsThem_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("said");
+        QTest::addColumn<int>("clients");
+        QTest::newRow("deleted") << "deleted"
+                                 << QStringList {"  Client: 11 read, 11 written\n",
+                                                 "  FoodService: 33 read, 29 written; NumberOfBags 53 (Access file: 67)\n",
+                                                 "  Family 15: left out: its ClientID 12 is not in the table Client.\n", "Changes (14):\n"}
+                                 << 11;
+        QTest::newRow("moved") << "moved" << QStringList {"  Client: 12 read, 12 written\n", "No value needed changing.\n"} << 12;
+    }
+
+    void rowsDeletedOrMovedInAccessAreReadAsAccessShowsThem()
+    {
+        QFETCH(QString, change);
+        QFETCH(QStringList, said);
+        QFETCH(int, clients);
+        QTemporaryDir dir;
+        QVERIFY(TestDatabase::writeFile(dir.filePath(QStringLiteral("old.mdb")), withClientRows(change)));
+        const QString out = dir.filePath(QStringLiteral("new.tmdb"));
+        const CliRun r = cli({QStringLiteral("import-mdb"), dir.filePath(QStringLiteral("old.mdb")), out});
+        QCOMPARE(r.exitCode, 0);
+        for (const QString &line : said)
+            QVERIFY2(r.out.contains(line), qPrintable(line + r.out));
+        QCOMPARE(TestDatabase::onFile(out, {QStringLiteral("SELECT COUNT(*) FROM Client")}).toInt(), clients);
+        QCOMPARE(TestDatabase::onFile(out, {QStringLiteral("SELECT LastName || FirstName FROM Client WHERE ClientID = 1")}).toString(),
+                 QStringLiteral("O'BrienPatrick"));
     }
 
     void filesThatCannotBeConvertedSayWhyAndLeaveNothing_data()
