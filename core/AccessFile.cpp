@@ -9,6 +9,7 @@
 #include <mdbtools.h>
 
 #include <cstring>
+#include <vector>
 
 namespace {
 
@@ -131,6 +132,7 @@ struct AccessFile::Handle
     MdbHandle *mdb = nullptr;
     QStringList tables;
     QHash<QString, MdbCatalogEntry *> entries;   // of the user tables
+    std::vector<std::unique_ptr<MdbCatalogEntry>> ownEntries;
     QHash<QString, MdbTableDef *> definitions;
 
     ~Handle()
@@ -194,26 +196,65 @@ std::unique_ptr<AccessFile> AccessFile::Open(const QString &path, QString *error
                      .arg(QString::fromLatin1(mdb_target_charset(handle->mdb)));
         return nullptr;
     }
-    mdb_set_date_fmt(handle->mdb, "%Y-%m-%d");
-    // The catalog lists every object; when fewer can be read than it holds, part of the file is missing.
-    GPtrArray *catalog = mdb_read_catalog(handle->mdb, MDB_ANY);
-    MdbCatalogEntry *objects = catalog ? mdb_get_catalogentry_by_name(handle->mdb, "MSysObjects") : nullptr;
-    MdbTableDef *definition = objects ? mdb_read_table(objects) : nullptr;
-    const bool whole = definition && catalog->len >= definition->num_rows;
-    if (definition)
-        mdb_free_tabledef(definition);
-    if (!whole) {
+    std::unique_ptr<AccessFile> opened(new AccessFile(std::move(handle)));
+    if (!opened->readCatalog()) {
         *error = tr("The file '%1' cannot be read: its list of tables is damaged or cut short.").arg(shown);
         return nullptr;
     }
-    for (guint i = 0; i < catalog->len; ++i) {
-        auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(catalog, i));
-        if (entry->object_type == MDB_TABLE && mdb_is_user_table(entry)) {
-            handle->tables << QString::fromUtf8(entry->object_name);
-            handle->entries.insert(handle->tables.constLast(), entry);
-        }
-    }
-    return std::unique_ptr<AccessFile>(new AccessFile(std::move(handle)));
+    return opened;
+}
+
+// The user tables, from the list of the file's objects read as a table like any other: the
+// catalog reader of mdbtools also parses every object's properties, on which a damaged
+// file can make it crash. False when the list cannot be read whole.
+bool AccessFile::readCatalog()
+{
+    Handle &h = *m_handle;
+    const QString objectsName = QStringLiteral("MSysObjects");
+    auto objects = std::make_unique<MdbCatalogEntry>();
+    objects->mdb = h.mdb;
+    objects->object_type = MDB_SYSTEM_TABLE;
+    objects->table_pg = 2;   // always the second page
+    qstrncpy(objects->object_name, "MSysObjects", sizeof objects->object_name);
+    h.entries.insert(objectsName, objects.get());
+    h.ownEntries.push_back(std::move(objects));
+    MdbSource::Table shape;
+    QString error;
+    if (!describe(objectsName, &shape, &error))
+        return false;
+    const auto column = [&shape](const char *name) {
+        for (int i = 0; i < shape.columns.size(); ++i)
+            if (shape.columns.at(i).name == QLatin1String(name))
+                return i;
+        return -1;
+    };
+    const int id = column("Id");
+    const int name = column("Name");
+    const int type = column("Type");
+    const int flags = column("Flags");
+    if (id < 0 || name < 0 || type < 0 || flags < 0)
+        return false;
+    qint64 rows = 0;
+    const bool ok = read(
+        objectsName,
+        [&](const QVariantList &values) {
+            ++rows;
+            const bool userTable = (values.at(type).toLongLong() & 0x7f) == MDB_TABLE && (values.at(flags).toLongLong() & 0x80000002) == 0;
+            if (userTable && !values.at(name).toString().isEmpty()) {
+                auto entry = std::make_unique<MdbCatalogEntry>();
+                entry->mdb = h.mdb;
+                entry->object_type = MDB_TABLE;
+                entry->table_pg = static_cast<unsigned long>(values.at(id).toLongLong() & 0x00ffffff);
+                qstrncpy(entry->object_name, values.at(name).toString().toUtf8().constData(), sizeof entry->object_name);
+                h.tables << values.at(name).toString();
+                h.entries.insert(h.tables.constLast(), entry.get());
+                h.ownEntries.push_back(std::move(entry));
+            }
+            return true;
+        },
+        &error);
+    h.entries.remove(objectsName);
+    return ok && rows == shape.rows;
 }
 
 QStringList AccessFile::tables() const
@@ -261,6 +302,10 @@ bool AccessFile::read(const QString &table, const MdbSource::RowHandler &handler
     };
     enum class Next { Go, Stop, Damaged };
     const auto handOver = [&](int start, size_t size) {
+        // A row lies after the page's header and list of rows and ends within the page.
+        const int rowsEnd = mdb->fmt->row_count_offset + 2 + 2 * mdb_get_int16(mdb->pg_buf, mdb->fmt->row_count_offset);
+        if ((start & OffsetMask) < rowsEnd || size < 2 || qsizetype(start & OffsetMask) + qsizetype(size) > PageSize)
+            return Next::Damaged;
         std::memset(fields.data(), 0, sizeof(MdbField) * fields.size());
         const int count = mdb_crack_row(definition, start & OffsetMask, size, fields.data());
         if (count < 0 || count < int(definition->num_cols))

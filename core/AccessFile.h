@@ -26,5 +26,6 @@ public:
 private:
     struct Handle;
     explicit AccessFile(std::unique_ptr<Handle> handle);
+    bool readCatalog();
     std::unique_ptr<Handle> m_handle;
 };
