@@ -42,6 +42,7 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "  labels FILE OUT.pdf [options]     print clients' mailing labels on label sheets to a PDF file\n"
                            "  export clients|volunteers FILE OUT [options]  write records to CSV, tab-delimited or .xlsx\n"
                            "  import-csv FILE IN.csv [--dry-run] [--add-lookups]  add clients from a spreadsheet's CSV file\n"
+                           "  import-mdb IN.mdb OUT.tmdb [--force]  convert an Access database into a new TendMark file\n"
                            "\n"
                            "Run 'tendmark-cli COMMAND --help' for the options of one command.\n";
 
@@ -184,6 +185,8 @@ int main(int argc, char *argv[])
         return commandExport(args);
     if (command == QLatin1String("import-csv"))
         return commandImportCsv(args);
+    if (command == QLatin1String("import-mdb"))
+        return commandImportMdb(args);
     err() << "tendmark-cli: unknown command '" << command << "'.\n\n" << kUsage;
     return 2;
 }

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 packages=(build-essential cmake ninja-build ccache pkg-config clang-format
           qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6svg6 libqt6charts6-dev
           qt6-image-formats-plugins qt6-l10n-tools libsqlite3-dev libxlsxwriter-dev sqlite3 poppler-utils adwaita-icon-theme libgl-dev
-          fonts-dejavu-core fonts-liberation xvfb xauth)
+          fonts-dejavu-core fonts-liberation xvfb xauth mdbtools-dev libmdb3)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -26,3 +26,4 @@ int commandReport(const QStringList &args);
 int commandExport(const QStringList &args);
 int commandLabels(const QStringList &args);
 int commandImportCsv(const QStringList &args);
+int commandImportMdb(const QStringList &args);

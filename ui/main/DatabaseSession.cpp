@@ -9,6 +9,7 @@
 #include "basDatabase.h"
 #include "basErrorHandler.h"
 #include "basRegistry.h"
+#include "frmConvertAccess.h"
 #include "frmMessage.h"
 
 #include <QDir>
@@ -287,9 +288,15 @@ void DatabaseSession::createNew()
 
 void DatabaseSession::openChosen()
 {
-    const QString path = Prompt::openFileName(tr("Open Database"), databaseFilter());
-    if (!path.isEmpty())
-        open(path, true);
+    const QString path
+        = Prompt::openFileName(tr("Open Database"),
+                               tr("TendMark or Access Databases (*.%1 *.mdb)").arg(QLatin1String(Schema::FileSuffix)) + QStringLiteral(";;")
+                                   + databaseFilter() + QStringLiteral(";;") + frmConvertAccess::Filter());
+    if (path.isEmpty())
+        return;
+    const QString converted = frmConvertAccess::IsAccessFile(path) ? frmConvertAccess::Convert(m_frame, path) : path;
+    if (!converted.isEmpty())
+        open(converted, true);
 }
 
 QString DatabaseSession::prepareDemoDatabase()

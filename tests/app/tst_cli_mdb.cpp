@@ -1,0 +1,180 @@
+#include "AccessSample.h"
+#include "CliRun.h"
+#include "TestDatabase.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include <unistd.h>
+
+namespace {
+
+QByteArray sampleBytes()
+{
+    QFile f(AccessSample::path());
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// The sample with its client rows changed on their data page as Access changes them:
+// the last one deleted (flagged, one row fewer in the table's count), or the first one
+// moved to a new place (flagged, its old place left pointing there).
+QByteArray withClientRows(const QString &change)
+{
+    QByteArray bytes = sampleBytes();
+    const qsizetype page = bytes.indexOf("900120001") / 4096 * 4096;   // client 1's SSN
+    const qsizetype definition = qsizetype(qFromLittleEndian<quint32>(bytes.constData() + page + 4)) * 4096;
+    const auto word = [&](qsizetype at) { return qFromLittleEndian<quint16>(bytes.constData() + at); };
+    const auto setWord = [&](qsizetype at, quint16 value) { qToLittleEndian(value, bytes.data() + at); };
+    const int rows = word(page + 12);
+    if (change == QLatin1String("deleted")) {
+        setWord(page + 14 + 2 * (rows - 1), word(page + 14 + 2 * (rows - 1)) | 0x8000);
+        qToLittleEndian(quint32(rows - 1), bytes.data() + definition + 16);
+    } else {
+        const quint16 lowest = word(page + 14 + 2 * (rows - 1)) - 4;
+        setWord(page + 14, word(page + 14) | 0x8000);
+        qToLittleEndian(quint32(page / 4096 << 8), bytes.data() + page + lowest);
+        setWord(page + 14 + 2 * rows, lowest | 0x4000);
+        setWord(page + 12, quint16(rows + 1));
+    }
+    return bytes;
+}
+
+QStringList filesIn(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+}   // namespace
+
+// tendmark-cli import-mdb, run as a user runs it.
+class TestCliMdb : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theSampleConvertsIntoAFileThatPassesItsCheck()
+    {
+        QTemporaryDir dir;
+        const QString out = dir.filePath(QStringLiteral("pantry.tmdb"));
+        const QByteArray before = TestDatabase::fileHash(AccessSample::path());
+        CliRun r = cli({QStringLiteral("import-mdb"), AccessSample::path(), out});
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(r.err, QString());
+        QVERIFY2(r.out.contains(QRegularExpression(QStringLiteral("\n  Client: 12 read, 12 written\n"))), qPrintable(r.out));
+        QVERIFY(r.out.contains(QRegularExpression(QStringLiteral("\n  All tables: 178 read, 178 written\n"))));
+        QVERIFY(r.out.contains(QStringLiteral("Checked: every table's row count and money and bag totals equal the Access file's")));
+        QCOMPARE(TestDatabase::fileHash(AccessSample::path()), before);
+        QCOMPARE(TestDatabase::fileMode(out), 0600);
+        r = cli({QStringLiteral("check"), out});
+        QCOMPARE(r.exitCode, 0);
+        QVERIFY(r.out.contains(QStringLiteral(": ok (database version")));
+
+        // An existing file is kept unless --force.
+        const QByteArray converted = TestDatabase::fileHash(out);
+        r = cli({QStringLiteral("import-mdb"), AccessSample::path(), out});
+        QCOMPARE(r.exitCode, 1);
+        QVERIFY2(r.err.contains(QStringLiteral("already exists")), qPrintable(r.err));
+        QCOMPARE(TestDatabase::fileHash(out), converted);
+        QCOMPARE(cli({QStringLiteral("import-mdb"), AccessSample::path(), out, QStringLiteral("--force")}).exitCode, 0);
+        QCOMPARE(filesIn(dir.path()), QStringList {QStringLiteral("pantry.tmdb")});
+        QCOMPARE(cli({QStringLiteral("import-mdb"), AccessSample::path()}).exitCode, 2);
+    }
+
+    void rowsDeletedOrMovedInAccessAreReadAsAccessShowsThem_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("said");
+        QTest::addColumn<int>("clients");
+        QTest::newRow("deleted") << "deleted"
+                                 << QStringList {"  Client: 11 read, 11 written\n",
+                                                 "  FoodService: 33 read, 29 written; NumberOfBags 53 (Access file: 67)\n",
+                                                 "  Family 15: left out: its ClientID 12 is not in the table Client.\n", "Changes (14):\n"}
+                                 << 11;
+        QTest::newRow("moved") << "moved" << QStringList {"  Client: 12 read, 12 written\n", "No value needed changing.\n"} << 12;
+    }
+
+    void rowsDeletedOrMovedInAccessAreReadAsAccessShowsThem()
+    {
+        QFETCH(QString, change);
+        QFETCH(QStringList, said);
+        QFETCH(int, clients);
+        QTemporaryDir dir;
+        QVERIFY(TestDatabase::writeFile(dir.filePath(QStringLiteral("old.mdb")), withClientRows(change)));
+        const QString out = dir.filePath(QStringLiteral("new.tmdb"));
+        const CliRun r = cli({QStringLiteral("import-mdb"), dir.filePath(QStringLiteral("old.mdb")), out});
+        QCOMPARE(r.exitCode, 0);
+        for (const QString &line : said)
+            QVERIFY2(r.out.contains(line), qPrintable(line + r.out));
+        QCOMPARE(TestDatabase::onFile(out, {QStringLiteral("SELECT COUNT(*) FROM Client")}).toInt(), clients);
+        QCOMPARE(TestDatabase::onFile(out, {QStringLiteral("SELECT LastName || FirstName FROM Client WHERE ClientID = 1")}).toString(),
+                 QStringLiteral("O'BrienPatrick"));
+    }
+
+    void filesThatCannotBeConvertedSayWhyAndLeaveNothing_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("message");
+        const QByteArray sample = sampleBytes();
+        QVERIFY(sample.size() > 100 * 4096);
+        QByteArray noise(64 * 1024, '\0');
+        QRandomGenerator(14).fillRange(reinterpret_cast<quint32 *>(noise.data()), noise.size() / 4);
+        QByteArray jet3 = sample;
+        jet3[0x14] = 0;
+        QByteArray accdb = sample;
+        accdb.replace(4, 15, "Standard ACE DB");
+        QTest::newRow("empty") << QByteArray() << "The file is empty.";
+        QTest::newRow("random bytes") << noise << "It is not an Access database.";
+        QTest::newRow("renamed text") << QByteArray("LastName,FirstName\r\nDoe,Jane\r\n") << "It is not an Access database.";
+        QTest::newRow("cut mid-page") << sample.left(sample.size() / 2 + 100) << "The file is cut short";
+        QTest::newRow("cut at a page") << sample.left(sample.size() - 40 * 4096) << "could be read: the file is damaged.";
+        QTest::newRow("cut in the catalog") << sample.left(30 * 4096) << "its list of tables is damaged or cut short.";
+        QTest::newRow("jet 3") << jet3 << "Access 97 or older (Jet 3)";
+        QTest::newRow("accdb") << accdb << "Access 2007 or later (.accdb)";
+    }
+
+    void filesThatCannotBeConvertedSayWhyAndLeaveNothing()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, message);
+        QTemporaryDir dir;
+        const QString in = dir.filePath(QStringLiteral("old.mdb"));
+        QVERIFY(TestDatabase::writeFile(in, bytes));
+        const CliRun r = cli({QStringLiteral("import-mdb"), in, dir.filePath(QStringLiteral("new.tmdb"))});
+        QCOMPARE(r.exitCode, 1);
+        // mdbtools may have said more on standard error before.
+        QVERIFY2(r.err.contains(QStringLiteral("tendmark-cli import-mdb: ")) && r.err.contains(message), qPrintable(r.err));
+        QCOMPARE(filesIn(dir.path()), QStringList {QStringLiteral("old.mdb")});
+    }
+
+    void placesThatCannotBeWrittenAreRefused()
+    {
+        QTemporaryDir dir;
+        // Permissions do not stop the superuser; the kernel's own folder does.
+        const QString locked = ::geteuid() == 0 ? QStringLiteral("/sys") : dir.filePath(QStringLiteral("locked"));
+        if (locked != QLatin1String("/sys")) {
+            QVERIFY(QDir().mkdir(locked));
+            QVERIFY(QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+        }
+        const QStringList there = filesIn(locked);
+        CliRun r = cli({QStringLiteral("import-mdb"), AccessSample::path(), locked + QStringLiteral("/new.tmdb")});
+        QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QCOMPARE(r.exitCode, 1);
+        QVERIFY2(r.err.contains(QStringLiteral("cannot be written to")), qPrintable(r.err));
+        QCOMPARE(filesIn(locked), there);
+
+        const QString copy = dir.filePath(QStringLiteral("copy.mdb"));
+        QVERIFY(QFile::copy(AccessSample::path(), copy));
+        const QByteArray before = TestDatabase::fileHash(copy);
+        r = cli({QStringLiteral("import-mdb"), copy, copy, QStringLiteral("--force")});
+        QCOMPARE(r.exitCode, 1);
+        QVERIFY2(r.err.contains(QStringLiteral("must not take the place of the Access file")), qPrintable(r.err));
+        QCOMPARE(TestDatabase::fileHash(copy), before);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCliMdb)
+#include "tst_cli_mdb.moc"
