@@ -150,6 +150,12 @@ bool DatabaseSession::examine(const QString &path, bool reportFailure)
         offerRescue(path, check.reason);
         return false;
     }
+    if (check.state == Schema::FileState::Newer || check.state == Schema::FileState::ReadOnly) {
+        // Nothing is wrong with the file: the message says what stands in the way.
+        if (reportFailure)
+            Prompt::message(tr("Database Open Error"), check.reason, Prompt::Icon::Exclamation, Prompt::Ok);
+        return false;
+    }
     if (check.state != Schema::FileState::Ok)
         return true;   // opening fails and says why
     if (check.notPrivate
@@ -271,7 +277,7 @@ void DatabaseSession::closeAtExit()
 void DatabaseSession::createNew()
 {
     const QString path = Prompt::saveFileName(tr("New Database"), databaseFilter(), QLatin1String(Schema::FileSuffix),
-                                              QStringLiteral("pantry.%1").arg(QLatin1String(Schema::FileSuffix)));
+                                              QStringLiteral("pantry.%1").arg(QLatin1String(Schema::FileSuffix)), folder());
     if (path.isEmpty())
         return;
     if (!close())
@@ -285,9 +291,15 @@ void DatabaseSession::createNew()
     open(path, true);
 }
 
+// The open database's folder, where the file dialogs start.
+QString DatabaseSession::folder() const
+{
+    return m_path.isEmpty() ? QString() : QFileInfo(m_path).absolutePath();
+}
+
 void DatabaseSession::openChosen()
 {
-    const QString path = Prompt::openFileName(tr("Open Database"), databaseFilter());
+    const QString path = Prompt::openFileName(tr("Open Database"), databaseFilter(), folder());
     if (!path.isEmpty())
         open(path, true);
 }
