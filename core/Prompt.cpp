@@ -38,9 +38,9 @@ Handler *handler()
     return current;
 }
 
-int message(const QString &title, const QString &text, Icon icon, Buttons buttons)
+int message(const QString &title, const QString &text, Icon icon, Buttons buttons, int defaultButton)
 {
-    return current->message({title, text, icon, buttons});
+    return current->message({title, text, icon, buttons, defaultButton});
 }
 
 QString folderName(const QString &title, const QString &directory)

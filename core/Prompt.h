@@ -27,6 +27,7 @@ struct Message
     QString text;
     Icon icon = Icon::None;
     Buttons buttons = Ok;
+    int defaultButton = 0;   // the button Enter presses; 0: the dialog's own choice
 };
 
 struct FileRequest
@@ -77,7 +78,7 @@ public:
 void setHandler(Handler *handler);
 Handler *handler();
 
-int message(const QString &title, const QString &text, Icon icon = Icon::None, Buttons buttons = Ok);
+int message(const QString &title, const QString &text, Icon icon = Icon::None, Buttons buttons = Ok, int defaultButton = 0);
 QString openFileName(const QString &title, const QString &filter, const QString &directory = {});
 QString saveFileName(const QString &title, const QString &filter, const QString &defaultSuffix, const QString &defaultName = {},
                      const QString &directory = {});

@@ -59,6 +59,13 @@ QLineEdit *masked(QWidget *parent, const QString &mask)
     return edit;
 }
 
+// An initial: typing stops at one letter (a longer paste is refused with the field's message).
+QLineEdit *oneLetter(QLineEdit *edit)
+{
+    edit->setMaxLength(1);
+    return edit;
+}
+
 QComboBox *dropDown(QWidget *parent, bool editable = false)
 {
     auto *combo = new QComboBox(parent);
@@ -153,7 +160,7 @@ QWidget *frmClientDetails::buildTopPane()
     row(pForm,
         bind(text(personal, 0), "txtData", QStringLiteral("FirstName"), tr("First Name"), true, tr("Enter the client's first name.")));
     row(pForm,
-        bind(text(personal, 3), "txtData", QStringLiteral("MiddleInitial"), tr("Middle Initial"), false,
+        bind(oneLetter(text(personal, 3)), "txtData", QStringLiteral("MiddleInitial"), tr("Middle Initial"), false,
              tr("Enter the client's middle initial.")));
     row(pForm,
         bind(masked(personal, QStringLiteral("999-99-9999")), "mskData", QStringLiteral("SocialSecurityNumber"), tr("Social Security No"),

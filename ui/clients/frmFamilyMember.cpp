@@ -50,7 +50,7 @@ void frmFamilyMember::buildFields()
     addField(list(24), "cboData", QStringLiteral("RelationshipID"), req, 0, tr("Relationship"), 0, 0);
     addField(text(), "txtData", QStringLiteral("LastName"), req, 1, tr("Last Name"), 1, 0);
     addField(text(), "txtData", QStringLiteral("FirstName"), req, 2, tr("First Name"), 2, 0);
-    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 3, tr("M.I."), 3, 0);
+    addField(initialBox(), "txtData", QStringLiteral("MiddleInitial"), opt, 3, tr("M.I."), 3, 0);
     addField(masked(QStringLiteral("999-99-9999"), 110), "mskData", QStringLiteral("SocialSecurityNumber"), opt, 4,
              tr("Social Security No"), 4, 0);
     addField(text(), "txtData", QStringLiteral("DriversLicenseNumber"), opt, 5, tr("Drivers License No"), 5, 0);

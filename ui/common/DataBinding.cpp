@@ -225,27 +225,38 @@ QWidget *frameOf(QWidget *window)
 }
 }   // namespace
 
+// A window opens where it was last time, or one step down and right from the
+// windows already open; either way it is pulled back wholly inside the area,
+// never smaller than its fields need (the area scrolls to those).
 void SetMDIChildDimensions(QWidget *window, QMdiArea *area)
 {
     QWidget *frame = frameOf(window);
     const QSize inner = area ? area->viewport()->size() : QSize(1024, 700);
     const QString fallback = QStringLiteral(",,%1,%2").arg(int(inner.width() * 0.85)).arg(int(inner.height() * 0.75));
     const QStringList parts = basRegistry::GetString(basRegistry::SettingsKey(), window->objectName(), fallback).split(QLatin1Char(','));
-    QRect g = frame->geometry();
-    bool ok = false;
-    auto item = [&](int i) {
-        ok = false;
-        return i < parts.size() ? parts.at(i).trimmed().toInt(&ok) : 0;
+    auto item = [&](int i, bool *ok) {
+        *ok = false;
+        return i < parts.size() ? parts.at(i).trimmed().toInt(ok) : 0;
     };
-    if (int v = item(0); ok)
-        g.moveLeft(v);
-    if (int v = item(1); ok)
-        g.moveTop(v);
-    if (int v = item(2); ok && v > 50)
-        g.setWidth(v);
-    if (int v = item(3); ok && v > 50)
-        g.setHeight(v);
-    frame->setGeometry(g);
+    bool hasLeft = false, hasTop = false, hasWidth = false, hasHeight = false;
+    const int left = item(0, &hasLeft), top = item(1, &hasTop), width = item(2, &hasWidth), height = item(3, &hasHeight);
+    QSize size = frame->size();
+    if (hasWidth && width > 50)
+        size.setWidth(width);
+    if (hasHeight && height > 50)
+        size.setHeight(height);
+    size = size.boundedTo(inner).expandedTo(frame->minimumSizeHint());
+    QPoint at;
+    if (hasLeft && hasTop) {
+        at = QPoint(left, top);
+    } else {
+        const int others = area ? int(area->subWindowList().size()) - 1 : 0;
+        const int step = window->fontMetrics().height() + 8;
+        at = QPoint(step, step) * (qMax(0, others) % 8);
+    }
+    at.setX(qBound(0, at.x(), qMax(0, inner.width() - size.width())));
+    at.setY(qBound(0, at.y(), qMax(0, inner.height() - size.height())));
+    frame->setGeometry(QRect(at, size));
 }
 
 void SaveMDIChildDimensions(const QWidget *window)

@@ -34,6 +34,13 @@ QLineEdit *RecordEditor::textBox(int maxWidth)
     return box;
 }
 
+QLineEdit *RecordEditor::initialBox()
+{
+    QLineEdit *box = textBox(40);
+    box->setMaxLength(1);
+    return box;
+}
+
 RecordEditor::RecordEditor(Workspace *main, QWidget *parent) : MdiChild(main, parent), m_fields(new BoundFields(this))
 {
     connect(&madoPrimaryRS, &Recordset::moveComplete, this, &RecordEditor::moveComplete);

@@ -58,6 +58,8 @@ protected:
     static inline const QString kOptionalTag = QStringLiteral("Ex_Left,Ex_Top,Ex_Height,Ex_Font");
     // A text box, no wider than maxWidth pixels when given.
     static QLineEdit *textBox(int maxWidth = 0);
+    // A middle initial: typing stops at one letter (a longer paste is refused with the field's message).
+    static QLineEdit *initialBox();
 
     // What each editor supplies.
     virtual QString procedurePrefix() const = 0;   // "frmFoodService"

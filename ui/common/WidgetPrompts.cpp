@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFontDialog>
+#include <QHash>
 #include <QMessageBox>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -45,6 +46,12 @@ int WidgetPrompts::message(const Prompt::Message &m)
     if (m.buttons & Prompt::Cancel)
         buttons |= QMessageBox::Cancel;
     box.setStandardButtons(buttons);
+    const QHash<int, QMessageBox::StandardButton> standard {{Prompt::Ok, QMessageBox::Ok},
+                                                            {Prompt::Yes, QMessageBox::Yes},
+                                                            {Prompt::No, QMessageBox::No},
+                                                            {Prompt::Cancel, QMessageBox::Cancel}};
+    if (m.defaultButton)
+        box.setDefaultButton(standard.value(m.defaultButton, QMessageBox::NoButton));
     switch (box.exec()) {
     case QMessageBox::Yes:
         return Prompt::Yes;

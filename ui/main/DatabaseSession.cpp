@@ -151,6 +151,12 @@ bool DatabaseSession::examine(const QString &path, bool reportFailure)
         offerRescue(path, check.reason);
         return false;
     }
+    if (check.state == Schema::FileState::Newer || check.state == Schema::FileState::ReadOnly) {
+        // Nothing is wrong with the file: the message says what stands in the way.
+        if (reportFailure)
+            Prompt::message(tr("Database Open Error"), check.reason, Prompt::Icon::Exclamation, Prompt::Ok);
+        return false;
+    }
     if (check.state != Schema::FileState::Ok)
         return true;   // opening fails and says why
     if (check.notPrivate
@@ -272,7 +278,7 @@ void DatabaseSession::closeAtExit()
 void DatabaseSession::createNew()
 {
     const QString path = Prompt::saveFileName(tr("New Database"), databaseFilter(), QLatin1String(Schema::FileSuffix),
-                                              QStringLiteral("pantry.%1").arg(QLatin1String(Schema::FileSuffix)));
+                                              QStringLiteral("pantry.%1").arg(QLatin1String(Schema::FileSuffix)), folder());
     if (path.isEmpty())
         return;
     if (!close())
@@ -286,12 +292,19 @@ void DatabaseSession::createNew()
     open(path, true);
 }
 
+// The open database's folder, where the file dialogs start.
+QString DatabaseSession::folder() const
+{
+    return m_path.isEmpty() ? QString() : QFileInfo(m_path).absolutePath();
+}
+
 void DatabaseSession::openChosen()
 {
     const QString path
         = Prompt::openFileName(tr("Open Database"),
                                tr("TendMark or Access Databases (*.%1 *.mdb)").arg(QLatin1String(Schema::FileSuffix)) + QStringLiteral(";;")
-                                   + databaseFilter() + QStringLiteral(";;") + frmConvertAccess::Filter());
+                                   + databaseFilter() + QStringLiteral(";;") + frmConvertAccess::Filter(),
+                               folder());
     if (path.isEmpty())
         return;
     const QString converted = frmConvertAccess::IsAccessFile(path) ? frmConvertAccess::Convert(m_frame, path) : path;

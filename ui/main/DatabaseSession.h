@@ -18,6 +18,7 @@ public:
     DatabaseSession(QWidget *frame, std::function<bool()> closeWindows);
 
     QString path() const { return m_path; }
+    QString folder() const;
     // Start-up: reopens the remembered database, or the given file.
     void startUp(const QString &fileToOpen);
     // reportFailure: tell the user when the file does not open (else quiet).

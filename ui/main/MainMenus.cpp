@@ -263,7 +263,7 @@ void fillWindowMenu(QMenu *menu, QMdiArea *area)
 {
     menu->clear();
     QObject::connect(addMenuAction(menu, QStringLiteral("mnuWindowCascade"), QCoreApplication::translate("MainMenus", "&Cascade")),
-                     &QAction::triggered, area, &QMdiArea::cascadeSubWindows);
+                     &QAction::triggered, area, [area] { WindowArrangement::Cascade(area); });
     QObject::connect(
         addMenuAction(menu, QStringLiteral("mnuWindowTileHorizontal"), QCoreApplication::translate("MainMenus", "Tile &Horizontally")),
         &QAction::triggered, area, [area] { WindowArrangement::TileHorizontally(area); });

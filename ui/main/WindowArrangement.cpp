@@ -63,6 +63,30 @@ void tile(QMdiArea *area, Qt::Orientation stacking)
 
 }   // namespace
 
+void Cascade(QMdiArea *area)
+{
+    QRect space = area->viewport()->rect();
+    space.setHeight(space.height() - placeIcons(area));
+    const QList<QMdiSubWindow *> open = windows(area, false);
+    QMdiSubWindow *active = area->activeSubWindow();
+    const int step = area->fontMetrics().height() + 8;
+    const int fit = qMax(1, qMin(8, int(open.size())));   // steps before the cascade starts again at the top
+    const QSize size = QSize(space.width() - step * (fit - 1), space.height() - step * (fit - 1)).expandedTo(space.size() * 2 / 3);
+    for (int i = 0; i < open.size(); ++i) {
+        QMdiSubWindow *sub = open.at(i);
+        if (sub->isMaximized())
+            sub->showNormal();
+        const QSize own = size.expandedTo(sub->minimumSizeHint());
+        QPoint at = QPoint(step, step) * (i % fit);
+        at.setX(qMin(at.x(), qMax(0, space.width() - own.width())));
+        at.setY(qMin(at.y(), qMax(0, space.height() - own.height())));
+        sub->setGeometry(QRect(at, own));
+        sub->raise();
+    }
+    if (active)
+        active->raise();
+}
+
 void TileHorizontally(QMdiArea *area)
 {
     tile(area, Qt::Vertical);

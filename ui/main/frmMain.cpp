@@ -237,12 +237,9 @@ QList<MdiChild *> frmMain::childWindows() const
 
 QMdiSubWindow *frmMain::addChild(MdiChild *child)
 {
-    const bool first = m_childCount == 0;
     QMdiSubWindow *sub = m_mdiArea->addSubWindow(child);
     sub->setWindowIcon(windowIcon());
     basTendmark::SetMDIChildDimensions(child, m_mdiArea);
-    if (first && basRegistry::GetString(basRegistry::SettingsKey(), child->objectName()).isEmpty())
-        sub->move(0, 0);
     child->setCounted(true);
     connect(child, &MdiChild::commandsChanged, this, &frmMain::childCommandsChanged);
     ++m_childCount;

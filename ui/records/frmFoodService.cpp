@@ -66,11 +66,15 @@ bool frmFoodService::confirmCommit()
     const qint64 days = last.daysTo(date);
     if (days >= interval)
         return true;
-    return Prompt::message(tr("Recent Food Service"),
-                           tr("This client received food %1 days ago (on %2). Save this food service anyway?")
-                               .arg(days)
-                               .arg(basTendmark::FormatDate(last)),
-                           Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
+    QString when;
+    if (date == QDate::currentDate())
+        when = days == 0 ? tr("today") : days == 1 ? tr("yesterday") : tr("%1 days ago").arg(days);
+    else
+        when = days == 0 ? tr("on the same day") : days == 1 ? tr("the day before") : tr("%1 days before").arg(days);
+    return Prompt::message(
+               tr("Recent Food Service"),
+               tr("This client received food %1 (on %2). Save this food service anyway?").arg(when, basTendmark::FormatDate(last)),
+               Prompt::Icon::Exclamation, Prompt::Yes | Prompt::No)
         == Prompt::Yes;
 }
 

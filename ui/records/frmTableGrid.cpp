@@ -560,6 +560,6 @@ bool frmTableGrid::queryUnload()
                            tr("The changes you made to %1 have not been saved.\r\n"
                               "Do you want to close and discard them?")
                                .arg(windowTitle()),
-                           Prompt::Icon::Question, Prompt::Yes | Prompt::No)
+                           Prompt::Icon::Question, Prompt::Yes | Prompt::No, Prompt::No)
         == Prompt::Yes;
 }

@@ -117,7 +117,7 @@ void frmVolunteer::buildFields()
 
     addField(text(), "txtData", QStringLiteral("LastName"), req, 0, tr("Last Name"), 0, 0);
     addField(text(), "txtData", QStringLiteral("FirstName"), req, 1, tr("First Name"), 1, 0);
-    addField(text(40), "txtData", QStringLiteral("MiddleInitial"), opt, 2, tr("M.I."), 2, 0);
+    addField(initialBox(), "txtData", QStringLiteral("MiddleInitial"), opt, 2, tr("M.I."), 2, 0);
     addField(text(), "txtData", QStringLiteral("Address"), opt, 3, tr("Address"), 3, 0);
     addField(text(), "txtData", QStringLiteral("City"), opt, 4, tr("City"), 4, 0);
     addField(state, "cboData", QStringLiteral("State"), opt, 5, tr("State"), 5, 0);

@@ -5,6 +5,7 @@
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
+#include "basRegistry.h"
 #include "frmHelp.h"
 #include "frmMain.h"
 
@@ -277,9 +278,22 @@ void TestMainWindow::windowMenuArrangesTheWindows()
         child->setObjectName(QStringLiteral("frmProbe%1").arg(i));
         subs << main.addChild(child);
     }
-    subs.at(2)->showMaximized();
     QMdiArea *area = main.mdiArea();
     const QRect space = area->viewport()->rect();
+    // New windows open wholly inside the area, each a step down and right from the one before;
+    // a remembered place that no longer fits is pulled back inside.
+    basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("frmProbe3"), QStringLiteral("2000,1500,3000,2000"));
+    auto *far = new MdiChild(&main);
+    far->setObjectName(QStringLiteral("frmProbe3"));
+    subs << main.addChild(far);
+    for (int i = 0; i < 4; ++i) {
+        QVERIFY2(space.contains(subs.at(i)->geometry()), qPrintable(QString::number(i)));
+        if (i > 0 && i < 3)
+            QVERIFY(subs.at(i)->pos().x() > subs.at(i - 1)->pos().x() && subs.at(i)->pos().y() > subs.at(i - 1)->pos().y());
+    }
+    QCOMPARE(subs.at(3)->size(), space.size());
+    ClientWorld::closeWindow(subs.takeLast()->widget());
+    subs.at(2)->showMaximized();
     auto arrange = [&](const char *name) {
         Q_EMIT main.findChild<QMenu *>(QStringLiteral("mnuWindow"))->aboutToShow();
         QAction *a = action(main, name);
@@ -322,6 +336,18 @@ void TestMainWindow::windowMenuArrangesTheWindows()
     QCOMPARE(subs.at(1)->width(), space.width());
     QCOMPARE(subs.at(1)->geometry().bottom(), subs.at(0)->geometry().top() - 1);
     QVERIFY(subs.at(0)->isMinimized());
+
+    // Cascade: a step apart, each inside the area and at least two thirds of it
+    subs.at(0)->showNormal();
+    subs.at(2)->showNormal();
+    arrange("mnuWindowCascade");
+    for (int i = 0; i < 3; ++i) {
+        const QRect g = subs.at(i)->geometry();
+        QVERIFY(space.contains(g));
+        QVERIFY(g.width() >= space.width() * 2 / 3 && g.height() >= space.height() * 2 / 3);
+        if (i > 0)
+            QVERIFY(g.topLeft().x() > subs.at(i - 1)->x() && g.topLeft().y() > subs.at(i - 1)->y());
+    }
 }
 
 void TestMainWindow::aTranslationChangesTheTextsNotTheNames()

@@ -170,6 +170,20 @@ private Q_SLOTS:
         QFile f(other);
         QVERIFY(f.open(QIODevice::ReadOnly));
         QCOMPARE(f.readAll(), QByteArray("Shopping list: beans, rice\n"));
+        QCOMPARE(prompts.fileRequests().last().directory, QFileInfo(db.path()).absolutePath());   // where the open database lies
+
+        // A file of a newer TendMark is refused with what stands in the way, not as a fault.
+        const QString newer = db.folder() + "/newer.tmdb";
+        QVERIFY(QFile::copy(db.path(), newer));
+        TestDatabase::onFile(newer, {"PRAGMA user_version = 99"});
+        prompts.clear();
+        prompts.answerFile(newer);
+        menu(w, "mnuFileOpen")->trigger();
+        QCOMPARE(prompts.messages(),
+                 (QList<Prompt::Message> {
+                     {"Database Open Error",
+                      QStringLiteral("The file '%1' was made by a newer version of TendMark (database version 99).").arg(newer),
+                      Prompt::Icon::Exclamation, Prompt::Ok}}));
     }
 
     void childWindowsAreCountedAndSurviveTheFrame()

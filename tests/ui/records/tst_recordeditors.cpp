@@ -320,16 +320,21 @@ private slots:
         desk.prompts.answer(Prompt::Yes);
         desk.toolbar("Save");
         QCOMPARE(TestDatabase::count("FoodService"), 3);
-        // Changing a saved service does not ask again, nor does any service once the interval is 0.
+        // Changing a saved service does not ask again; another the same day is "today"; none asks once the interval is 0.
         fill(w, "NumberOfBags=4");
         desk.toolbar("Save");
-        basDatabase::Execute("UPDATE Options SET FoodVisitIntervalDays = 0");
         button(w, "cmdAdd")->click();
         fill(w, "FoodServiceTypeID=Senior box;NumberOfBags=1");
+        desk.prompts.answer(Prompt::No);
+        desk.toolbar("Save");
+        QCOMPARE(desk.prompts.last().text,
+                 QStringLiteral("This client received food today (on %1). Save this food service anyway?")
+                     .arg(QDate::currentDate().toString("MM/dd/yyyy")));
+        basDatabase::Execute("UPDATE Options SET FoodVisitIntervalDays = 0");
         desk.toolbar("Save");
         QCOMPARE(TestDatabase::count("FoodService", "NumberOfBags = 4"), 1);
         QCOMPARE(TestDatabase::count("FoodService"), 4);
-        QCOMPARE(desk.prompts.messages().size(), 2);
+        QCOMPARE(desk.prompts.messages().size(), 3);
 
         // An untouched new record is dropped on Add and on close, without a word.
         button(w, "cmdAdd")->click();
@@ -337,7 +342,7 @@ private slots:
         ClientWorld::closeWindow(w);
         QVERIFY(!desk.main.activeChild());
         QCOMPARE(TestDatabase::count("FoodService"), 4);
-        QCOMPARE(desk.prompts.messages().size(), 2);
+        QCOMPARE(desk.prompts.messages().size(), 3);
     }
 
     // A volunteer filter that matches nobody says so and leaves a blank form; clearing it brings the volunteers back.

@@ -136,6 +136,7 @@ private Q_SLOTS:
             QTest::qWait(0);
             QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QCOMPARE(s.prompts.last(), discard);
+            QCOMPARE(s.prompts.last().defaultButton, int(Prompt::No));   // Enter keeps the edits
             QCOMPARE(form.isNull(), answer == Prompt::Yes);
         }
         QCOMPARE(stored("Housing", "HousingDescription"), first);
