@@ -31,25 +31,10 @@ bool isDigits(const QString &text)
     return digits.match(text).hasMatch();
 }
 
-bool isNumberType(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::UInt:
-    case QMetaType::ULongLong:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
-}
-
 // A number the column cannot hold: signed, fractional where it counts, too large.
 QString numberProblem(const FieldInfo &field, const QVariant &value)
 {
-    if (isNumberType(value)) {
+    if (basTendmark::IsNumberType(value)) {
         if (value.toDouble() < 0)
             return tr(" cannot be negative.");
         return {};

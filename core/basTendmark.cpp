@@ -52,10 +52,8 @@ QDate ParseDate(const QString &text)
     return {};
 }
 
-bool IsNumeric(const QVariant &value)
+bool IsNumberType(const QVariant &value)
 {
-    if (!value.isValid() || value.isNull())
-        return false;
     switch (value.typeId()) {
     case QMetaType::Int:
     case QMetaType::LongLong:
@@ -65,8 +63,16 @@ bool IsNumeric(const QVariant &value)
     case QMetaType::Float:
         return true;
     default:
-        break;
+        return false;
     }
+}
+
+bool IsNumeric(const QVariant &value)
+{
+    if (!value.isValid() || value.isNull())
+        return false;
+    if (IsNumberType(value))
+        return true;
     QString t = value.toString().trimmed();
     if (t.isEmpty())
         return false;

@@ -16,6 +16,7 @@ QString FormatDate(const QDate &date);   // "mm/dd/yyyy"
 QString FormatIsoDate(const QString &iso);   // stored "yyyy-MM-dd" shown as "mm/dd/yyyy"; "" stays ""
 QDate ParseDate(const QString &text);   // "m/d/yyyy", "mm/dd/yyyy" or "yyyy-MM-dd"; invalid otherwise
 
+bool IsNumberType(const QVariant &value);   // held as a number, not as text
 bool IsNumeric(const QVariant &value);   // a number, or text that reads as one ("$1,234.50")
 bool IsDate(const QVariant &value);
 

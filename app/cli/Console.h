@@ -17,6 +17,14 @@ inline QTextStream &err()
     return s;
 }
 
+// Says on standard error what stopped a command and answers its exit status:
+// 2 for a request that is wrong, 1 for one that could not be carried out.
+inline int complain(const char *command, const QString &message, int status)
+{
+    err() << "tendmark-cli " << command << ": " << message << '\n';
+    return status;
+}
+
 }   // namespace Console
 
 int commandBackup(const QStringList &args);

@@ -12,14 +12,12 @@ namespace {
 
 int usage(const QString &message)
 {
-    err() << "tendmark-cli export: " << message << '\n';
-    return 2;
+    return Console::complain("export", message, 2);
 }
 
 int failure(const QString &message)
 {
-    err() << "tendmark-cli export: " << message << '\n';
-    return 1;
+    return Console::complain("export", message, 1);
 }
 
 }   // namespace

@@ -15,14 +15,12 @@ namespace {
 
 int usage(const QString &message)
 {
-    err() << "tendmark-cli labels: " << message << '\n';
-    return 2;
+    return Console::complain("labels", message, 2);
 }
 
 int failure(const QString &message)
 {
-    err() << "tendmark-cli labels: " << message << '\n';
-    return 1;
+    return Console::complain("labels", message, 1);
 }
 
 // A whole number from an option, or the fallback when the option is not given.

@@ -15,14 +15,12 @@ namespace {
 
 int usage(const QString &message)
 {
-    err() << "tendmark-cli report: " << message << '\n';
-    return 2;
+    return Console::complain("report", message, 2);
 }
 
 int failure(const QString &message)
 {
-    err() << "tendmark-cli report: " << message << '\n';
-    return 1;
+    return Console::complain("report", message, 1);
 }
 
 // A date as YYYY-MM-DD, and nothing else.
