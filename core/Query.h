@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
 
 // A query ready to run: its text, the values bound to its placeholders, and
@@ -10,4 +11,12 @@ struct Query
     QString sql;
     QVariantList binds;
     QString countSql;
+    // Set by a list that is read by seeking on its order rather than by OFFSET: its rows are
+    // "SELECT columns FROM source" (sql is that in orders[0]'s order; binds belong to source), and
+    // orders[i] is what field i sorts by (orders[0]: the list's own order). An order is a list of
+    // expressions over source's rows ending with the unique key, which is never NULL; an empty one
+    // leaves that field to sort by its shown text.
+    QString columns = {};
+    QString source = {};
+    QList<QStringList> orders = {};
 };

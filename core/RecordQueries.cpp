@@ -30,13 +30,45 @@ QString allVolunteers()
     return QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
 }
 
+// What each field of the client list sorts by: the stored value, which every index below holds, then
+// the client's ID for ties. Shown dates and SSNs sort alike stored; the address sorts as its index
+// holds it. Ethnic origin and marital status sort by their description, which no index of Client can
+// hold: each page of those orders sorts the list anew.
+QList<QStringList> clientListOrders()
+{
+    const QString id = QStringLiteral("ClientID");
+    const QStringList name {QStringLiteral("LastName"), QStringLiteral("FirstName"), id};
+    auto by = [&](const QString &column) { return QStringList {column, id}; };
+    auto description
+        = [&](const QString &table) { return by(QStringLiteral("(SELECT %1Description FROM %1 WHERE %1ID = Client.%1ID)").arg(table)); };
+    return {name,
+            {id},
+            name,
+            by(QStringLiteral("FirstName")),
+            by(QStringLiteral("MiddleInitial")),
+            by(QStringLiteral("SocialSecurityNumber")),
+            by(QStringLiteral("DriversLicenseNumber")),
+            by(QStringLiteral("BirthDate")),
+            by(QStringLiteral("Gender")),
+            description(QStringLiteral("EthnicOrigin")),
+            description(QStringLiteral("MaritalStatus")),
+            {QStringLiteral("lower(Address)"), QStringLiteral("lower(City)"), QStringLiteral("State"), id},
+            by(QStringLiteral("City")),
+            by(QStringLiteral("State")),
+            by(QStringLiteral("ZipCode")),
+            by(QStringLiteral("HomePhone")),
+            by(QStringLiteral("WorkPhone")),
+            by(QStringLiteral("MobilePhone")),
+            by(QStringLiteral("Comments"))};
+}
+
 Query clientList(const QString &base)
 {
     Query query;
-    query.sql
-        = QStringLiteral("SELECT ClientID, ClientID, LastName, FirstName, MiddleInitial, ")
-        + SqlText::ssn(QStringLiteral("SocialSecurityNumber")) + QStringLiteral(" AS SocialSecurityNumber, ")
-        + QStringLiteral("DriversLicenseNumber, ") + SqlText::date(QStringLiteral("BirthDate")) + QStringLiteral(" AS BirthDate, Gender, ")
+    query.columns
+        = QStringLiteral("ClientID, ClientID, LastName, FirstName, MiddleInitial, ") + SqlText::ssn(QStringLiteral("SocialSecurityNumber"))
+        + QStringLiteral(" AS SocialSecurityNumber, ") + QStringLiteral("DriversLicenseNumber, ")
+        + SqlText::date(QStringLiteral("BirthDate")) + QStringLiteral(" AS BirthDate, Gender, ")
         + QStringLiteral(
               "(SELECT EthnicOriginDescription FROM EthnicOrigin WHERE EthnicOriginID=Client.EthnicOriginID) AS EthnicOriginDescription, ")
         + QStringLiteral(
@@ -44,8 +76,12 @@ Query clientList(const QString &base)
         + oneLine(QStringLiteral("Address")) + QStringLiteral(" AS Address, City, State, ZipCode, ")
         + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ") + SqlText::phone(QStringLiteral("WorkPhone"))
         + QStringLiteral(" AS WorkPhone, ") + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
-        + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
-        + QStringLiteral(") AS Client ORDER BY LastName");
+        + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments");
+    // A filter's statement is the base too: the seek then runs over the rows it returns, no dearer than OFFSET.
+    query.source = QStringLiteral("(") + base + QStringLiteral(") AS Client");
+    query.orders = clientListOrders();
+    query.sql
+        = QStringLiteral("SELECT %1 FROM %2 ORDER BY %3").arg(query.columns, query.source, query.orders.first().join(QStringLiteral(", ")));
     query.countSql = QStringLiteral("SELECT ClientID FROM (%1)").arg(base);
     return query;
 }

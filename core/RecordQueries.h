@@ -13,8 +13,8 @@ QString allClients();   // every client, unsorted: the client list's base when n
 QString allClientsByLastName();   // the client windows' records when no filter applies
 QString allVolunteers();   // the volunteer window's records when no filter applies
 
-// The client list's rows over a base statement, sorted by last name. The count runs over the base alone,
-// so that a long list opens at once.
+// The client list's rows over a base statement, sorted by name, with what each of its fields sorts by so
+// that it is read by seeking on an index. The count runs over the base alone, so that a long list opens at once.
 Query clientList(const QString &base);
 
 // A client's records of one kind for its editor, in the editor's order; bound to the ClientID.

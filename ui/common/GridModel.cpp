@@ -3,6 +3,8 @@
 #include "QueryPages.h"
 #include "TmError.h"
 
+#include <algorithm>
+
 namespace {
 constexpr int kPageSize = 200;
 constexpr int kPagesKept = 64;
@@ -47,10 +49,16 @@ void GridModel::setColumnSpec(const QString &spec)
     m_query = {};
     m_count = 0;
     m_fieldNames.clear();
+    forgetPages();
+    endResetModel();
+}
+
+void GridModel::forgetPages()
+{
     m_pages.clear();
     m_pageAge.clear();
     m_allKeys.clear();
-    endResetModel();
+    m_anchors.clear();
 }
 
 void GridModel::clear()
@@ -58,9 +66,7 @@ void GridModel::clear()
     beginResetModel();
     m_query = {};
     m_count = 0;
-    m_pages.clear();
-    m_pageAge.clear();
-    m_allKeys.clear();
+    forgetPages();
     endResetModel();
 }
 
@@ -75,9 +81,7 @@ void GridModel::setQuery(const Query &query)
     beginResetModel();
     m_query = query;
     m_sortColumn = 0;
-    m_pages.clear();
-    m_pageAge.clear();
-    m_allKeys.clear();
+    forgetPages();
     try {
         runCount();
     } catch (...) {
@@ -94,9 +98,7 @@ void GridModel::refresh()
     if (m_query.sql.isEmpty())
         return;
     beginResetModel();
-    m_pages.clear();
-    m_pageAge.clear();
-    m_allKeys.clear();
+    forgetPages();
     runCount();
     endResetModel();
 }
@@ -106,10 +108,51 @@ void GridModel::sortByColumn(int column, Qt::SortOrder order)
     beginResetModel();
     m_sortColumn = column;
     m_sortOrder = order;
-    m_pages.clear();
-    m_pageAge.clear();
-    m_allKeys.clear();
+    forgetPages();
     endResetModel();
+}
+
+bool GridModel::keysetOrder(KeysetPages::Order *order) const
+{
+    const bool sorted = m_sortColumn > 0 && m_sortColumn < m_fieldNames.size();
+    order->terms = m_query.orders.value(sorted ? m_sortColumn : 0);
+    order->descending = sorted && m_sortOrder == Qt::DescendingOrder;
+    return !order->terms.isEmpty();
+}
+
+// Seeks from the nearest row whose sort values are known, forwards or backwards, passing over
+// as few rows as it can: the list's ends are always known, so its first and last pages cost one seek.
+QList<QVariantList> GridModel::readKeysetPage(const KeysetPages::Order &order, int page) const
+{
+    const int start = page * kPageSize;
+    const int end = qMin(start + kPageSize, m_count);
+    int before = -1;
+    QVariantList beforeValues;
+    auto next = m_anchors.lowerBound(start);
+    if (next != m_anchors.begin()) {
+        before = std::prev(next).key();
+        beforeValues = std::prev(next).value();
+    }
+    int after = m_count;
+    QVariantList afterValues;
+    next = m_anchors.lowerBound(end);
+    if (next != m_anchors.end()) {
+        after = next.key();
+        afterValues = next.value();
+    }
+    KeysetPages::Page read;
+    if (start - 1 - before <= after - end) {
+        read = KeysetPages::read(m_query, order, beforeValues, start - 1 - before, end - start);
+    } else {
+        read = KeysetPages::read(m_query, {order.terms, !order.descending}, afterValues, after - end, end - start);
+        std::reverse(read.rows.begin(), read.rows.end());
+        std::swap(read.first, read.last);
+    }
+    if (!read.rows.isEmpty()) {
+        m_anchors.insert(start, read.first);
+        m_anchors.insert(start + int(read.rows.size()) - 1, read.last);
+    }
+    return read.rows;
 }
 
 Query GridModel::orderedQuery() const
@@ -127,7 +170,8 @@ const QVariantList *GridModel::rowValues(int row) const
     if (it == m_pages.end()) {
         QList<QVariantList> rows;
         try {
-            rows = QueryPages::page(orderedQuery(), page * kPageSize, kPageSize);
+            KeysetPages::Order order;
+            rows = keysetOrder(&order) ? readKeysetPage(order, page) : QueryPages::page(orderedQuery(), page * kPageSize, kPageSize);
         } catch (const TmError &) {
             return nullptr;   // the database went away: show blanks rather than fail while painting
         }
@@ -158,6 +202,18 @@ int GridModel::findKey(qint64 key) const
 {
     if (m_query.sql.isEmpty())
         return -1;
+    // One count of the rows before the key's, on the order's index.
+    KeysetPages::Order order;
+    if (keysetOrder(&order)) {
+        const QVariantList values = KeysetPages::valuesOf(m_query, order, key);
+        if (values.isEmpty())
+            return -1;
+        const int row = KeysetPages::countBefore(m_query, order, values);
+        if (row >= m_count)
+            return -1;
+        m_anchors.insert(row, values);
+        return row;
+    }
     if (m_allKeys.isEmpty())
         m_allKeys = QueryPages::keys(orderedQuery());
     return int(m_allKeys.indexOf(key));
@@ -170,9 +226,7 @@ void GridModel::removeDataRow(int row)
     if (m_count == 1) {
         beginResetModel();
         m_count = 0;
-        m_pages.clear();
-        m_pageAge.clear();
-        m_allKeys.clear();
+        forgetPages();
         endResetModel();
         return;
     }
@@ -188,6 +242,7 @@ void GridModel::removeDataRow(int row)
         }
     }
     m_allKeys.clear();
+    m_anchors.erase(m_anchors.lowerBound(row), m_anchors.end());
     endRemoveRows();
 }
 

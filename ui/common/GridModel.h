@@ -1,17 +1,20 @@
 #pragma once
 
+#include "KeysetPages.h"
 #include "Query.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QList>
+#include <QMap>
 #include <QVariant>
 
 // The model behind every list grid. Column 0 is the narrow selector column;
 // columns 1.. show the query's fields 1..; field 0 is the row's key, kept as
 // row data and not shown. Rows are read page by page as they are scrolled to,
-// so a list of a hundred thousand clients opens at once. An empty result
-// still shows one blank row, whose key is 0.
+// so a list of a hundred thousand clients opens at once. A query with orders
+// is read by seeking from the nearest row already seen (KeysetPages); others
+// by OFFSET. An empty result still shows one blank row, whose key is 0.
 class GridModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -45,7 +48,7 @@ public:
     qint64 rowKey(int row) const;
     QString text(int row, int column) const;
     QStringList fieldNames() const { return m_fieldNames; }
-    int findKey(qint64 key) const;   // row of the key, or -1
+    int findKey(qint64 key) const;   // row of the key, or -1; with orders one count, not a read of the list
     void removeDataRow(int row);   // after its record was deleted
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -56,6 +59,9 @@ public:
 private:
     const QVariantList *rowValues(int row) const;
     Query orderedQuery() const;
+    bool keysetOrder(KeysetPages::Order *order) const;   // false: the order is read by OFFSET
+    QList<QVariantList> readKeysetPage(const KeysetPages::Order &order, int page) const;
+    void forgetPages();
     void runCount();
 
     QList<Column> m_columns;
@@ -67,4 +73,5 @@ private:
     mutable QHash<int, QList<QVariantList>> m_pages;
     mutable QList<int> m_pageAge;
     mutable QList<qint64> m_allKeys;
+    mutable QMap<int, QVariantList> m_anchors;   // a row's sort values by its position, in the current order
 };

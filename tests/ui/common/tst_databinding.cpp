@@ -1,6 +1,8 @@
 #include "DataBinding.h"
+#include "FilterStatement.h"
 #include "GridModel.h"
 #include "SqlText.h"
+#include "RecordQueries.h"
 #include "Recordset.h"
 #include "TestDatabase.h"
 #include "basDatabase.h"
@@ -84,6 +86,62 @@ private Q_SLOTS:
         SelectRow(g.get(), 5);
         QCOMPARE(g->currentIndex().row(), 5);
         QCOMPARE(g->selectionModel()->selectedIndexes().size(), 2);
+    }
+
+    // A list read by seeking on its order meets every row once, in the order a single full read gives, in
+    // every order both ways, whichever page is read first (from either end, or far from any row seen) and
+    // with ties and NULLs across page boundaries; a row's position is found without reading the list.
+    void seekingPagesMeetEveryRowOnceInOrder()
+    {
+        TestDatabase db;
+        // Few distinct values per column, about one in seven NULL, both cases of the same names.
+        basDatabase::Execute(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
+            "INSERT INTO Client (LastName, FirstName, MiddleInitial, SocialSecurityNumber, DriversLicenseNumber, BirthDate, Gender, "
+            "EthnicOriginID, MaritalStatusID, Address, City, State, ZipCode, HomePhone, WorkPhone, MobilePhone, Comments) SELECT "
+            "CASE WHEN i % 7 = 0 THEN NULL WHEN i % 2 THEN 'ng' || (i % 5) ELSE 'Ng' || (i % 5) END, nullif('F' || (i % 3), 'F0'), "
+            "nullif(char(65 + i % 4), 'A'), nullif(printf('%09d', i % 6), '000000000'), nullif('D' || (i % 8), 'D7'), "
+            "CASE WHEN i % 9 THEN date('1990-01-01', '+' || (i % 11) || ' days') END, nullif(substr('MF ', 1 + i % 3, 1), ' '), "
+            "CASE i % 3 WHEN 1 THEN (SELECT MAX(EthnicOriginID) FROM EthnicOrigin) WHEN 2 THEN (SELECT MIN(EthnicOriginID) FROM EthnicOrigin) END, "
+            "CASE WHEN i % 4 THEN (SELECT CASE i % 2 WHEN 0 THEN MIN(MaritalStatusID) ELSE MAX(MaritalStatusID) END FROM MaritalStatus) END, "
+            "CASE WHEN i % 5 THEN (i % 3) || ' Main St' END, CASE WHEN i % 6 THEN 'City' || (i % 2) END, nullif('T' || (i % 3), 'T2'), "
+            "nullif('7' || (i % 4), '73'), nullif('555000' || (i % 5), '5550004'), nullif('555100' || (i % 3), '5551000'), "
+            "nullif('555200' || (i % 7), '5552006'), nullif('note ' || (i % 2), 'note 1') FROM n");
+        const QString filtered = FilterStatement::matching("Client", "SELECT ClientID FROM Client WHERE ClientID % 3 = 0");
+        std::unique_ptr<QTableView> g(grid(""));
+        GridModel *model = Model(g.get());
+        for (const QString &base : {RecordQueries::allClients(), filtered}) {
+            const Query query = RecordQueries::clientList(base);
+            for (int column = 0; column < query.orders.size(); ++column) {
+                for (const bool descending : {false, true}) {
+                    if (column == 0 && descending)
+                        continue;   // the list's own order goes one way
+                    QStringList terms;
+                    for (const QString &term : query.orders.at(column))
+                        terms << term + (descending ? " DESC" : "");
+                    QList<qint64> expected;
+                    QSqlQuery all = basDatabase::Execute("SELECT ClientID FROM " + query.source + " ORDER BY " + terms.join(", "));
+                    while (all.next())
+                        expected << all.value(0).toLongLong();
+                    const QString what = QStringLiteral("column %1%2 of %3").arg(column).arg(descending ? " descending" : "").arg(base);
+                    PopulateDataGrid(g.get(), query);
+                    model->sortByColumn(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+                    QVERIFY2(model->dataRowCount() == expected.size(), qPrintable(what));
+                    // The middle page is read first, seeking from a row found far before it, then the last.
+                    const int seen = int(expected.size()) / 30;
+                    QVERIFY2(model->findKey(expected.at(seen)) == seen, qPrintable(what));
+                    model->rowKey(int(expected.size()) / 2);
+                    model->rowKey(int(expected.size()) - 1);
+                    QList<qint64> keys;
+                    for (int row = 0; row < expected.size(); ++row)
+                        keys << model->rowKey(row);
+                    QVERIFY2(keys == expected, qPrintable(what));
+                    for (const int row : {0, 199, 200, int(expected.size()) - 1})
+                        QVERIFY2(model->findKey(expected.at(row)) == row, qPrintable(what));
+                }
+            }
+        }
+        QCOMPARE(model->findKey(-1), -1);
     }
 
     void shownDatesAndAmountsSortByValue()
