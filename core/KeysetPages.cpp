@@ -17,14 +17,15 @@ struct Part
     int firstTerm = 0;
 };
 
-// The rows after the sort values, nearest first. NULL sorts before every value, so it is the smallest
-// going up and the largest going down; row values would compare it as unknown, hence a part per term.
-QList<Part> partsAfter(const Order &order, const QVariantList &values)
+// The rows after the sort values (and their own row when including), nearest first. NULL sorts before
+// every value, so it is the smallest going up and the largest going down; row values would compare it
+// as unknown, hence a part per term.
+QList<Part> partsAfter(const Order &order, const QVariantList &values, bool including)
 {
     if (values.isEmpty())
         return {Part {}};
     QList<Part> parts;
-    for (qsizetype i = order.terms.size() - 1; i >= 0; --i) {
+    for (qsizetype i = order.terms.size() - (including ? 0 : 1); i >= 0; --i) {
         Part fixed;
         QStringList conditions;
         for (qsizetype j = 0; j < i; ++j) {
@@ -34,6 +35,12 @@ QList<Part> partsAfter(const Order &order, const QVariantList &values)
                 conditions << order.terms.at(j) + QStringLiteral(" = ?");
                 fixed.binds << values.at(j);
             }
+        }
+        if (i == order.terms.size()) {
+            fixed.where = conditions.join(QStringLiteral(" AND "));
+            fixed.firstTerm = int(i) - 1;
+            parts << fixed;
+            continue;
         }
         fixed.firstTerm = int(i);
         const QString term = order.terms.at(i);
@@ -60,22 +67,23 @@ QString whereClause(const Part &part)
     return part.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + part.where;
 }
 
+// By the terms' places in the result: a term named like a shown field would otherwise sort by the shown text.
 QString orderBy(const Order &order, int firstTerm)
 {
     QStringList terms;
     for (qsizetype i = firstTerm; i < order.terms.size(); ++i)
-        terms << order.terms.at(i) + (order.descending ? QStringLiteral(" DESC") : QStringLiteral(" ASC"));
+        terms << QString::number(i + 1) + (order.descending ? QStringLiteral(" DESC") : QStringLiteral(" ASC"));
     return QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
 }
 
 }   // namespace
 
-Page read(const Query &query, const Order &order, const QVariantList &after, int skip, int rows)
+Page read(const Query &query, const Order &order, const QVariantList &after, bool including, int skip, int rows)
 {
     const int n = int(order.terms.size());
     const QString select = QStringLiteral("SELECT ") + order.terms.join(QStringLiteral(", ")) + QStringLiteral(", ") + query.columns
         + QStringLiteral(" FROM ") + query.source;
-    const QList<Part> parts = partsAfter(order, after);
+    const QList<Part> parts = partsAfter(order, after, including);
     Page page;
     for (qsizetype p = 0; p < parts.size() && page.rows.size() < rows; ++p) {
         const Part &part = parts.at(p);
@@ -129,7 +137,7 @@ int countBefore(const Query &query, const Order &order, const QVariantList &valu
     Order reversed = order;
     reversed.descending = !order.descending;
     int count = 0;
-    for (const Part &part : partsAfter(reversed, values))
+    for (const Part &part : partsAfter(reversed, values, false))
         count += basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM ") + query.source + whereClause(part),
                                           query.binds + part.binds)
                      .toInt();

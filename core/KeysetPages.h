@@ -22,9 +22,9 @@ struct Page
     QVariantList first, last;   // the sort values of the first and last row; empty when there are no rows
 };
 
-// Up to `rows` rows in the order, starting after the row whose sort values are `after` (empty: from the
-// first row), once `skip` rows are passed over.
-Page read(const Query &query, const Order &order, const QVariantList &after, int skip, int rows);
+// Up to `rows` rows in the order, starting after the row whose sort values are `after` (at it when
+// including; empty: from the first row), once `skip` rows are passed over.
+Page read(const Query &query, const Order &order, const QVariantList &after, bool including, int skip, int rows);
 // The sort values of the row with this key; empty when the key is not in the list.
 QVariantList valuesOf(const Query &query, const Order &order, qint64 key);
 // How many rows come before the row with these sort values, counted on the order's index.

@@ -120,33 +120,38 @@ bool GridModel::keysetOrder(KeysetPages::Order *order) const
     return !order->terms.isEmpty();
 }
 
-// Seeks from the nearest row whose sort values are known, forwards or backwards, passing over
-// as few rows as it can: the list's ends are always known, so its first and last pages cost one seek.
+// Seeks from the nearest row whose sort values are known, forwards or backwards, passing over as few
+// rows as it can: the list's ends are always known, so its first and last pages cost one seek, and a
+// row known inside the page (a client gone to) splits the page into two seeks from it.
 QList<QVariantList> GridModel::readKeysetPage(const KeysetPages::Order &order, int page) const
 {
     const int start = page * kPageSize;
     const int end = qMin(start + kPageSize, m_count);
-    int before = -1;
-    QVariantList beforeValues;
-    auto next = m_anchors.lowerBound(start);
-    if (next != m_anchors.begin()) {
-        before = std::prev(next).key();
-        beforeValues = std::prev(next).value();
-    }
-    int after = m_count;
-    QVariantList afterValues;
-    next = m_anchors.lowerBound(end);
-    if (next != m_anchors.end()) {
-        after = next.key();
-        afterValues = next.value();
-    }
-    KeysetPages::Page read;
-    if (start - 1 - before <= after - end) {
-        read = KeysetPages::read(m_query, order, beforeValues, start - 1 - before, end - start);
-    } else {
-        read = KeysetPages::read(m_query, {order.terms, !order.descending}, afterValues, after - end, end - start);
+    const KeysetPages::Order backwards {order.terms, !order.descending};
+    auto backwardsFrom = [&](const QVariantList &values, bool including, int skip, int rows) {
+        KeysetPages::Page read = KeysetPages::read(m_query, backwards, values, including, skip, rows);
         std::reverse(read.rows.begin(), read.rows.end());
         std::swap(read.first, read.last);
+        return read;
+    };
+    KeysetPages::Page read;
+    auto inside = m_anchors.lowerBound(start);
+    auto below = m_anchors.upperBound(start);
+    const int forwardSkip = below == m_anchors.begin() ? start : start - std::prev(below).key();
+    auto above = m_anchors.lowerBound(end - 1);
+    const int backwardSkip = above == m_anchors.end() ? m_count - end : above.key() - (end - 1);
+    if (forwardSkip > 0 && backwardSkip > 0 && inside != m_anchors.end() && inside.key() < end) {
+        read = backwardsFrom(inside.value(), true, 0, inside.key() - start + 1);
+        const KeysetPages::Page rest = KeysetPages::read(m_query, order, inside.value(), false, 0, end - inside.key() - 1);
+        read.rows += rest.rows;
+        if (!rest.rows.isEmpty())
+            read.last = rest.last;
+    } else if (forwardSkip <= backwardSkip) {
+        read = below == m_anchors.begin() ? KeysetPages::read(m_query, order, {}, false, start, end - start)
+                                          : KeysetPages::read(m_query, order, std::prev(below).value(), true, forwardSkip, end - start);
+    } else {
+        read = above == m_anchors.end() ? backwardsFrom({}, false, m_count - end, end - start)
+                                        : backwardsFrom(above.value(), true, backwardSkip, end - start);
     }
     if (!read.rows.isEmpty()) {
         m_anchors.insert(start, read.first);
