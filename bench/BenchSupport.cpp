@@ -81,15 +81,27 @@ void Print(const char *name, double value, const char *unit)
     std::fflush(stdout);
 }
 
-double PeakRssMb()
+namespace {
+double statusMb(const QByteArray &field)
 {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return -1;
     for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+        if (line.startsWith(field))
+            return line.mid(field.size()).trimmed().split(' ').first().toDouble() / 1024.0;
     return -1;
+}
+}   // namespace
+
+double PeakRssMb()
+{
+    return statusMb("VmHWM:");
+}
+
+double RssMb()
+{
+    return statusMb("VmRSS:");
 }
 
 }   // namespace Bench

@@ -23,5 +23,6 @@ QString OpenPantryDatabase(const QString &path);
 double MedianMs(int runs, const std::function<void()> &body);
 void Print(const char *name, double value, const char *unit);
 double PeakRssMb();
+double RssMb();   // the memory in use now
 
 }   // namespace Bench
