@@ -106,6 +106,13 @@ inline void typeInto(QWidget *window, const QString &dataField, const QString &t
     typeInto(fieldOf(window, dataField), text);
 }
 
+// Types into several controls: "Field=value;Field=value", an empty value clearing the control.
+inline void typeFields(QWidget *window, const QString &assignments)
+{
+    for (const QString &pair : assignments.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        typeInto(window, pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
+}
+
 inline QString statusText(QWidget *w)
 {
     return w->findChild<QLabel *>(QStringLiteral("lblStatus"))->text();
