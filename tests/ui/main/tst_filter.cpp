@@ -366,22 +366,21 @@ private slots:
 
         // Tab and Enter move through the cells that take a value; Escape closes an editor; Delete clears a row.
         d.grid()->setCurrentIndex(d.model()->index(0, Field));
-        QTest::keyClick(d.editor(), Qt::Key_Tab);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Cond));
-        QTest::keyClick(d.editor(), Qt::Key_Return);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value));
-        QTest::keyClick(d.editor(), Qt::Key_Tab);
-        QTest::keyClick(d.editor(), Qt::Key_Tab);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(1, Conj));
-        QTest::keyClick(d.editor(), Qt::Key_Backtab);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
+        const std::tuple<Qt::Key, int, int> moves[] = {{Qt::Key_Tab, 0, Cond},
+                                                       {Qt::Key_Return, 0, Value},
+                                                       {Qt::Key_Tab, 0, Value2},
+                                                       {Qt::Key_Tab, 1, Conj},
+                                                       {Qt::Key_Backtab, 0, Value2}};
+        for (const auto &[key, row, column] : moves) {
+            QTest::keyClick(d.editor(), key);
+            QCOMPARE(d.grid()->currentIndex(), d.model()->index(row, column));
+        }
         QTest::keyClick(d.editor(), Qt::Key_Escape);   // closes the editor, not the dialog
         QVERIFY(d.isOpen() && !d.editor());
         QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
         d.grid()->setCurrentIndex(d.model()->index(0, Field));
         QTest::keyClick(d.editor(), Qt::Key_Delete);
-        QCOMPARE(d.cell(0, Field), QString("FEMA Contacted?"));   // the second criterion moved up
-        QCOMPARE(d.cell(0, Conj), QString("Where"));
+        QCOMPARE(d.cell(0, Conj) + ' ' + d.cell(0, Field), QString("Where FEMA Contacted?"));   // the second criterion moved up
         QVERIFY(d.grid()->isColumnHidden(Value2));
         QCOMPARE(d.model()->rowCount(), 2);
 
@@ -417,9 +416,7 @@ private slots:
         QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));
 
         d = FilterDialog::open(world);
-        QCOMPARE(d.cell(0, Field), QString("City"));
-        QCOMPARE(d.cell(1, Value), QString("Normal"));
-        QCOMPARE(d.cell(1, Conj), QString("Or"));
+        QCOMPARE((QStringList {d.cell(0, Field), d.cell(1, Value), d.cell(1, Conj)}), (QStringList {"City", "Normal", "Or"}));
         d.set(1, Value, "Peoria");
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams"}));   // Eve, Mary, Văn, Zoe
