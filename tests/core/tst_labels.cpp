@@ -193,41 +193,6 @@ private Q_SLOTS:
         QVERIFY(!findTemplate(list, "Avery 51").has_value());   // more than one holds it
     }
 
-    // An older file keeps its templates as they are, gains the paper size and the missing sheets, and one default.
-    void olderFileUpgrades()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath("v1.tmdb");
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("v1"));
-            db.setDatabaseName(path);
-            QVERIFY(db.open());
-            QFile schema(QStringLiteral(TENDMARK_SOURCE_DIR "/core/schema/schema-v1.sql"));
-            QVERIFY(schema.open(QIODevice::ReadOnly));
-            QString error;
-            QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
-            for (const QString &sql :
-                 {QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId), QStringLiteral("PRAGMA user_version = 1"),
-                  QStringLiteral("INSERT INTO LabelDetails (Description, Height, Width, TopMargin, SideMargin, VerticalPitch, "
-                                 "HorizontalPitch, NumberAcross, NumberDown, \"Default\") VALUES "
-                                 "('Avery 5160 Address (1 x 2 5/8 in, 30 per sheet)', 1, 2.625, 0.52, 0.19, 1, 2.75, 3, 10, 0), "
-                                 "('Our own', 1, 4, 0.5, 0.15, 1, 4.2, 2, 10, 1)")})
-                QVERIFY2(QSqlQuery(db).exec(sql), qPrintable(sql));
-            db.close();
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("v1"));
-        QString error;
-        QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
-        const QList<Template> list = loadTemplates();
-        basDatabase::CloseConnection();
-        QCOMPARE(list.size(), 12);
-        QCOMPARE(defaultTemplate(list)->description, QStringLiteral("Our own"));
-        QCOMPARE(findTemplate(list, "5160")->topMargin, 0.52);
-        QCOMPARE(findTemplate(list, "Our own")->paper, Paper::Letter);
-        QCOMPARE(findTemplate(list, "L7165")->paper, Paper::A4);
-        QCOMPARE(Schema::InspectFile(path).version, Schema::CurrentVersion);
-    }
-
     void savingKeepsOneDefaultAndUniqueNames()
     {
         TestDatabase db;

@@ -1,3 +1,5 @@
+#include "Backups.h"
+#include "LabelTemplates.h"
 #include "LookupTables.h"
 #include "OptionsStore.h"
 #include "Schema.h"
@@ -8,6 +10,7 @@
 #include "basErrorHandler.h"
 
 #include <QFile>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -122,6 +125,52 @@ private Q_SLOTS:
         QVERIFY(error.contains("already exists"));
         QVERIFY(Schema::CreateDatabase(path, true, &error));
         QVERIFY(Schema::CheckFile(path).isEmpty());
+    }
+
+    // An older file is backed up as it was, then gains what this version adds; its rows and templates stay as they were.
+    void olderFileIsBackedUpThenUpgraded()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("old.tmdb"));
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("v1"));
+            db.setDatabaseName(path);
+            QVERIFY(db.open());
+            QFile schema(QStringLiteral(TENDMARK_SOURCE_DIR "/core/schema/schema-v1.sql"));
+            QVERIFY(schema.open(QIODevice::ReadOnly));
+            QString error;
+            QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
+            for (const QString &sql :
+                 {QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId), QStringLiteral("PRAGMA user_version = 1"),
+                  QStringLiteral("INSERT INTO Client (LastName) VALUES ('Old')"),
+                  QStringLiteral("INSERT INTO LabelDetails (Description, Height, Width, TopMargin, SideMargin, VerticalPitch, "
+                                 "HorizontalPitch, NumberAcross, NumberDown, \"Default\") VALUES "
+                                 "('Avery 5160 Address (1 x 2 5/8 in, 30 per sheet)', 1, 2.625, 0.52, 0.19, 1, 2.75, 3, 10, 0), "
+                                 "('Our own', 1, 4, 0.5, 0.15, 1, 4.2, 2, 10, 1)")})
+                QVERIFY2(QSqlQuery(db).exec(sql), qPrintable(sql));
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("v1"));
+        QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Ok);
+        QString error;
+        QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
+        const QList<Labels::Template> templates = Labels::loadTemplates();
+        basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
+        const int logged = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM AuditLog WHERE Operation = 'delete'")).toInt();
+        basDatabase::CloseConnection();
+        QCOMPARE(logged, 1);
+        QCOMPARE(Schema::CheckFile(path), QStringList());
+        QCOMPARE(Schema::InspectFile(path).version, Schema::CurrentVersion);
+        const QList<Backups::Info> backups = Backups::List(path);
+        QCOMPARE(backups.size(), 1);
+        QCOMPARE(backups.at(0).clients, 1);
+        QCOMPARE(Schema::InspectFile(backups.at(0).path).version, 1);
+        // The sheets it lacked are added, with the paper size; its own default stays the one default.
+        QCOMPARE(templates.size(), 12);
+        QCOMPARE(Labels::defaultTemplate(templates)->description, QStringLiteral("Our own"));
+        QCOMPARE(Labels::findTemplate(templates, "5160")->topMargin, 0.52);
+        QCOMPARE(Labels::findTemplate(templates, "Our own")->paper, Labels::Paper::Letter);
+        QCOMPARE(Labels::findTemplate(templates, "L7165")->paper, Labels::Paper::A4);
     }
 
     // Every foreign key to a lookup table is listed, and nothing else is: a missing one
