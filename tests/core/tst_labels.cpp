@@ -109,68 +109,32 @@ private Q_SLOTS:
     }
 
     // A template that cannot print names the measure at fault.
-    void validationNamesTheWrongMeasure_data()
-    {
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("paper");
-        QTest::addColumn<QString>("blamed");
-        QTest::addColumn<QString>("words");
-        QTest::newRow("sound") << "" << 0.0 << "Letter"
-                               << ""
-                               << "";
-        QTest::newRow("zero across") << "NumberAcross" << 0.0 << "Letter"
-                                     << "NumberAcross"
-                                     << "Number Across";
-        QTest::newRow("zero down") << "NumberDown" << 0.0 << "Letter"
-                                   << "NumberDown"
-                                   << "Number Down";
-        QTest::newRow("negative margin") << "TopMargin" << -0.1 << "Letter"
-                                         << "TopMargin"
-                                         << "negative";
-        QTest::newRow("labels overlap") << "HorizontalPitch" << 2.5 << "Letter"
-                                        << "HorizontalPitch"
-                                        << "overlap";
-        QTest::newRow("pitch too large") << "HorizontalPitch" << 2.9 << "Letter"
-                                         << "HorizontalPitch"
-                                         << "0.11 in past the right edge";
-        QTest::newRow("side margin too large") << "SideMargin" << 6.0 << "Letter"
-                                               << "SideMargin"
-                                               << "Side Margin is too large";
-        QTest::newRow("too many rows") << "NumberDown" << 11.0 << "Letter"
-                                       << "VerticalPitch"
-                                       << "bottom edge of the Letter paper";
-        QTest::newRow("a Letter sheet on A4") << "" << 0.0 << "A4"
-                                              << "HorizontalPitch"
-                                              << "A4 paper (8.27 x 11.69 in)";
-        QTest::newRow("tiny label") << "Height" << 0.05 << "Letter"
-                                    << "Height"
-                                    << "at least 0.10 in";
-    }
     void validationNamesTheWrongMeasure()
     {
-        QFETCH(QString, column);
-        QFETCH(double, value);
-        QFETCH(QString, paper);
-        QFETCH(QString, blamed);
-        QFETCH(QString, words);
-        Template t = avery5160();
-        t.paper = *paperFromName(paper);
-        if (column == "NumberAcross")
-            t.numberAcross = int(value);
-        else if (column == "NumberDown")
-            t.numberDown = int(value);
-        else if (column == "TopMargin")
-            t.topMargin = value;
-        else if (column == "SideMargin")
-            t.sideMargin = value;
-        else if (column == "HorizontalPitch")
-            t.horizontalPitch = value;
-        else if (column == "Height")
-            t.height = value;
-        const Problem p = validate(t);
-        QCOMPARE(p.column, blamed);
-        QVERIFY2(p.text.contains(words), qPrintable(p.text));
+        const struct
+        {
+            const char *tag;
+            void (*change)(Template &);
+            QString blamed, words;
+        } cases[] = {
+            {"sound", [](Template &) {}, "", ""},
+            {"zero across", [](Template &t) { t.numberAcross = 0; }, "NumberAcross", "Number Across"},
+            {"zero down", [](Template &t) { t.numberDown = 0; }, "NumberDown", "Number Down"},
+            {"negative margin", [](Template &t) { t.topMargin = -0.1; }, "TopMargin", "negative"},
+            {"labels overlap", [](Template &t) { t.horizontalPitch = 2.5; }, "HorizontalPitch", "overlap"},
+            {"pitch too large", [](Template &t) { t.horizontalPitch = 2.9; }, "HorizontalPitch", "0.11 in past the right edge"},
+            {"side margin too large", [](Template &t) { t.sideMargin = 6; }, "SideMargin", "Side Margin is too large"},
+            {"too many rows", [](Template &t) { t.numberDown = 11; }, "VerticalPitch", "bottom edge of the Letter paper"},
+            {"a Letter sheet on A4", [](Template &t) { t.paper = Paper::A4; }, "HorizontalPitch", "A4 paper (8.27 x 11.69 in)"},
+            {"tiny label", [](Template &t) { t.height = 0.05; }, "Height", "at least 0.10 in"},
+        };
+        for (const auto &c : cases) {
+            Template t = avery5160();
+            c.change(t);
+            const Problem p = validate(t);
+            QVERIFY2(p.column == c.blamed && p.text.contains(c.words),
+                     qPrintable(QStringLiteral("%1: %2 %3").arg(c.tag, p.column, p.text)));
+        }
     }
 
     // The standard sheets are sound, on their paper, with 5160 the one default.
@@ -221,27 +185,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QString>("from");   // a last name: start with that client
         QTest::addColumn<QString>("expected");   // the error, or the first lines joined
-        QTest::newRow("all clients by last name") << 1 << 1 << ""
-                                                  << ""
-                                                  << "Adams, Al|O'Brien, Seán|Zhang, Wei";
-        QTest::newRow("starting with the current client") << 1 << 1 << ""
-                                                          << "O'Brien"
-                                                          << "O'Brien, Seán|Zhang, Wei";
-        QTest::newRow("no copies") << 0 << 1 << ""
-                                   << ""
-                                   << "Number of copies must be between 1 and 1000.";
-        QTest::newRow("100,000 copies") << 100000 << 1 << ""
-                                        << ""
-                                        << "Number of copies must be between 1 and 1000.";
-        QTest::newRow("start past the sheet") << 1 << 31 << ""
-                                              << ""
-                                              << "Starting position must be between 1 and 30";
-        QTest::newRow("no clients in the scope") << 1 << 1 << "SELECT * FROM Client WHERE 0"
-                                                 << ""
-                                                 << "There are no clients to print labels for.";
-        QTest::newRow("current client not in the recordset") << 1 << 1 << "SELECT * FROM Client WHERE LastName = 'Zhang'"
-                                                             << "Adams"
-                                                             << "The current client is not among the clients to print.";
+        const auto row = [](const char *tag, int copies, int start, const char *sql, const char *from, const char *expected) {
+            QTest::newRow(tag) << copies << start << QString::fromUtf8(sql) << QString::fromUtf8(from) << QString::fromUtf8(expected);
+        };
+        row("all clients by last name", 1, 1, "", "", "Adams, Al|O'Brien, Seán|Zhang, Wei");
+        row("starting with the current client", 1, 1, "", "O'Brien", "O'Brien, Seán|Zhang, Wei");
+        row("no copies", 0, 1, "", "", "Number of copies must be between 1 and 1000.");
+        row("100,000 copies", 100000, 1, "", "", "Number of copies must be between 1 and 1000.");
+        row("start past the sheet", 1, 31, "", "", "Starting position must be between 1 and 30");
+        row("no clients in the scope", 1, 1, "SELECT * FROM Client WHERE 0", "", "There are no clients to print labels for.");
+        row("current client not in the recordset", 1, 1, "SELECT * FROM Client WHERE LastName = 'Zhang'", "Adams",
+            "The current client is not among the clients to print.");
     }
     void planningARun()
     {
