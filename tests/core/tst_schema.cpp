@@ -25,16 +25,9 @@ private Q_SLOTS:
         QVERIFY(basDatabase::Field("Payments", "PaymentsTypeID").isValid());
         QVERIFY(basDatabase::Field("Volunteer", "EmailAddress").isValid());   // the editor's spelling finds the column
 
-        // Column declarations are read at run time.
-        const FieldInfo ssn = basDatabase::Field("Client", "SocialSecurityNumber");
-        QCOMPARE(ssn.type, FieldInfo::Type::Text);
-        QCOMPARE(ssn.size, 11);
-        QCOMPARE(basDatabase::Field("Client", "BirthDate").type, FieldInfo::Type::Date);
-        QCOMPARE(basDatabase::Field("Payments", "AmountPaid").type, FieldInfo::Type::Currency);
-        QCOMPARE(basDatabase::Field("Client", "Comments").type, FieldInfo::Type::Memo);
+        // Column declarations are read at run time; the field rules' test shows the text, date, money, memo and required ones.
         QCOMPARE(basDatabase::Field("Client", "FEMAContacted").type, FieldInfo::Type::Boolean);
         QCOMPARE(basDatabase::Field("LabelDetails", "Height").type, FieldInfo::Type::Double);
-        QVERIFY(basDatabase::Field("EthnicOrigin", "EthnicOriginDescription").required);
         QVERIFY(!basDatabase::Field("Client", "LastName").required);
         QVERIFY(basDatabase::Field("Client", "ClientID").isKey);
 
