@@ -1,5 +1,5 @@
-#include "AuditLog.h"
 #include "CliRun.h"
+#include "Schema.h"
 #include "TestDatabase.h"
 
 #include <QTemporaryDir>
@@ -20,7 +20,7 @@ class TestCliImport : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { AuditLog::RegisterUserFunction(); }
+    void initTestCase() { Schema::RegisterTriggerFunctions(); }
 
     void dryRunThenImportSayRowByRowWhatHappens()
     {

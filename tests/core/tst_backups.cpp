@@ -140,13 +140,14 @@ private Q_SLOTS:
             QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
             QSqlQuery(db).exec(QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId));
             QSqlQuery(db).exec(QStringLiteral("PRAGMA user_version = 1"));
-            QSqlQuery(db).exec(QStringLiteral("INSERT INTO Client (LastName) VALUES ('Old')"));
+            QSqlQuery(db).exec(QStringLiteral("INSERT INTO Client (LastName) VALUES ('Óld')"));
             db.close();
         }
         QSqlDatabase::removeDatabase(QStringLiteral("v1"));
         QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Ok);
         QString error;
         QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
+        QCOMPARE(basDatabase::ScalarValue(QStringLiteral("SELECT LastNameKey FROM Client")).toString(), QStringLiteral("old"));
         basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
         const int logged = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM AuditLog WHERE Operation = 'delete'")).toInt();
         basDatabase::CloseConnection();

@@ -24,7 +24,8 @@ private Q_SLOTS:
                              "ZipCode HomePhone WorkPhone MobilePhone Fax BirthDate Gender MaritalStatusID EthnicOriginID "
                              "EducationLevelID HousingID ReligiousPreferenceID OtherAssistanceID EmployerName EmployerAddress "
                              "EmployerCity EmployerState EmployerZip EmployerDurationYears EmployerDurationMonths FormerAddress "
-                             "DietaryRequirements MedicalProblems RelativesSearchingFor FEMAContacted FEMAEligible FEMAComments Comments")
+                             "DietaryRequirements MedicalProblems RelativesSearchingFor FEMAContacted FEMAEligible FEMAComments Comments "
+                             "LastNameKey FirstNameKey AddressKey CityKey")
                   .split(QLatin1Char(' '));
         QStringList actual;
         for (const FieldInfo &f : basDatabase::Fields(QStringLiteral("Client")))
