@@ -6,6 +6,8 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTextStream>
@@ -90,6 +92,20 @@ double PeakRssMb()
         if (line.startsWith("VmHWM:"))
             return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
     return -1;
+}
+
+double ShellMs(const QString &path, const QString &sql)
+{
+    QProcess shell;
+    shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
+    if (!shell.waitForStarted())
+        return -1;
+    shell.write(QStringLiteral(".timer on\nSELECT COUNT(*) FROM (%1);\n").arg(sql).toUtf8());
+    shell.closeWriteChannel();
+    shell.waitForFinished(-1);
+    const QString out = QString::fromUtf8(shell.readAllStandardOutput() + shell.readAllStandardError());
+    const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("Run Time: real ([0-9.]+)")).match(out);
+    return m.hasMatch() ? m.captured(1).toDouble() * 1000 : -1;
 }
 
 }   // namespace Bench

@@ -1,5 +1,6 @@
 #include "RecordQueries.h"
 
+#include "FilterStatement.h"
 #include "SqlText.h"
 #include "basDatabase.h"
 
@@ -20,14 +21,16 @@ QString allClients()
     return QStringLiteral("SELECT * FROM Client");
 }
 
-QString allClientsByLastName()
+QString clientsByName(const QString &filter)
 {
-    return QStringLiteral("SELECT * FROM Client ORDER BY LastName");
+    return (filter.isEmpty() ? allClients() : FilterStatement::matching(QStringLiteral("Client"), filter))
+        + QStringLiteral(" ORDER BY LastNameKey, FirstNameKey, ClientID");
 }
 
-QString allVolunteers()
+QString volunteersByName(const QString &filter)
 {
-    return QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
+    return (filter.isEmpty() ? QStringLiteral("SELECT * FROM Volunteer") : FilterStatement::matching(QStringLiteral("Volunteer"), filter))
+        + QStringLiteral(" ORDER BY LastNameKey, FirstNameKey, VolunteerID");
 }
 
 Query clientList(const QString &base)
@@ -45,7 +48,7 @@ Query clientList(const QString &base)
         + SqlText::phone(QStringLiteral("HomePhone")) + QStringLiteral(" AS HomePhone, ") + SqlText::phone(QStringLiteral("WorkPhone"))
         + QStringLiteral(" AS WorkPhone, ") + SqlText::phone(QStringLiteral("MobilePhone")) + QStringLiteral(" AS MobilePhone, ")
         + oneLine(QStringLiteral("Comments")) + QStringLiteral(" AS Comments FROM (") + base
-        + QStringLiteral(") AS Client ORDER BY LastName");
+        + QStringLiteral(") AS Client ORDER BY LastNameKey, FirstNameKey, ClientID");
     query.countSql = QStringLiteral("SELECT ClientID FROM (%1)").arg(base);
     return query;
 }

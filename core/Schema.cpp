@@ -2,6 +2,7 @@
 
 #include "AuditLog.h"
 #include "FileHealth.h"
+#include "FoldedText.h"
 #include "PrivateFiles.h"
 #include "Transaction.h"
 
@@ -55,10 +56,7 @@ bool addAgeBrackets(QSqlDatabase db, QString *error)
 
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
-    AuditLog::Install,
-    widenFoodServiceDateIndex,
-    addLabelPaperSizes,
-    addAgeBrackets,
+    AuditLog::Install, widenFoodServiceDateIndex, addLabelPaperSizes, addAgeBrackets, FoldedText::AddKeyColumns,
 };
 
 // A private read-only connection for looking at a file.
@@ -324,6 +322,12 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
     return true;
 }
 
+void RegisterTriggerFunctions()
+{
+    AuditLog::RegisterUserFunction();
+    FoldedText::RegisterSqlFunctions();
+}
+
 bool CreateDatabase(const QString &path, bool overwrite, QString *error, const std::function<bool(QSqlDatabase, QString *)> &fill)
 {
     if (QFileInfo::exists(path) && !overwrite) {
@@ -331,7 +335,7 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error, const s
             *error = QCoreApplication::translate("Schema", "The file '%1' already exists.").arg(path);
         return false;
     }
-    AuditLog::RegisterUserFunction();
+    RegisterTriggerFunctions();
     // A fixed name beside the target, so that a run killed half-way is cleared by the next.
     const QFileInfo target(path);
     const QString building = target.absoluteDir().filePath(QStringLiteral(".%1.creating").arg(target.fileName()));

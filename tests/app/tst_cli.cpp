@@ -1,5 +1,5 @@
-#include "AuditLog.h"
 #include "CliRun.h"
+#include "Schema.h"
 #include "TestDatabase.h"
 
 #include <QDir>
@@ -34,7 +34,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         ::umask(022);
-        AuditLog::RegisterUserFunction();   // the test's own connections write audited tables
+        Schema::RegisterTriggerFunctions();   // the test's own connections write audited tables
     }
 
     void newDemoBackupAndCheckMakeOwnerOnlyFiles()

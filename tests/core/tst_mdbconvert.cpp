@@ -1,6 +1,5 @@
 #include "AccessFile.h"
 #include "AccessSample.h"
-#include "AuditLog.h"
 #include "MdbConvert.h"
 #include "Money.h"
 #include "Schema.h"
@@ -94,7 +93,7 @@ class TestMdbConvert : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        AuditLog::RegisterUserFunction();
+        Schema::RegisterTriggerFunctions();
         QVERIFY2(QFile::exists(AccessSample::path()), qPrintable(AccessSample::path()));
     }
 

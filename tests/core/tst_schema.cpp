@@ -110,7 +110,7 @@ private Q_SLOTS:
             QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
             for (const QString &sql :
                  {QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId), QStringLiteral("PRAGMA user_version = 1"),
-                  QStringLiteral("INSERT INTO Client (LastName) VALUES ('Old')"),
+                  QStringLiteral("INSERT INTO Client (LastName) VALUES ('Óld')"),
                   QStringLiteral("INSERT INTO LabelDetails (Description, Height, Width, TopMargin, SideMargin, VerticalPitch, "
                                  "HorizontalPitch, NumberAcross, NumberDown, \"Default\") VALUES "
                                  "('Avery 5160 Address (1 x 2 5/8 in, 30 per sheet)', 1, 2.625, 0.52, 0.19, 1, 2.75, 3, 10, 0), "
@@ -123,6 +123,7 @@ private Q_SLOTS:
         QString error;
         QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
         const QList<Labels::Template> templates = Labels::loadTemplates();
+        QCOMPARE(basDatabase::ScalarValue(QStringLiteral("SELECT LastNameKey FROM Client")).toString(), QStringLiteral("old"));
         basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
         const int logged = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM AuditLog WHERE Operation = 'delete'")).toInt();
         basDatabase::CloseConnection();

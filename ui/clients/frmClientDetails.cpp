@@ -3,7 +3,6 @@
 #include "ClientRules.h"
 #include "ClientSubGrid.h"
 #include "DataBinding.h"
-#include "FilterStatement.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "basClient.h"
@@ -44,7 +43,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(tr(kCaption));
-    m_sql = RecordQueries::allClientsByLastName();
+    m_sql = RecordQueries::clientsByName();
     m_rs = new Recordset(this);
     connect(m_fields, &BoundFields::edited, this, &frmClientDetails::markChanged);
     m_fields->setLeaveCheck([this](QWidget *c) { validateOnLeave(c); });
@@ -469,8 +468,7 @@ bool frmClientDetails::queryUnload()
 
 void frmClientDetails::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
-                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
+    m_sql = RecordQueries::clientsByName(sql);
     setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 

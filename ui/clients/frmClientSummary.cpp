@@ -1,7 +1,6 @@
 #include "frmClientSummary.h"
 
 #include "ClientSubGrid.h"
-#include "FilterStatement.h"
 #include "Prompt.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
@@ -27,7 +26,7 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientSummary"));
     setWindowTitle(tr(kCaption));
-    m_sql = RecordQueries::allClientsByLastName();
+    m_sql = RecordQueries::clientsByName();
     m_rs = new Recordset(this);
 
     auto *info = new QGroupBox(tr("Client Information"), this);
@@ -176,8 +175,7 @@ void frmClientSummary::setClientID(const QString &id)
 
 void frmClientSummary::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
-                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
+    m_sql = RecordQueries::clientsByName(sql);
     setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 

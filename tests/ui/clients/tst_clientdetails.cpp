@@ -137,9 +137,9 @@ private slots:
         auto *w = world.open<frmClientDetails>("mnuDataClientDetails");
         w->setClientID(QStringLiteral("ADD"));
 
-        // The same address in other letter case: offered; Cancel saves anyway.
+        // The same address in other letter case and with the street word written out: offered; Cancel saves anyway.
         world.prompts.answerPick(std::nullopt);
-        typeRequired(w, "O'Brien", "444556666", "12 MAIN ST", "springfield");
+        typeRequired(w, "O'Brien", "444556666", "12 MAIN STREET", "springfield");
         QVERIFY(w->SaveCurrentRecord());
         QCOMPARE(world.prompts.pickRequests().size(), 1);
         const Prompt::PickRequest address = world.prompts.pickRequests().first();
