@@ -39,6 +39,7 @@ private Q_SLOTS:
         // A new record keeps the text and buttons shown before it.
         QTest::newRow("new beside others") << 0 << 3 << QStringLiteral("Record: 1 of 3     ID: 7") << QStringLiteral("  NL");
         QTest::newRow("new, none saved") << -1 << 0 << QStringLiteral("Record: 0 of 0") << QStringLiteral("    ");
+        QTest::newRow("adding beside others") << -1 << 3 << QStringLiteral("Record: 1 of 3     ID: 7") << QStringLiteral("FPNL");
     }
 
     void stripShowsThePosition()
