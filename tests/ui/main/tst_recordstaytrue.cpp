@@ -142,6 +142,37 @@ private slots:
         QCOMPARE(TestDatabase::count("FoodService"), 3);
         QCOMPARE(statusText(editor), shown(2, 3, editor->recordId().toLongLong()));
     }
+
+    // On the income/expenses tab Add adds to the list last chosen, which stands out and is named on the button.
+    void addNamesTheChosenList()
+    {
+        ClientWorld world;
+        const qint64 id = ClientWorld::addClient("Adams", "Ann");
+        auto *details = world.open<frmClientDetails>("mnuDataClientDetails");
+        auto *tabs = details->findChild<QTabWidget *>(QStringLiteral("tabData"));
+        tabs->setCurrentIndex(frmClientDetails::IncomeExpensesTab);
+        QWidget *page = tabs->widget(frmClientDetails::IncomeExpensesTab);
+        const QList<QTableView *> grids = page->findChildren<QTableView *>(QStringLiteral("grdData"));
+        QCOMPARE(grids.size(), 2);
+        QPushButton *add = page->findChild<QPushButton *>(QStringLiteral("cmdGridDataAdd"));
+        const struct
+        {
+            QTableView *grid;
+            const char *caption, *tip, *window;
+        } choices[] = {{grids.at(1), "&Add Expense...", "Click to add a new expense entry.", "Add/Edit Expenses"},
+                       {grids.at(0), "&Add Income...", "Click to add a new income entry.", "Add/Edit Income"}};
+        for (const auto &c : choices) {
+            QTest::mouseClick(c.grid->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
+            QCOMPARE(add->text(), QString::fromLatin1(c.caption));
+            QCOMPARE(add->toolTip(), QString::fromLatin1(c.tip));
+            QVERIFY(c.grid->styleSheet().contains("highlight"));
+            add->click();
+            MdiChild *editor = world.main.activeChild();
+            QCOMPARE(editor->windowTitle(), QString::fromLatin1(c.window));
+            QCOMPARE(qobject_cast<RecordEditor *>(editor)->ClientID(), QString::number(id));
+            ClientWorld::closeWindow(editor);
+        }
+    }
 };
 
 QTEST_MAIN(tst_RecordsStayTrue)
