@@ -173,6 +173,25 @@ private slots:
             ClientWorld::closeWindow(editor);
         }
     }
+
+    // The lookup editor's Delete waits for a row the user chose.
+    void lookupDeleteWaitsForAChosenRow()
+    {
+        Desk s;
+        menu(s.main, "mnuToolsTablesHousing")->trigger();
+        auto *form = qobject_cast<frmTableGrid *>(s.main.activeChild());
+        QVERIFY(form);
+        auto *grid = form->findChild<QTableView *>(QStringLiteral("grdData"));
+        QPushButton *del = button(form, "cmdDelete");
+        grid->setFocus(Qt::TabFocusReason);
+        QVERIFY(grid->currentIndex().isValid());   // the grid makes a current cell of its own
+        QVERIFY(!del->isEnabled());
+        QVERIFY(!s.main.toolbarButton("Delete")->isEnabled());
+        clickRow(grid, 1);
+        QVERIFY(del->isEnabled());
+        grid->selectionModel()->clearSelection();
+        QVERIFY(!del->isEnabled());
+    }
 };
 
 QTEST_MAIN(tst_RecordsStayTrue)
