@@ -192,6 +192,59 @@ private slots:
         grid->selectionModel()->clearSelection();
         QVERIFY(!del->isEnabled());
     }
+
+    // The organisation's phone takes 7 or 10 digits, shaped as typed and as stored.
+    void optionsPhoneShowsItsDigits_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("stored");   // empty: refused
+        QTest::newRow("seven") << "5551234"
+                               << "555-1234"
+                               << "5551234";
+        QTest::newRow("ten") << "5125551234"
+                             << "(512) 555-1234"
+                             << "5125551234";
+        QTest::newRow("typed with dashes") << "555-12-34"
+                                           << "555-1234"
+                                           << "5551234";
+        QTest::newRow("eight") << "55512345"
+                               << "(555) 123-45"
+                               << "";
+        QTest::newRow("eleven") << "51255512349"
+                                << "(512) 555-1234"
+                                << "5125551234";
+    }
+
+    void optionsPhoneShowsItsDigits()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(QString, stored);
+        Desk s;
+        auto open = [&] {
+            QTest::qWait(0);
+            menu(s.main, "mnuToolsOptions")->trigger();
+            auto *dialog = s.main.findChild<frmOptions *>();
+            QApplication::setActiveWindow(dialog);
+            return dialog;
+        };
+        frmOptions *dialog = open();
+        auto *phone = qobject_cast<QLineEdit *>(fieldOf(dialog, "OrganizationPhone"));
+        typeInto(phone, typed);
+        QCOMPARE(phone->text(), shown);
+        button(dialog, "cmdOk")->click();
+        const QString after = TestDatabase::scalar("SELECT ifnull(OrganizationPhone, '') FROM Organization").toString();
+        if (stored.isEmpty()) {
+            QVERIFY(s.prompts.titles().contains("Data Entry Error"));
+            QVERIFY(after.size() != 8);
+            return;
+        }
+        QCOMPARE(after, stored);
+        dialog = open();
+        QCOMPARE(qobject_cast<QLineEdit *>(fieldOf(dialog, "OrganizationPhone"))->text(), shown);
+        button(dialog, "cmdCancel")->click();
+    }
 };
 
 QTEST_MAIN(tst_RecordsStayTrue)
