@@ -245,6 +245,22 @@ private slots:
         QCOMPARE(qobject_cast<QLineEdit *>(fieldOf(dialog, "OrganizationPhone"))->text(), shown);
         button(dialog, "cmdCancel")->click();
     }
+
+    // The family member's time with the employer reads "[ ] yrs [ ] months" on one line.
+    void employerDurationIsLabelledAfterEachBox()
+    {
+        EditorDesk desk;
+        auto *w = desk.open<frmFamilyMember>(RecordKind::FamilyMember);
+        QVERIFY(w);
+        for (const auto &[field, unit] : {std::pair {"EmployerDurationYears", "yrs"}, std::pair {"EmployerDurationMonths", "months"}}) {
+            QWidget *box = w->boundControl(QLatin1String(field));
+            QLabel *label = w->label(box->property("Index").toInt());
+            QCOMPARE(label->text(), QString::fromLatin1(unit));
+            QVERIFY(label->x() >= box->x() + box->width());
+            QVERIFY(qAbs(label->geometry().center().y() - box->geometry().center().y()) <= 2);
+        }
+        QCOMPARE(w->boundControl("EmployerDurationYears")->y(), w->boundControl("EmployerDurationMonths")->y());
+    }
 };
 
 QTEST_MAIN(tst_RecordsStayTrue)
