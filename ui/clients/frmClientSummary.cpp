@@ -216,11 +216,9 @@ MdiChild::Commands frmClientSummary::commands() const
 void frmClientSummary::refillForClient(const QString &)
 {
     basErrorHandler::Guard(QStringLiteral("frmClientSummary.Form_Activate"), [&] {
-        const QString id = m_clientId;
-        const int position = m_rs->absolutePosition();
-        m_rs->requery();
-        if (!m_rs->find(id) && m_rs->recordCount() > 0)
-            m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
+        m_rs->resync();
+        if (!m_rs->onRow() && m_rs->recordCount() > 0)
+            m_rs->moveFirst();   // the first client added to an empty list
         DisplayClient();
     });
 }

@@ -243,6 +243,8 @@ private Q_SLOTS:
                                            << "  NL";
         QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0"
                                          << "    ";
+        QTest::newRow("adding beside others") << -1 << 3 << "Record: 1 of 3     ID: 7"
+                                              << "FPNL";
     }
 
     void stripShowsThePosition()

@@ -163,7 +163,7 @@ private slots:
             {"editor, existing record", "editor", "", "010000"},
             {"editor, typed", "editor", "type", "110000"},
             {"editor, deleted from the toolbar", "editor", "Delete", "000000"},
-            {"lookup editor, first row entered", "mnuToolsTablesHousing", "", "010000"},   // as its own Delete button
+            {"lookup editor, no row chosen", "mnuToolsTablesHousing", "", "000000"},   // as its own Delete button
             {"lookup editor, new entry typed", "mnuToolsTablesHousing", "type", "100000"},
         };
         for (const auto &row : rows)
