@@ -100,12 +100,17 @@ double ShellMs(const QString &path, const QString &sql)
     shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
     if (!shell.waitForStarted())
         return -1;
-    shell.write(QStringLiteral(".timer on\nSELECT COUNT(*) FROM (%1);\n").arg(sql).toUtf8());
+    // Five runs, the best kept: the shell's page cache is as warm as the program's.
+    shell.write(QStringLiteral(".timer on\n%1").arg(QStringLiteral("SELECT COUNT(*) FROM (%1);\n").arg(sql).repeated(5)).toUtf8());
     shell.closeWriteChannel();
     shell.waitForFinished(-1);
     const QString out = QString::fromUtf8(shell.readAllStandardOutput() + shell.readAllStandardError());
-    const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("Run Time: real ([0-9.]+)")).match(out);
-    return m.hasMatch() ? m.captured(1).toDouble() * 1000 : -1;
+    double best = -1;
+    for (const QRegularExpressionMatch &m : QRegularExpression(QStringLiteral("Run Time: real ([0-9.]+)")).globalMatch(out)) {
+        const double ms = m.captured(1).toDouble() * 1000;
+        best = best < 0 ? ms : qMin(best, ms);
+    }
+    return best;
 }
 
 }   // namespace Bench

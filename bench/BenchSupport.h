@@ -23,7 +23,7 @@ QString OpenPantryDatabase(const QString &path);
 double MedianMs(int runs, const std::function<void()> &body);
 void Print(const char *name, double value, const char *unit);
 double PeakRssMb();
-// The sqlite3 shell's own time for counting the statement's rows; -1 when the shell is missing.
+// The sqlite3 shell's own time for counting the statement's rows (the best of five); -1 when the shell is missing.
 double ShellMs(const QString &path, const QString &sql);
 
 }   // namespace Bench
