@@ -6,6 +6,8 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTextStream>
@@ -102,6 +104,25 @@ double PeakRssMb()
 double RssMb()
 {
     return statusMb("VmRSS:");
+}
+
+double ShellMs(const QString &path, const QString &sql)
+{
+    QProcess shell;
+    shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
+    if (!shell.waitForStarted())
+        return -1;
+    // Five runs, the best kept: the shell's page cache is as warm as the program's.
+    shell.write(QStringLiteral(".timer on\n%1").arg(QStringLiteral("SELECT COUNT(*) FROM (%1);\n").arg(sql).repeated(5)).toUtf8());
+    shell.closeWriteChannel();
+    shell.waitForFinished(-1);
+    const QString out = QString::fromUtf8(shell.readAllStandardOutput() + shell.readAllStandardError());
+    double best = -1;
+    for (const QRegularExpressionMatch &m : QRegularExpression(QStringLiteral("Run Time: real ([0-9.]+)")).globalMatch(out)) {
+        const double ms = m.captured(1).toDouble() * 1000;
+        best = best < 0 ? ms : qMin(best, ms);
+    }
+    return best;
 }
 
 }   // namespace Bench

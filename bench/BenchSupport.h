@@ -24,5 +24,7 @@ double MedianMs(int runs, const std::function<void()> &body);
 void Print(const char *name, double value, const char *unit);
 double PeakRssMb();
 double RssMb();   // the memory in use now
+// The sqlite3 shell's own time for counting the statement's rows (the best of five); -1 when the shell is missing.
+double ShellMs(const QString &path, const QString &sql);
 
 }   // namespace Bench

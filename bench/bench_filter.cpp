@@ -15,10 +15,8 @@
 #include <QApplication>
 #include <QDate>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QPushButton>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
@@ -90,21 +88,6 @@ void ensureDatabase(const QString &path)
     Bench::Print("database_build", timer.elapsed() / 1000.0, "s");
 }
 
-// The sqlite3 shell's own time for the statement, counting its rows; -1 when the shell is missing.
-double shellMs(const QString &path, const QString &sql)
-{
-    QProcess shell;
-    shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
-    if (!shell.waitForStarted())
-        return -1;
-    shell.write(QStringLiteral(".timer on\nSELECT COUNT(*) FROM (%1);\n").arg(sql).toUtf8());
-    shell.closeWriteChannel();
-    shell.waitForFinished(-1);
-    const QString out = QString::fromUtf8(shell.readAllStandardOutput() + shell.readAllStandardError());
-    const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("Run Time: real ([0-9.]+)")).match(out);
-    return m.hasMatch() ? m.captured(1).toDouble() * 1000 : -1;
-}
-
 struct Timing
 {
     double ms = 0;
@@ -134,7 +117,7 @@ Timing filterList(frmMain &main, frmClientGrid *list, const QList<FilterStatemen
 
 void report(const char *name, const Timing &t, const QString &path)
 {
-    const double shell = shellMs(path, t.sql);
+    const double shell = Bench::ShellMs(path, t.sql);
     Bench::Print(qPrintable(QStringLiteral("%1_open_list").arg(QLatin1String(name))), t.ms, "ms");
     Bench::Print(qPrintable(QStringLiteral("%1_records").arg(QLatin1String(name))), t.records, "clients");
     Bench::Print(qPrintable(QStringLiteral("%1_sqlite3_shell").arg(QLatin1String(name))), shell, "ms");

@@ -2,6 +2,7 @@
 
 #include "ClientRules.h"
 #include "FieldRules.h"
+#include "FoldedText.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
 
@@ -122,7 +123,7 @@ bool yesNo(const QString &text, bool *value)
 
 QString addressKey(const QString &address, const QString &city, const QString &state)
 {
-    return address.toLower() + QChar(0x1F) + city.toLower() + QChar(0x1F) + state;
+    return FoldedText::address(address) + QChar(0x1F) + FoldedText::name(city) + QChar(0x1F) + state;
 }
 
 // What the checks need from the database, read once.

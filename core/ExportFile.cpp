@@ -108,7 +108,7 @@ bool CreateSQL(const Request &request, Query *query, QString *error)
                                            : f.expression + QStringLiteral(" AS ") + f.column);
     const QString from = QStringLiteral(" FROM %1%2").arg(table, selection.where);
     query->sql = QStringLiteral("SELECT ") + columns.join(QStringLiteral(", ")) + from
-        + QStringLiteral(" ORDER BY %1.LastName, %1.FirstName, %1.%2").arg(table, key);
+        + QStringLiteral(" ORDER BY %1.LastNameKey, %1.FirstNameKey, %1.%2").arg(table, key);
     query->countSql = QStringLiteral("SELECT COUNT(*)") + from;
     query->binds = selection.binds;
     return true;

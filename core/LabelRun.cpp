@@ -15,7 +15,7 @@ ClientList loadClients(int reportType, const RecordScope::ActiveScope &scope, co
         return result;
     }
     QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT ClientID, LastName, FirstName, MiddleInitial, Address, City, State, ZipCode "
-                                                      "FROM Client%1 ORDER BY LastName, FirstName, ClientID")
+                                                      "FROM Client%1 ORDER BY LastNameKey, FirstNameKey, ClientID")
                                            .arg(selection.where),
                                        selection.binds);
     bool started = startWith.isEmpty();

@@ -1,6 +1,7 @@
 #include "MdbConvert.h"
 
 #include "AccessFile.h"
+#include "FoldedText.h"
 #include "Money.h"
 #include "Schema.h"
 #include "SqlText.h"
@@ -114,9 +115,12 @@ QList<Column> targetColumns(QSqlDatabase db, const QString &table, const MdbSour
     q.prepare(QStringLiteral("SELECT name, type, \"notnull\", pk FROM pragma_table_info(?) ORDER BY cid"));
     q.addBindValue(table);
     q.exec();
+    const QStringList derived = FoldedText::keyColumns(table);
     while (q.next()) {
         Column c;
         c.name = q.value(0).toString();
+        if (derived.contains(c.name))
+            continue;
         c.type = targetType(q.value(1).toString(), &c.length);
         c.notNull = q.value(2).toBool();
         c.key = q.value(3).toInt() > 0;

@@ -1,5 +1,6 @@
 #include "RecordQueries.h"
 
+#include "FilterStatement.h"
 #include "SqlText.h"
 #include "basDatabase.h"
 
@@ -20,31 +21,33 @@ QString allClients()
     return QStringLiteral("SELECT * FROM Client");
 }
 
-QString allClientsByLastName()
+QString clientsByName(const QString &filter)
 {
-    return QStringLiteral("SELECT * FROM Client ORDER BY LastName");
+    return (filter.isEmpty() ? allClients() : FilterStatement::matching(QStringLiteral("Client"), filter))
+        + QStringLiteral(" ORDER BY LastNameKey, FirstNameKey, ClientID");
 }
 
-QString allVolunteers()
+QString volunteersByName(const QString &filter)
 {
-    return QStringLiteral("SELECT * FROM Volunteer ORDER BY LastName, FirstName, VolunteerID");
+    return (filter.isEmpty() ? QStringLiteral("SELECT * FROM Volunteer") : FilterStatement::matching(QStringLiteral("Volunteer"), filter))
+        + QStringLiteral(" ORDER BY LastNameKey, FirstNameKey, VolunteerID");
 }
 
-// What each field of the client list sorts by: the stored value, which every index below holds, then
-// the client's ID for ties. Shown dates and SSNs sort alike stored; the address sorts as its index
-// holds it. Ethnic origin and marital status sort by their description, which no index of Client can
+// What each field of the client list sorts by, each on an index of Client: the stored value (or the
+// name's and address's folded keys), then the client's ID for ties. Shown dates and SSNs sort alike
+// stored. Ethnic origin and marital status sort by their description, which no index of Client can
 // hold: each page of those orders sorts the list anew.
 QList<QStringList> clientListOrders()
 {
     const QString id = QStringLiteral("ClientID");
-    const QStringList name {QStringLiteral("LastName"), QStringLiteral("FirstName"), id};
+    const QStringList name {QStringLiteral("LastNameKey"), QStringLiteral("FirstNameKey"), id};
     auto by = [&](const QString &column) { return QStringList {column, id}; };
     auto description
         = [&](const QString &table) { return by(QStringLiteral("(SELECT %1Description FROM %1 WHERE %1ID = Client.%1ID)").arg(table)); };
     return {name,
             {id},
             name,
-            by(QStringLiteral("FirstName")),
+            by(QStringLiteral("FirstNameKey")),
             by(QStringLiteral("MiddleInitial")),
             by(QStringLiteral("SocialSecurityNumber")),
             by(QStringLiteral("DriversLicenseNumber")),
@@ -52,7 +55,7 @@ QList<QStringList> clientListOrders()
             by(QStringLiteral("Gender")),
             description(QStringLiteral("EthnicOrigin")),
             description(QStringLiteral("MaritalStatus")),
-            {QStringLiteral("lower(Address)"), QStringLiteral("lower(City)"), QStringLiteral("State"), id},
+            {QStringLiteral("AddressKey"), QStringLiteral("CityKey"), QStringLiteral("State"), id},
             by(QStringLiteral("City")),
             by(QStringLiteral("State")),
             by(QStringLiteral("ZipCode")),

@@ -10,10 +10,12 @@
 namespace RecordQueries {
 
 QString allClients();   // every client, unsorted: the client list's base when no filter applies
-QString allClientsByLastName();   // the client windows' records when no filter applies
-QString allVolunteers();   // the volunteer window's records when no filter applies
+// The client and volunteer windows' records, all or those of a filter's statement, in name order:
+// last name, then first name, as people read them (case and accents aside), then by key.
+QString clientsByName(const QString &filter = {});
+QString volunteersByName(const QString &filter = {});
 
-// The client list's rows over a base statement, sorted by name, with what each of its fields sorts by so
+// The client list's rows over a base statement, in name order, with what each of its fields sorts by so
 // that it is read by seeking on an index. The count runs over the base alone, so that a long list opens at once.
 Query clientList(const QString &base);
 

@@ -265,3 +265,42 @@ void Recordset::requery()
     loadKeys();
     moveToIndex(0);
 }
+
+bool Recordset::rowExists(qint64 key) const
+{
+    QSqlQuery q
+        = basDatabase::Execute(QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ?").arg(SqlText::id(m_table), SqlText::id(m_keyColumn)), {key});
+    return q.next();
+}
+
+void Recordset::resync()
+{
+    if (!m_open)
+        return;
+    const bool adding = m_editMode == EditMode::Adding;
+    const qsizetype at = adding ? m_posBeforeAdd : m_pos;
+    const bool wasOnRow = at >= 0 && at < m_keys.size();
+    const qint64 current = wasOnRow ? m_keys.at(at) : 0;
+    loadKeys();
+    qsizetype pos = wasOnRow ? m_keys.indexOf(current) : (at < 0 ? -1 : m_keys.size());
+    if (wasOnRow && pos < 0) {
+        if (rowExists(current)) {
+            m_keys.append(current);
+            pos = m_keys.size() - 1;
+        } else {
+            pos = qMin(at, m_keys.size() - 1);
+        }
+    }
+    if (adding) {
+        m_posBeforeAdd = pos;
+        return;
+    }
+    if (wasOnRow && pos >= 0 && m_keys.at(pos) == current) {
+        // Still on its row: an edit under way stays, an untouched row shows what is stored now.
+        m_pos = pos;
+        if (m_editMode == EditMode::None)
+            loadRow();
+        return;
+    }
+    moveToIndex(pos);
+}

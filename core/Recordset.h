@@ -59,6 +59,12 @@ public:
     void cancelUpdate();
     void deleteCurrent();
     void requery();
+    // Reads the keys again after rows were added, deleted or changed, by this
+    // cursor or elsewhere: it stays on its row, now in its ordered place. A row
+    // gone from the table gives way to its neighbour, the next (the previous
+    // when it was the last); a row that no longer matches the query stays at the end.
+    // A new row being added stays pending.
+    void resync();
 
 signals:
     void moveComplete();
@@ -66,6 +72,7 @@ signals:
 private:
     void loadKeys();
     void loadRow();
+    bool rowExists(qint64 key) const;
     void moveToIndex(qsizetype index);
     int columnIndex(const QString &column) const;
 

@@ -78,7 +78,7 @@ bool history(Context &context, const History &h)
     const qint64 total = basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM Client c") + where, binds).toLongLong();
     QSqlQuery clients
         = basDatabase::Execute(QStringLiteral("SELECT c.ClientID, %1, %2, c.SocialSecurityNumber FROM Client c%3 "
-                                              "ORDER BY c.LastName, c.FirstName, c.ClientID")
+                                              "ORDER BY c.LastNameKey, c.FirstNameKey, c.ClientID")
                                    .arg(SqlText::fullName(QStringLiteral("c")), SqlText::fullAddress(QStringLiteral("c")), where),
                                binds);
     QSqlQuery lines(basDatabase::Connection());

@@ -112,7 +112,7 @@ bool detailReport(Context &context, RecordScope::Kind kind)
     }
     const qint64 total = rowCount(table, s);
     QSqlQuery q
-        = basDatabase::Execute(QStringLiteral("SELECT t.*, %1 AS ReportFullName%2 FROM %3 t%4 ORDER BY t.LastName, t.FirstName, t.%5")
+        = basDatabase::Execute(QStringLiteral("SELECT t.*, %1 AS ReportFullName%2 FROM %3 t%4 ORDER BY t.LastNameKey, t.FirstNameKey, t.%5")
                                    .arg(SqlText::fullName(QStringLiteral("t")), lookups, table, s.where, key),
                                s.binds);
     QSqlQuery family(basDatabase::Connection());
@@ -186,7 +186,7 @@ bool personList(Context &context)
     const QString phones = volunteers ? QStringLiteral("t.HomePhone, t.WorkPhone") : QStringLiteral("t.SocialSecurityNumber, t.HomePhone");
     const QString order = groupColumn.isEmpty() ? QString() : QStringLiteral("t.%1 COLLATE NOCASE, ").arg(groupColumn);
     const qint64 total = rowCount(table, s);
-    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT %1, %2, %3, %4 FROM %5 t%6 ORDER BY %7t.LastName, t.FirstName, t.%8")
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT %1, %2, %3, %4 FROM %5 t%6 ORDER BY %7t.LastNameKey, t.FirstNameKey, t.%8")
                                            .arg(SqlText::fullName(QStringLiteral("t")), SqlText::fullAddress(QStringLiteral("t")), phones,
                                                 groupColumn.isEmpty() ? QStringLiteral("NULL") : QStringLiteral("t.") + groupColumn, table,
                                                 s.where, order, RecordScope::keyColumn(kind)),

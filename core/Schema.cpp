@@ -2,6 +2,7 @@
 
 #include "AuditLog.h"
 #include "FileHealth.h"
+#include "FoldedText.h"
 #include "PrivateFiles.h"
 #include "Transaction.h"
 
@@ -56,14 +57,8 @@ bool addAgeBrackets(QSqlDatabase db, QString *error)
 // Every column the client list sorts by has an index, so that any page of any order is one seek.
 bool indexClientListOrders(QSqlDatabase db, QString *error)
 {
-    const QStringList indexes {
-        QStringLiteral("ClientByFirstName ON Client (FirstName)"),     QStringLiteral("ClientByMiddleInitial ON Client (MiddleInitial)"),
-        QStringLiteral("ClientByGender ON Client (Gender)"),           QStringLiteral("ClientByState ON Client (State)"),
-        QStringLiteral("ClientByHomePhone ON Client (HomePhone)"),     QStringLiteral("ClientByWorkPhone ON Client (WorkPhone)"),
-        QStringLiteral("ClientByMobilePhone ON Client (MobilePhone)"), QStringLiteral("ClientByComments ON Client (Comments)"),
-    };
-    for (const QString &index : indexes) {
-        if (!Exec(db, QStringLiteral("CREATE INDEX ") + index, error))
+    for (const char *column : {"MiddleInitial", "Gender", "State", "HomePhone", "WorkPhone", "MobilePhone", "Comments"}) {
+        if (!Exec(db, QStringLiteral("CREATE INDEX ClientBy%1 ON Client (%1)").arg(QLatin1String(column)), error))
             return false;
     }
     return true;
@@ -71,7 +66,7 @@ bool indexClientListOrders(QSqlDatabase db, QString *error)
 
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
-    AuditLog::Install, widenFoodServiceDateIndex, addLabelPaperSizes, addAgeBrackets, indexClientListOrders,
+    AuditLog::Install, widenFoodServiceDateIndex, addLabelPaperSizes, addAgeBrackets, FoldedText::AddKeyColumns, indexClientListOrders,
 };
 
 // A private read-only connection for looking at a file.
@@ -337,6 +332,12 @@ bool ApplyNewSchema(QSqlDatabase db, QString *error)
     return true;
 }
 
+void RegisterTriggerFunctions()
+{
+    AuditLog::RegisterUserFunction();
+    FoldedText::RegisterSqlFunctions();
+}
+
 bool CreateDatabase(const QString &path, bool overwrite, QString *error, const std::function<bool(QSqlDatabase, QString *)> &fill)
 {
     if (QFileInfo::exists(path) && !overwrite) {
@@ -344,7 +345,7 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error, const s
             *error = QCoreApplication::translate("Schema", "The file '%1' already exists.").arg(path);
         return false;
     }
-    AuditLog::RegisterUserFunction();
+    RegisterTriggerFunctions();
     // A fixed name beside the target, so that a run killed half-way is cleared by the next.
     const QFileInfo target(path);
     const QString building = target.absoluteDir().filePath(QStringLiteral(".%1.creating").arg(target.fileName()));

@@ -9,7 +9,7 @@
 // TendMark file, and bringing an older one up to the current version.
 namespace Schema {
 
-constexpr int CurrentVersion = 6;
+constexpr int CurrentVersion = 7;
 constexpr int ApplicationId = 0x544D4B31;   // "TMK1"
 inline constexpr const char *FileSuffix = "tmdb";
 
@@ -37,6 +37,10 @@ FileCheck ExamineForOpening(const QString &path);
 
 // The tables, columns, indexes and triggers a database of that version lacks.
 QStringList MissingSchemaItems(QSqlDatabase db, int version);
+
+// Makes the SQL functions the database's triggers call (the audit log's, the folded name keys')
+// known to every connection opened from now on. Call before opening a connection that writes.
+void RegisterTriggerFunctions();
 
 // Creates a new database file with the schema and the standard contents; fill, when
 // given, adds more in the same connection. The file is built under a temporary name

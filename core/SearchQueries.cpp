@@ -1,5 +1,6 @@
 #include "SearchQueries.h"
 
+#include "FoldedText.h"
 #include "SqlText.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
@@ -20,6 +21,26 @@ QString pattern(Match match, const QString &text)
     return match == Match::StartsWith ? SqlText::likeStartsWith(text) : SqlText::likeContains(text);
 }
 
+// Names and addresses are compared folded (see FoldedText): on their key column when the
+// table keeps one, otherwise folded as they are read.
+enum class Fold { None, Name, Address };
+
+QString foldedColumn(const QString &table, const QString &column, Fold fold)
+{
+    if (fold == Fold::None)
+        return column;
+    const QString key = column + QStringLiteral("Key");
+    if (FoldedText::keyColumns(table).contains(key))
+        return key;
+    return (fold == Fold::Address ? QStringLiteral("tendmark_fold_address(") : QStringLiteral("tendmark_fold(")) + column
+        + QLatin1Char(')');
+}
+
+QString folded(Fold fold, const QString &text)
+{
+    return fold == Fold::Address ? FoldedText::address(text) : fold == Fold::Name ? FoldedText::name(text) : text;
+}
+
 QString withoutDashes(QString text)
 {
     return text.remove(QLatin1Char('-'));
@@ -37,21 +58,21 @@ Query problem(const QString &text)
     return q;
 }
 
-Query familyQuery(const QString &column, Match match, const QString &text)
+Query familyQuery(const QString &column, Match match, Fold fold, const QString &text)
 {
     const QString extra = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
         ? QString()
         : QStringLiteral("Family.") + column + QStringLiteral(", ");
-    const QString condition = QStringLiteral("Family.") + column + kLike;
+    const QString condition = QStringLiteral("Family.") + foldedColumn(QStringLiteral("Family"), column, fold) + kLike;
     const QString sql = QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
         + QStringLiteral("Relationships.RelationshipDescription, "
                          "CASE WHEN Client.ClientID IS NULL THEN '' ELSE RTRIM(IFNULL(Client.LastName,'') || ', ' || "
                          "IFNULL(Client.FirstName,'') || ' ' || IFNULL(Client.MiddleInitial,'')) END AS ClientName "
                          "FROM Family LEFT JOIN Relationships ON Family.RelationshipID = Relationships.RelationshipID "
                          "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ")
-        + condition + QStringLiteral(" ORDER BY Family.LastName, Family.FirstName");
+        + condition + QStringLiteral(" ORDER BY Family.LastNameKey, Family.FirstNameKey, Family.FamilyMemberID");
     // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
-    return {{sql, {pattern(match, text)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
+    return {{sql, {pattern(match, folded(fold, text))}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
             QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"),
             {}};
 }
@@ -115,27 +136,28 @@ QStringList volunteerFields()
 Query client(const QString &field, const QString &text)
 {
     static const QString names = QStringLiteral("SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, ");
-    static const QString order = QStringLiteral(" ORDER BY LastName, FirstName");
+    static const QString order = QStringLiteral(" ORDER BY LastNameKey, FirstNameKey, ClientID");
     struct Entry
     {
         const char *field;
         const char *column;
         Match match;
+        Fold fold;
         bool phone;
         bool ssn;
     };
     static const Entry entries[] = {
-        {"Last Name", "LastName", Match::Contains, false, false},
-        {"First Name", "FirstName", Match::Contains, false, false},
-        {"Social Security Number", "SocialSecurityNumber", Match::StartsWith, false, true},
-        {"Driver's License Number", "DriversLicenseNumber", Match::StartsWith, false, false},
-        {"Address", "Address", Match::Contains, false, false},
-        {"Birth Date", "BirthDate", Match::Date, false, false},
-        {"Home Phone", "HomePhone", Match::Contains, true, false},
-        {"Mobile Phone", "MobilePhone", Match::Contains, true, false},
-        {"Work Phone", "WorkPhone", Match::Contains, true, false},
-        {"Employer Name", "EmployerName", Match::Contains, false, false},
-        {"Employer Address", "EmployerAddress", Match::Contains, false, false},
+        {"Last Name", "LastName", Match::Contains, Fold::Name, false, false},
+        {"First Name", "FirstName", Match::Contains, Fold::Name, false, false},
+        {"Social Security Number", "SocialSecurityNumber", Match::StartsWith, Fold::None, false, true},
+        {"Driver's License Number", "DriversLicenseNumber", Match::StartsWith, Fold::None, false, false},
+        {"Address", "Address", Match::Contains, Fold::Address, false, false},
+        {"Birth Date", "BirthDate", Match::Date, Fold::None, false, false},
+        {"Home Phone", "HomePhone", Match::Contains, Fold::None, true, false},
+        {"Mobile Phone", "MobilePhone", Match::Contains, Fold::None, true, false},
+        {"Work Phone", "WorkPhone", Match::Contains, Fold::None, true, false},
+        {"Employer Name", "EmployerName", Match::Contains, Fold::Name, false, false},
+        {"Employer Address", "EmployerAddress", Match::Contains, Fold::Address, false, false},
     };
     for (const Entry &e : entries) {
         if (field != QLatin1String(e.field))
@@ -144,7 +166,8 @@ Query client(const QString &field, const QString &text)
         // The name searches show the licence number; the others show the searched column.
         const bool nameSearch = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
             || column == QLatin1String("SocialSecurityNumber") || column == QLatin1String("DriversLicenseNumber");
-        const QString condition = column + (e.match == Match::Date ? QStringLiteral(" = ?") : kLike);
+        const QString condition
+            = foldedColumn(QStringLiteral("Client"), column, e.fold) + (e.match == Match::Date ? QStringLiteral(" = ?") : kLike);
         const QString sql = names + (nameSearch ? QStringLiteral("DriversLicenseNumber") : column) + QStringLiteral(" FROM Client WHERE ")
             + condition + order;
         const QString count = countQuery(QStringLiteral("ClientID"), QStringLiteral("Client"), condition);
@@ -155,17 +178,17 @@ Query client(const QString &field, const QString &text)
                     QCoreApplication::translate("SearchQueries", "Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
             return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}};
         }
-        const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : text;
+        const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : folded(e.fold, text);
         return {{sql, {pattern(e.match, typed)}, count}, {}, {}};
     }
     if (field == QLatin1String("Family Member Last Name"))
-        return familyQuery(QStringLiteral("LastName"), Match::Contains, text);
+        return familyQuery(QStringLiteral("LastName"), Match::Contains, Fold::Name, text);
     if (field == QLatin1String("Family Member First Name"))
-        return familyQuery(QStringLiteral("FirstName"), Match::Contains, text);
+        return familyQuery(QStringLiteral("FirstName"), Match::Contains, Fold::Name, text);
     if (field == QLatin1String("Family Member Social Security Number"))
-        return familyQuery(QStringLiteral("SocialSecurityNumber"), Match::StartsWith, withoutDashes(text));
+        return familyQuery(QStringLiteral("SocialSecurityNumber"), Match::StartsWith, Fold::None, withoutDashes(text));
     if (field == QLatin1String("Family Member Driver's License Number"))
-        return familyQuery(QStringLiteral("DriversLicenseNumber"), Match::StartsWith, text);
+        return familyQuery(QStringLiteral("DriversLicenseNumber"), Match::StartsWith, Fold::None, text);
     return problem(QCoreApplication::translate("SearchQueries", "Choose a field to search on."));
 }
 
@@ -177,30 +200,31 @@ Query volunteer(const QString &field, const QString &text)
         const char *field;
         const char *column;
         const char *shown;
+        Fold fold;
         bool phone;
     };
     static const Entry entries[] = {
-        {"Last Name", "LastName", "", false},
-        {"First Name", "FirstName", "", false},
-        {"Address", "Address", "Address", false},
-        {"Home Phone", "HomePhone", "HomePhone", true},
-        {"Mobile Phone", "MobilePhone", "MobilePhone", true},
-        {"Work Phone", "WorkPhone", "WorkPhone", true},
-        {"E-Mail Address", "EMailAddress", "EMailAddress", false},
-        {"Emergency Contact", "EmergencyContact", "EmergencyContact", false},
-        {"Emergency Contact Phone", "EmergencyContactPhone", "EmergencyContact, EmergencyContactPhone", true},
-        {"Affiliation", "Affiliation", "Affiliation", false},
-        {"Comments", "Comments", "Comments", false},
+        {"Last Name", "LastName", "", Fold::Name, false},
+        {"First Name", "FirstName", "", Fold::Name, false},
+        {"Address", "Address", "Address", Fold::Address, false},
+        {"Home Phone", "HomePhone", "HomePhone", Fold::None, true},
+        {"Mobile Phone", "MobilePhone", "MobilePhone", Fold::None, true},
+        {"Work Phone", "WorkPhone", "WorkPhone", Fold::None, true},
+        {"E-Mail Address", "EMailAddress", "EMailAddress", Fold::Name, false},
+        {"Emergency Contact", "EmergencyContact", "EmergencyContact", Fold::Name, false},
+        {"Emergency Contact Phone", "EmergencyContactPhone", "EmergencyContact, EmergencyContactPhone", Fold::None, true},
+        {"Affiliation", "Affiliation", "Affiliation", Fold::Name, false},
+        {"Comments", "Comments", "Comments", Fold::Name, false},
     };
     for (const Entry &e : entries) {
         if (field != QLatin1String(e.field))
             continue;
         const QString shown = QString::fromLatin1(e.shown);
-        const QString condition = QString::fromLatin1(e.column) + kLike;
+        const QString condition = foldedColumn(QStringLiteral("Volunteer"), QString::fromLatin1(e.column), e.fold) + kLike;
         const QString sql = names + (shown.isEmpty() ? QString() : QStringLiteral(", ") + shown) + QStringLiteral(" FROM Volunteer WHERE ")
-            + condition + QStringLiteral(" ORDER BY LastName, FirstName");
+            + condition + QStringLiteral(" ORDER BY LastNameKey, FirstNameKey, VolunteerID");
         return {{sql,
-                 {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : text)},
+                 {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : folded(e.fold, text))},
                  countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition)},
                 {},
                 {}};

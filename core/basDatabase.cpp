@@ -1,9 +1,9 @@
 #include "basDatabase.h"
 
-#include "AuditLog.h"
 #include "Backups.h"
 #include "FaultText.h"
 #include "FieldRules.h"
+#include "FoldedText.h"
 #include "PrivateFiles.h"
 #include "Money.h"
 #include "Recordset.h"
@@ -89,7 +89,7 @@ bool OpenConnection(const QString &path, QString *reason)
                           .arg(path, error);
         return false;
     }
-    AuditLog::RegisterUserFunction();
+    Schema::RegisterTriggerFunctions();
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
         db.setDatabaseName(path);
@@ -341,8 +341,9 @@ bool MatchAddress(const QString &clientId, const QString &address, const QString
             sql += QStringLiteral("ClientID <> ? AND ");
             binds << clientId.toLongLong();
         }
-        sql += QStringLiteral("lower(Address) = ? AND lower(City) = ? AND State = ? ORDER BY ClientID");
-        binds << address.toLower() << city.toLower() << state;
+        // Addresses as people write them: case, accents, blanks and street abbreviations aside.
+        sql += QStringLiteral("AddressKey = ? AND CityKey = ? AND State = ? ORDER BY ClientID");
+        binds << FoldedText::address(address) << FoldedText::name(city) << state;
         if (hasRows(sql, binds)) {
             result.query = {sql, binds, {}};
             found = true;

@@ -151,21 +151,6 @@ private Q_SLOTS:
         }
     }
 
-    // The check above tells a label one pitch off from the right one.
-    void aLabelOnePitchOffIsCaught()
-    {
-        const Labels::Template t = m_templates["5160"];
-        PdfText pdf;
-        pdf.pages << QSizeF(612, 792);
-        const QRectF right = makersLabel(t, 5);
-        pdf.words.append({1, QRectF(right.left() + 4.5, right.top() + 20, 30, 10), "A"});
-        pdf.words.append({1, QRectF(right.left() + 4.5 + 72 * t.horizontalPitch, right.top() + 20, 30, 10), "B"});
-        pdf.words.append({1, QRectF(right.left() + 4.5, right.top() + 20 + 72 * t.verticalPitch, 30, 10), "C"});
-        QCOMPARE(labelsHolding(pdf, t, "A"), QStringList {"1:5"});
-        QCOMPARE(labelsHolding(pdf, t, "B"), QStringList {"1:6"});
-        QCOMPARE(labelsHolding(pdf, t, "C"), QStringList {"1:8"});
-    }
-
     // Names only prints the name line alone; a full label three lines; a long line is shortened inside its label.
     void linesOfALabel()
     {
@@ -193,40 +178,39 @@ private Q_SLOTS:
                  (QStringList {"Alpha, Ann / 1 First St / Dayton, OH 45402", "Beta, Bob / 2 Second St / Kettering, OH 45420",
                                "O'Brien, Seán / 3 Third Ave / Dayton, OH 45403", "Zhang, Ольга"}));
 
+        // A font that is not installed: the closest one stands in, and the user is told.
         const QString longName = out("long.pdf");
-        const CliRun r = cli({"labels", m_db->path(), longName, "--client", QString::number(m_ids["Alpha"]), "--font", "DejaVu Sans,30"});
+        const CliRun r
+            = cli({"labels", m_db->path(), longName, "--client", QString::number(m_ids["Alpha"]), "--font", "No Such Font Family,30"});
         QCOMPARE(r.exitCode, 0);
-        QVERIFY2(r.err.contains("shortened to fit"), qPrintable(r.err));
+        QVERIFY2(r.err.contains("shortened to fit") && r.err.contains("the font 'No Such Font Family' is not installed"),
+                 qPrintable(r.err));
+        const QList<Word> words = readPdf(longName).words;
+        QVERIFY(!words.isEmpty());
         const QRectF label = makersLabel(m_templates["5160"], 1);
-        for (const Word &w : readPdf(longName).words)
+        for (const Word &w : words)
             QVERIFY2(label.contains(w.box), qPrintable(w.text));
     }
 
-    // Bad input: a clear message, exit 1 or 2, and no file.
+    // Bad input: a clear message, exit 1 or 2, and no file. The limits of a run are the planner's; here, how the tool says them.
     void badInputIsRefused_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QStringList>("setup");   // statements run on a copy of the database first
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("message");
-        QTest::newRow("no copies") << QStringList {"--copies", "0"} << QStringList {} << 1
-                                   << "Number of copies must be between 1 and 1000.";
-        QTest::newRow("100,000 copies") << QStringList {"--copies", "100000"} << QStringList {} << 1
-                                        << "Number of copies must be between 1 and 1000.";
-        QTest::newRow("start past the sheet") << QStringList {"--start", "31"} << QStringList {} << 1
-                                              << "Starting position must be between 1 and 30";
-        QTest::newRow("copies not a number") << QStringList {"--copies", "two"} << QStringList {} << 2 << "--copies takes a number.";
-        QTest::newRow("unknown template") << QStringList {"--template", "9999"} << QStringList {} << 2
-                                          << "there is no template named '9999'.";
-        QTest::newRow("ambiguous template") << QStringList {"--template", "L716"} << QStringList {} << 2
-                                            << "'L716' matches more than one template: Avery L7160 Address";
-        QTest::newRow("no clients") << QStringList {"--sql", "SELECT * FROM Client WHERE 0"} << QStringList {} << 1
-                                    << "There are no clients to print labels for.";
-        QTest::newRow("a statement that writes") << QStringList {"--sql", "DELETE FROM Client"} << QStringList {} << 1 << "";
-        QTest::newRow("no templates") << QStringList {} << QStringList {"DELETE FROM LabelDetails"} << 1 << "holds no label templates";
-        QTest::newRow("zero across") << QStringList {} << QStringList {"UPDATE LabelDetails SET NumberAcross = 0"} << 1
-                                     << "Number Across must be at least 1.";
-        QTest::newRow("bad font size") << QStringList {"--font", "Arial,0"} << QStringList {} << 2 << "--font takes a family";
+        const auto row
+            = [](const char *tag, const QStringList &arguments, int exitCode, const char *message, const QStringList &setup = {}) {
+                  QTest::newRow(tag) << arguments << setup << exitCode << QString::fromUtf8(message);
+              };
+        row("no copies", {"--copies", "0"}, 1, "Number of copies must be between 1 and 1000.");
+        row("copies not a number", {"--copies", "two"}, 2, "--copies takes a number.");
+        row("unknown template", {"--template", "9999"}, 2, "there is no template named '9999'.");
+        row("ambiguous template", {"--template", "L716"}, 2, "'L716' matches more than one template: Avery L7160 Address");
+        row("a statement that writes", {"--sql", "DELETE FROM Client"}, 1, "");
+        row("no templates", {}, 1, "holds no label templates", {"DELETE FROM LabelDetails"});
+        row("zero across", {}, 1, "Number Across must be at least 1.", {"UPDATE LabelDetails SET NumberAcross = 0"});
+        row("bad font size", {"--font", "Arial,0"}, 2, "--font takes a family");
     }
     void badInputIsRefused()
     {
@@ -247,15 +231,6 @@ private Q_SLOTS:
         QVERIFY2(r.err.contains(message) && !r.err.trimmed().isEmpty(), qPrintable(r.err));
         QVERIFY(!QFile::exists(pdf));
         QCOMPARE(TestDatabase::onFile(m_db->path(), {"SELECT COUNT(*) FROM Client"}).toInt(), 4);
-    }
-
-    // A font that is not installed: the closest one stands in, and the user is told.
-    void aMissingFontIsReplaced()
-    {
-        const CliRun r = cli({"labels", m_db->path(), out("font.pdf"), "--font", "No Such Font Family,10"});
-        QCOMPARE(r.exitCode, 0);
-        QVERIFY2(r.err.contains("the font 'No Such Font Family' is not installed"), qPrintable(r.err));
-        QVERIFY(readPdf(out("font.pdf")).words.size() > 4);
     }
 };
 

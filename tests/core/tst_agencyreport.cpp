@@ -171,32 +171,21 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("result");   // the brackets as stored, or the message
-        QTest::newRow("preset") << "0-17,18-59,60+"
-                                << "0-17,18-59,60+";
-        QTest::newRow("blanks") << " 0 - 17 , 18-64, 65 +"
-                                << "0-17,18-64,65+";
-        QTest::newRow("to 120 is open") << "0-17,18-120"
-                                        << "0-17,18+";
-        QTest::newRow("empty") << " "
-                               << "Give the age brackets, such as 0-17,18-59,60+.";
-        QTest::newRow("not from 0") << "1-17,18+"
-                                    << "Age 0 is in no bracket.";
-        QTest::newRow("gap") << "0-17,20+"
-                             << "Ages 18 to 19 are in no bracket.";
-        QTest::newRow("overlap") << "0-17,17-59,60+"
-                                 << "The brackets 0-17 and 17-59 overlap.";
-        QTest::newRow("open in the middle") << "0-17,18+,60+"
-                                            << "The brackets 18+ and 60+ overlap.";
-        QTest::newRow("short of 120") << "0-17,18-59"
-                                      << "Ages 60 to 120 are in no bracket.";
-        QTest::newRow("backwards") << "0-17,59-18"
-                                   << "The bracket 59-18 ends before it starts.";
-        QTest::newRow("beyond 120") << "0-130"
-                                    << "The bracket 0-130 goes beyond age 120.";
-        QTest::newRow("words") << "0-17,adults"
-                               << "\"adults\" is not an age bracket: write each one as 0-17, or as 60+ for the last.";
-        QTest::newRow("too many") << "0-9,10-19,20-29,30-39,40-49,50-59,60-69,70-79,80-89,90-99,100-109,110-115,116+"
-                                  << "There can be at most 12 age brackets.";
+        const auto row = [](const char *tag, const char *text, const char *result) { QTest::newRow(tag) << text << result; };
+        row("preset", "0-17,18-59,60+", "0-17,18-59,60+");
+        row("blanks", " 0 - 17 , 18-64, 65 +", "0-17,18-64,65+");
+        row("to 120 is open", "0-17,18-120", "0-17,18+");
+        row("empty", " ", "Give the age brackets, such as 0-17,18-59,60+.");
+        row("not from 0", "1-17,18+", "Age 0 is in no bracket.");
+        row("gap", "0-17,20+", "Ages 18 to 19 are in no bracket.");
+        row("overlap", "0-17,17-59,60+", "The brackets 0-17 and 17-59 overlap.");
+        row("open in the middle", "0-17,18+,60+", "The brackets 18+ and 60+ overlap.");
+        row("short of 120", "0-17,18-59", "Ages 60 to 120 are in no bracket.");
+        row("backwards", "0-17,59-18", "The bracket 59-18 ends before it starts.");
+        row("beyond 120", "0-130", "The bracket 0-130 goes beyond age 120.");
+        row("words", "0-17,adults", "\"adults\" is not an age bracket: write each one as 0-17, or as 60+ for the last.");
+        row("too many", "0-9,10-19,20-29,30-39,40-49,50-59,60-69,70-79,80-89,90-99,100-109,110-115,116+",
+            "There can be at most 12 age brackets.");
     }
 
     void bracketsAreReadOrRefused()

@@ -125,38 +125,6 @@ private Q_SLOTS:
         QVERIFY(first.startsWith(stick.filePath("copies")));
         QVERIFY(second.isEmpty());
     }
-
-    void upgradeOfAnOlderFileIsBackedUpFirst()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("old.tmdb"));
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("v1"));
-            db.setDatabaseName(path);
-            QVERIFY(db.open());
-            QFile schema(QStringLiteral(TENDMARK_SOURCE_DIR "/core/schema/schema-v1.sql"));
-            QVERIFY(schema.open(QIODevice::ReadOnly));
-            QString error;
-            QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
-            QSqlQuery(db).exec(QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId));
-            QSqlQuery(db).exec(QStringLiteral("PRAGMA user_version = 1"));
-            QSqlQuery(db).exec(QStringLiteral("INSERT INTO Client (LastName) VALUES ('Old')"));
-            db.close();
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("v1"));
-        QCOMPARE(Schema::ExamineForOpening(path).state, Schema::FileState::Ok);
-        QString error;
-        QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
-        basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
-        const int logged = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM AuditLog WHERE Operation = 'delete'")).toInt();
-        basDatabase::CloseConnection();
-        QCOMPARE(logged, 1);
-        QCOMPARE(Schema::CheckFile(path), QStringList());
-        const QList<Backups::Info> list = Backups::List(path);
-        QCOMPARE(list.size(), 1);
-        QCOMPARE(list.at(0).clients, 1);
-        QCOMPARE(Schema::InspectFile(list.at(0).path).version, 1);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestBackups)

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <stdexcept>
+#include <tuple>
 
 class TestDatabaseServices : public QObject
 {
@@ -160,6 +161,15 @@ private Q_SLOTS:
         QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "Austin", "tx", r));   // the state keeps its case
         QVERIFY(!basDatabase::MatchAddress("", "12 O'Neil St", "", "TX", r));
         QVERIFY(!basDatabase::MatchAddress(QString::number(b), "1 Other Rd", "Austin", "TX", r));
+        // Accents, blanks and street words aside: the near matches are offered and the user decides.
+        const qint64 c = TestDatabase::insert("Client", {{"Address", "12 CALLE PEÑA ST #4"}, {"City", "CAÑON CITY"}, {"State", "CO"}});
+        for (const auto &[address, city, found] :
+             {std::tuple {"12 Calle Peña Street Apt 4", "Cañon City", true}, std::tuple {" 12  calle pena st. apt 4 ", "canon  city", true},
+              std::tuple {"12 Calle Peña Ave #4", "Cañon City", false}, std::tuple {"12 Calle Peña St #4", "Canon", false}}) {
+            QCOMPARE(basDatabase::MatchAddress("", address, city, "CO", r), found);
+            if (found)
+                QCOMPARE(TestDatabase::scalar("SELECT ClientID FROM (" + r.query.sql + ")", r.query.binds).toLongLong(), c);
+        }
 
         QVERIFY(basDatabase::MatchSSN("", "123456789", r));
         QCOMPARE(TestDatabase::scalar("SELECT LastName FROM (" + r.query.sql + ")", r.query.binds).toString(), QStringLiteral("O'Brien"));

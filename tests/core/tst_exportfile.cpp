@@ -58,7 +58,6 @@ private Q_SLOTS:
     }
 
     // The display forms the command-line export's files do not show (they show the rest).
-    // The display forms the command-line export's files do not show already.
     void valuesTakeTheirDisplayForms_data()
     {
         QTest::addColumn<QString>("caption");

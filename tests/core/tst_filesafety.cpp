@@ -144,18 +144,11 @@ private Q_SLOTS:
         QVERIFY(!Schema::ExamineForOpening(path).notPrivate);
         QCOMPARE(TestDatabase::fileMode(path), 0600);
 
-        const QString folder = dir.filePath(QStringLiteral("a/b"));
-        QVERIFY(PrivateFiles::MakePrivateFolder(folder));
-        QCOMPARE(TestDatabase::fileMode(folder), 0700);
-    }
-
-    void logAndSettingsAreOwnerOnly()
-    {
-        QTemporaryDir dir;
+        // The error log and the settings too; the backups' folders are checked with the backups.
         ScriptedPrompts prompts;
         basErrorHandler::setLogFilePathForTesting(dir.filePath(QStringLiteral("error.log")));
         basErrorHandler::ReportError(QStringLiteral("test"), 1, QStringLiteral("Ames, Ann"));
-        basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"), dir.filePath("pantry.tmdb"));
+        basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("LastOpened"), path);
         const QString settings = QSettings(QSettings::NativeFormat, QSettings::UserScope, "TendMark", "Settings").fileName();
         QCOMPARE(TestDatabase::fileMode(dir.filePath(QStringLiteral("error.log"))), 0600);
         QCOMPARE(TestDatabase::fileMode(settings), 0600);

@@ -34,25 +34,19 @@ private Q_SLOTS:
 
     void money()
     {
-        QCOMPARE(Money::parse("$1,234.50"), std::optional<qint64>(123450));
-        QCOMPARE(Money::parse("1234.5"), std::optional<qint64>(123450));
-        QCOMPARE(Money::parse(".5"), std::optional<qint64>(50));
-        QCOMPARE(Money::parse("(12.00)"), std::optional<qint64>(-1200));
-        QCOMPARE(Money::parse("0.125"), std::optional<qint64>(12));   // half to even at the cent
-        QCOMPARE(Money::parse("0.135"), std::optional<qint64>(14));
-        QCOMPARE(Money::parse("0.1251"), std::optional<qint64>(13));
-        QVERIFY(!Money::parse("12.5.0"));
-        QVERIFY(!Money::parse("1,23"));
-        QVERIFY(!Money::parse(""));
-        QCOMPARE(Money::format(123450), QStringLiteral("$1,234.50"));
-        QCOMPARE(Money::format(5), QStringLiteral("$0.05"));
-        QCOMPARE(Money::format(-120000000), QStringLiteral("($1,200,000.00)"));
+        // Read as cents, half to even at the cent, or refused.
+        const std::pair<const char *, std::optional<qint64>> read[]
+            = {{"$1,234.50", 123450}, {"1234.5", 123450}, {".5", 50},     {"(12.00)", -1200}, {"0.125", 12},
+               {"0.135", 14},         {"0.1251", 13},     {"12.5.0", {}}, {"1,23", {}},       {"", {}}};
+        for (const auto &[text, cents] : read)
+            QVERIFY2(Money::parse(text) == cents, text);
+        const std::pair<qint64, const char *> shown[] = {{123450, "$1,234.50"}, {5, "$0.05"}, {-120000000, "($1,200,000.00)"}};
+        for (const auto &[cents, text] : shown)
+            QCOMPARE(Money::format(cents), QString::fromLatin1(text));
         QCOMPARE(Money::plain(-5), QStringLiteral("-0.05"));
-        QCOMPARE(Money::wholeUnitsHalfEven(40), 0);
-        QCOMPARE(Money::wholeUnitsHalfEven(50), 0);
-        QCOMPARE(Money::wholeUnitsHalfEven(60), 1);
-        QCOMPARE(Money::wholeUnitsHalfEven(150), 2);
-        QCOMPARE(Money::wholeUnitsHalfEven(250), 2);
+        const std::pair<qint64, int> units[] = {{40, 0}, {50, 0}, {60, 1}, {150, 2}, {250, 2}};   // half to even
+        for (const auto &[cents, whole] : units)
+            QCOMPARE(Money::wholeUnitsHalfEven(cents), whole);
     }
 
     void sqlExpressionsMatchTheProgramsFormats()

@@ -1,16 +1,13 @@
 #include "AccessFile.h"
 #include "AccessSample.h"
-#include "AuditLog.h"
 #include "MdbConvert.h"
 #include "Money.h"
 #include "Schema.h"
 #include "TestDatabase.h"
+#include "basDatabase.h"
 
 #include <QDir>
 #include <QJsonArray>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -66,24 +63,6 @@ private:
     std::unique_ptr<AccessFile> m_file;
 };
 
-QVariant valueOn(const QString &path, const QString &sql, const QVariantList &binds = {})
-{
-    QVariant value;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
-        db.setDatabaseName(path);
-        db.open();
-        QSqlQuery q(db);
-        q.prepare(sql);
-        for (const QVariant &b : binds)
-            q.addBindValue(b);
-        if (q.exec() && q.next())
-            value = q.value(0);
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("check"));
-    return value;
-}
-
 // A value of the description file in the form TendMark stores it.
 QVariant expected(const QJsonValue &value, const QString &type)
 {
@@ -114,14 +93,14 @@ class TestMdbConvert : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        AuditLog::RegisterUserFunction();
+        Schema::RegisterTriggerFunctions();
         QVERIFY2(QFile::exists(AccessSample::path()), qPrintable(AccessSample::path()));
     }
 
     void theSampleConvertsWithEveryValueOfItsDescription()
     {
         QTemporaryDir dir;
-        const QString target = dir.filePath(QStringLiteral("pantry.tmdb"));
+        const QString target = dir.filePath("pantry.tmdb");
         const QByteArray before = TestDatabase::fileHash(AccessSample::path());
         const MdbConvert::Report report = MdbConvert::ConvertFile(AccessSample::path(), target, false);
         QVERIFY2(report.ok, qPrintable(report.error));
@@ -132,33 +111,33 @@ private Q_SLOTS:
         for (const char *column : {"Options.FoodVisitIntervalDays", "Options.AgeBrackets", "LabelDetails.PaperSize"})
             newColumns << QStringLiteral("The Access file has no column %1; every row gets TendMark's default.").arg(QLatin1String(column));
         QCOMPARE(report.notes, newColumns);
-        QCOMPARE(filesIn(dir.path()), QStringList {QStringLiteral("pantry.tmdb")});
+        QCOMPARE(filesIn(dir.path()), QStringList {"pantry.tmdb"});
+        QVERIFY(basDatabase::OpenConnection(target));
 
         const QJsonObject sample = AccessSample::description();
-        const QJsonObject counts = sample.value(QStringLiteral("rowCounts")).toObject();
+        const QJsonObject counts = sample.value("rowCounts").toObject();
         QCOMPARE(report.tables.size(), counts.size());
         for (const MdbConvert::TableCount &t : report.tables) {
             QCOMPARE(t.read, counts.value(t.table).toInteger());
             QCOMPARE(t.written, t.read);
-            QCOMPARE(valueOn(target, QStringLiteral("SELECT COUNT(*) FROM \"%1\"").arg(t.table)).toLongLong(), t.read);
+            QCOMPARE(qint64(TestDatabase::count(t.table)), t.read);
         }
 
-        const QJsonObject schema = sample.value(QStringLiteral("schema")).toObject();
-        const QJsonObject records = sample.value(QStringLiteral("records")).toObject();
+        const QJsonObject schema = sample.value("schema").toObject();
+        const QJsonObject records = sample.value("records").toObject();
         int compared = 0;
         for (auto table = records.begin(); table != records.end(); ++table) {
             const QJsonArray columns = schema.value(table.key()).toArray();
-            const QString key = columns.at(0).toObject().value(QStringLiteral("primaryKey")).toBool()
-                ? columns.at(0).toObject().value(QStringLiteral("name")).toString()
-                : QStringLiteral("rowid");
+            const QString key
+                = columns.at(0).toObject().value("primaryKey").toBool() ? columns.at(0).toObject().value("name").toString() : "rowid";
             for (const QJsonValue &record : table.value().toArray()) {
                 const QJsonObject row = record.toObject();
                 const QVariant id = key == QLatin1String("rowid") ? QVariant(1) : row.value(key).toVariant();
                 for (const QJsonValue &column : columns) {
-                    const QString name = column.toObject().value(QStringLiteral("name")).toString();
+                    const QString name = column.toObject().value("name").toString();
                     const QVariant got
-                        = valueOn(target, QStringLiteral("SELECT \"%1\" FROM \"%2\" WHERE %3 = ?").arg(name, table.key(), key), {id});
-                    const QVariant want = expected(row.value(name), column.toObject().value(QStringLiteral("type")).toString());
+                        = TestDatabase::scalar(QStringLiteral("SELECT \"%1\" FROM \"%2\" WHERE %3 = ?").arg(name, table.key(), key), {id});
+                    const QVariant want = expected(row.value(name), column.toObject().value("type").toString());
                     QVERIFY2(
                         got.isNull() == want.isNull() && (want.isNull() || got == want),
                         qPrintable(
@@ -169,20 +148,20 @@ private Q_SLOTS:
         }
         QVERIFY(compared > 600);
 
-        const QJsonObject checks = sample.value(QStringLiteral("checks")).toObject();
+        const QJsonObject checks = sample.value("checks").toObject();
         const QStringList sums = {
-            QStringLiteral("FoodService NumberOfBags sumNumberOfBags"),
-            QStringLiteral("Payments AmountRequested sumAmountRequested"),
-            QStringLiteral("Payments AmountPaid sumAmountPaid"),
-            QStringLiteral("Income Amount sumAmount"),
-            QStringLiteral("Expenses Amount sumAmount"),
+            "FoodService NumberOfBags sumNumberOfBags",
+            "Payments AmountRequested sumAmountRequested",
+            "Payments AmountPaid sumAmountPaid",
+            "Income Amount sumAmount",
+            "Expenses Amount sumAmount",
         };
         const QStringList lines = MdbConvert::Describe(report);
         for (const QString &sum : sums) {
             const QStringList p = sum.split(u' ');
             const QJsonValue want = checks.value(p[0]).toObject().value(p[2]);
             const QString shown = want.isString() ? want.toString() : QString::number(want.toInt());
-            const qint64 stored = valueOn(target, QStringLiteral("SELECT SUM(%1) FROM %2").arg(p[1], p[0])).toLongLong();
+            const qint64 stored = TestDatabase::scalar(QStringLiteral("SELECT SUM(%1) FROM %2").arg(p[1], p[0])).toLongLong();
             QCOMPARE(stored, want.isString() ? *Money::parse(shown) : want.toInteger());
             QVERIFY2(
                 lines.filter(QRegularExpression(QStringLiteral("^  %1: .*%2 %3(,|$)").arg(p[0], p[1], QRegularExpression::escape(shown))))
@@ -190,7 +169,8 @@ private Q_SLOTS:
                     == 1,
                 qPrintable(sum + u'\n' + lines.join(u'\n')));
         }
-        QVERIFY(lines.contains(QStringLiteral("No value needed changing.")));
+        QVERIFY(lines.contains("No value needed changing."));
+        basDatabase::CloseConnection();
     }
 
     void valuesTheSchemaWouldRefuseAreKeptOrLeftOutAndListed_data()
@@ -204,43 +184,38 @@ private Q_SLOTS:
             more.insert({{"ClientID", id}, {"LastName", "Ngata"}, {"FEMAContacted", false}, {"FEMAEligible", false}});
             return more;
         };
-        QTest::newRow("unknown lookup") << "Client" << client(100, {{"EthnicOriginID", 99}})
-                                        << "Client 100: EthnicOriginID 99 is not in the table EthnicOrigin: left empty."
-                                        << "SELECT EthnicOriginID IS NULL AND LastName = 'Ngata' FROM Client WHERE ClientID = 100"
-                                        << QVariant(1);
-        QTest::newRow("service of a missing client")
-            << "FoodService" << QVariantMap {{"FoodServiceID", 500}, {"ClientID", 999}, {"NumberOfBags", 4}}
-            << "FoodService 500: left out: its ClientID 999 is not in the table Client."
-            << "SELECT COUNT(*) FROM FoodService WHERE FoodServiceID = 500" << QVariant(0);
-        QTest::newRow("member without a client")
-            << "Family" << QVariantMap {{"FamilyMemberID", 200}, {"LastName", "Ngata"}} << "Family 200: left out: it has no ClientID."
-            << "SELECT COUNT(*) FROM Family WHERE LastName = 'Ngata'" << QVariant(0);
-        QTest::newRow("text too long") << "Client"
-                                       << client(101, {{"City", QString(48, QChar(0x3A9)) + QStringLiteral("\U0001F34E") + "xx"}})
-                                       << "Client 101: City '" + QString(48, QChar(0x3A9)) + "\U0001F34Exx' is longer than 50 characters"
-                                       << "SELECT City FROM Client WHERE ClientID = 101"
-                                       << QVariant(QString(48, QChar(0x3A9)) + "\U0001F34E");
-        QTest::newRow("cut never splits a character")
-            << "Volunteer" << QVariantMap {{"VolunteerID", 9}, {"State", QStringLiteral("W\U0001F34E")}}
-            << "Volunteer 9: State 'W\U0001F34E' is longer than 2 characters: cut to 'W'."
-            << "SELECT State FROM Volunteer WHERE VolunteerID = 9" << QVariant("W");
-        QTest::newRow("punctuated phone") << "Client" << client(102, {{"HomePhone", "(608) 555-0199"}})
-                                          << "Client 102: HomePhone '(608) 555-0199' kept as digits only, '6085550199'."
-                                          << "SELECT HomePhone FROM Client WHERE ClientID = 102" << QVariant("6085550199");
-        QTest::newRow("no date") << "Client" << client(103, {{"BirthDate", 0.0}})
-                                 << "Client 103: BirthDate holds 12/30/1899, Access's \"no date\": left empty."
-                                 << "SELECT COUNT(*) FROM Client WHERE ClientID = 103 AND BirthDate IS NULL" << QVariant(1);
-        QTest::newRow("before 1900, with a time")
-            << "Family" << QVariantMap {{"FamilyMemberID", 201}, {"ClientID", 1}, {"BirthDate", -36522.25}}
-            << "Family.BirthDate: the time of day was dropped from 1 values; TendMark keeps dates only."
-            << "SELECT BirthDate FROM Family WHERE FamilyMemberID = 201" << QVariant("1800-01-01");
-        QTest::newRow("fraction of a cent") << "Payments" << QVariantMap {{"PaymentID", 300}, {"ClientID", 1}, {"AmountPaid", 12345}}
-                                            << "Payments 300: AmountPaid 1.2345 has a fraction of a cent: rounded to 1.23."
-                                            << "SELECT AmountPaid FROM Payments WHERE PaymentID = 300" << QVariant(123);
-        QTest::newRow("empty description")
-            << "EthnicOrigin" << QVariantMap {{"EthnicOriginID", 50}}
-            << "EthnicOrigin 50: EthnicOriginDescription is empty, which TendMark does not allow: an empty text kept."
-            << "SELECT EthnicOriginDescription = '' FROM EthnicOrigin WHERE EthnicOriginID = 50" << QVariant(1);
+        const auto row = [](const char *tag, const char *table, const QVariantMap &values, const QString &change, const char *check,
+                            const QVariant &answer) { QTest::newRow(tag) << table << values << change << check << answer; };
+        const QString omegas(48, QChar(0x3A9));
+        row("unknown lookup", "Client", client(100, {{"EthnicOriginID", 99}}),
+            "Client 100: EthnicOriginID 99 is not in the table EthnicOrigin: left empty.",
+            "SELECT EthnicOriginID IS NULL AND LastName = 'Ngata' FROM Client WHERE ClientID = 100", 1);
+        row("service of a missing client", "FoodService", {{"FoodServiceID", 500}, {"ClientID", 999}, {"NumberOfBags", 4}},
+            "FoodService 500: left out: its ClientID 999 is not in the table Client.",
+            "SELECT COUNT(*) FROM FoodService WHERE FoodServiceID = 500", 0);
+        row("member without a client", "Family", {{"FamilyMemberID", 200}, {"LastName", "Ngata"}},
+            "Family 200: left out: it has no ClientID.", "SELECT COUNT(*) FROM Family WHERE LastName = 'Ngata'", 0);
+        row("text too long", "Client", client(101, {{"City", omegas + "\U0001F34Exx"}}),
+            "Client 101: City '" + omegas + "\U0001F34Exx' is longer than 50 characters", "SELECT City FROM Client WHERE ClientID = 101",
+            omegas + "\U0001F34E");
+        row("cut never splits a character", "Volunteer", {{"VolunteerID", 9}, {"State", "W\U0001F34E"}},
+            "Volunteer 9: State 'W\U0001F34E' is longer than 2 characters: cut to 'W'.",
+            "SELECT State FROM Volunteer WHERE VolunteerID = 9", "W");
+        row("punctuated phone", "Client", client(102, {{"HomePhone", "(608) 555-0199"}}),
+            "Client 102: HomePhone '(608) 555-0199' kept as digits only, '6085550199'.",
+            "SELECT HomePhone FROM Client WHERE ClientID = 102", "6085550199");
+        row("no date", "Client", client(103, {{"BirthDate", 0.0}}),
+            "Client 103: BirthDate holds 12/30/1899, Access's \"no date\": left empty.",
+            "SELECT COUNT(*) FROM Client WHERE ClientID = 103 AND BirthDate IS NULL", 1);
+        row("before 1900, with a time", "Family", {{"FamilyMemberID", 201}, {"ClientID", 1}, {"BirthDate", -36522.25}},
+            "Family.BirthDate: the time of day was dropped from 1 values; TendMark keeps dates only.",
+            "SELECT BirthDate FROM Family WHERE FamilyMemberID = 201", "1800-01-01");
+        row("fraction of a cent", "Payments", {{"PaymentID", 300}, {"ClientID", 1}, {"AmountPaid", 12345}},
+            "Payments 300: AmountPaid 1.2345 has a fraction of a cent: rounded to 1.23.",
+            "SELECT AmountPaid FROM Payments WHERE PaymentID = 300", 123);
+        row("empty description", "EthnicOrigin", {{"EthnicOriginID", 50}},
+            "EthnicOrigin 50: EthnicOriginDescription is empty, which TendMark does not allow: an empty text kept.",
+            "SELECT EthnicOriginDescription = '' FROM EthnicOrigin WHERE EthnicOriginID = 50", 1);
     }
 
     void valuesTheSchemaWouldRefuseAreKeptOrLeftOutAndListed()
@@ -254,12 +229,12 @@ private Q_SLOTS:
         QVERIFY(source.ok());
         source.added[table] << row;
         QTemporaryDir dir;
-        const QString target = dir.filePath(QStringLiteral("pantry.tmdb"));
+        const QString target = dir.filePath("pantry.tmdb");
         const MdbConvert::Report report = MdbConvert::Convert(source, AccessSample::path(), target, false);
         QVERIFY2(report.ok, qPrintable(report.error));
         const QStringList listed = report.changes + report.notes.mid(3);   // after the notes of TendMark's own columns
         QVERIFY2(listed.size() == 1 && listed.constFirst().startsWith(change), qPrintable(listed.join(u'\n')));
-        QCOMPARE(valueOn(target, check), answer);
+        QCOMPARE(TestDatabase::onFile(target, {check}), answer);
         QCOMPARE(Schema::CheckFile(target), QStringList());
     }
 
@@ -290,8 +265,7 @@ private Q_SLOTS:
             source.retyped.insert(retyped, Kind::Text);
         source.unreadable = unreadable;
         QTemporaryDir dir;
-        const MdbConvert::Report report
-            = MdbConvert::Convert(source, AccessSample::path(), dir.filePath(QStringLiteral("pantry.tmdb")), false);
+        const MdbConvert::Report report = MdbConvert::Convert(source, AccessSample::path(), dir.filePath("pantry.tmdb"), false);
         QVERIFY(!report.ok);
         QVERIFY2(report.error.contains(message), qPrintable(report.error));
         QCOMPARE(filesIn(dir.path()), QStringList());
@@ -301,14 +275,14 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         QStringList seen;
-        const MdbConvert::Report report = MdbConvert::ConvertFile(AccessSample::path(), dir.filePath(QStringLiteral("pantry.tmdb")), false,
-                                                                  [&](const MdbConvert::Step &step) {
-                                                                      seen << step.name;
-                                                                      return step.name != QLatin1String("Family");
-                                                                  });
+        const MdbConvert::Report report
+            = MdbConvert::ConvertFile(AccessSample::path(), dir.filePath("pantry.tmdb"), false, [&](const MdbConvert::Step &step) {
+                  seen << step.name;
+                  return step.name != QLatin1String("Family");
+              });
         QVERIFY(!report.ok && report.cancelled);
-        QCOMPARE(seen, MdbConvert::Tables().mid(0, MdbConvert::Tables().indexOf(QStringLiteral("Family")) + 1));
-        QCOMPARE(MdbConvert::Describe(report), QStringList {QStringLiteral("The conversion was cancelled; no file was written.")});
+        QCOMPARE(seen, MdbConvert::Tables().mid(0, MdbConvert::Tables().indexOf("Family") + 1));
+        QCOMPARE(MdbConvert::Describe(report), QStringList {"The conversion was cancelled; no file was written."});
         QCOMPARE(filesIn(dir.path()), QStringList());
     }
 
@@ -316,7 +290,7 @@ private Q_SLOTS:
     {
         MdbConvert::Report report;
         report.ok = true;
-        report.changes = QStringList {QStringLiteral("Client 1: a"), QStringLiteral("Client 2: b"), QStringLiteral("Client 3: c")};
+        report.changes = QStringList {"Client 1: a", "Client 2: b", "Client 3: c"};
         QCOMPARE(MdbConvert::Describe(report).mid(3), (QStringList {"Changes (3):", "  Client 1: a", "  Client 2: b", "  Client 3: c"}));
         QCOMPARE(MdbConvert::Describe(report, 2).mid(3),
                  (QStringList {"Changes (3):", "  Client 1: a", "  Client 2: b", "  ... and 1 more."}));

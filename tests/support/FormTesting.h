@@ -80,6 +80,17 @@ inline QWidget *fieldOf(QWidget *window, const QString &dataField)
 }
 
 // Types text into a control as a user would: the old content is replaced.
+// Key by key, as a keyboard types: letters beyond ASCII (ễ, ñ) arrive as the text of their key press.
+inline void typeText(QWidget *c, const QString &text)
+{
+    for (const QChar ch : text) {
+        if (ch.unicode() < 0x80)
+            QTest::keyClick(c, ch.toLatin1());
+        else
+            QTest::sendKeyEvent(QTest::Click, c, Qt::Key_unknown, QString(ch), Qt::NoModifier);
+    }
+}
+
 inline void typeInto(QWidget *c, const QString &text)
 {
     if (auto *combo = qobject_cast<QComboBox *>(c); combo && !combo->isEditable()) {
@@ -97,13 +108,19 @@ inline void typeInto(QWidget *c, const QString &text)
         plain->selectAll();
         plain->textCursor().removeSelectedText();
     }
-    if (!text.isEmpty())
-        QTest::keyClicks(c, text);
+    typeText(c, text);
 }
 
 inline void typeInto(QWidget *window, const QString &dataField, const QString &text)
 {
     typeInto(fieldOf(window, dataField), text);
+}
+
+// Types into several controls: "Field=value;Field=value", an empty value clearing the control.
+inline void typeFields(QWidget *window, const QString &assignments)
+{
+    for (const QString &pair : assignments.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        typeInto(window, pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
 }
 
 inline QString statusText(QWidget *w)

@@ -383,9 +383,9 @@ QWidget *frmClientDetails::buildGridPage(Tab tab, const QString &noun)
         break;
     default:
         fit(rows->addGrid(RecordKind::Income, QCoreApplication::translate("ColumnHeadings", "<Source,2350|^Amount,900"),
-                          tr("Monthly Income:")));
+                          tr("Monthly Income:"), tr("income entry"), tr("&Add Income...")));
         fit(rows->addGrid(RecordKind::Expenses, QCoreApplication::translate("ColumnHeadings", "<Category,2350|^Amount,900"),
-                          tr("Monthly Expenses:")));
+                          tr("Monthly Expenses:"), tr("expense entry"), tr("&Add Expense...")));
         break;
     }
     connect(rows, &ClientSubGrid::rowDeleted, this, [this] {

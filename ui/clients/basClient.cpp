@@ -82,13 +82,7 @@ bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &
         return false;
     Prompt::message(QCoreApplication::translate("basClient", "Delete Client"),
                     QCoreApplication::translate("basClient", "Client '%1' deleted.").arg(name), Prompt::Icon::None, Prompt::Ok);
-    recordset.requery();
-    if (recordset.recordCount() > 0) {
-        if (recordset.eof())
-            recordset.moveLast();
-        else if (recordset.bof())
-            recordset.moveFirst();
-    }
+    recordset.resync();
     return true;
 }
 

@@ -28,6 +28,7 @@ class Recordset;
 
 namespace basClient {
 // Asks, deletes the client with every row that belongs to it, says so and re-reads
-// the recordset, which then stands on the first client. False on No or a failed delete.
+// the recordset, which then stands on the client after it (before it, when it was
+// the last). False on No or a failed delete.
 bool DeleteClient(Recordset &recordset, const QString &clientId, const QString &name);
 }   // namespace basClient

@@ -3,7 +3,6 @@
 #include "ClientRules.h"
 #include "ClientSubGrid.h"
 #include "DataBinding.h"
-#include "FilterStatement.h"
 #include "Prompt.h"
 #include "Recordset.h"
 #include "basClient.h"
@@ -44,7 +43,7 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
 {
     setObjectName(QStringLiteral("frmClientDetails"));
     setWindowTitle(tr(kCaption));
-    m_sql = RecordQueries::allClientsByLastName();
+    m_sql = RecordQueries::clientsByName();
     m_rs = new Recordset(this);
     connect(m_fields, &BoundFields::edited, this, &frmClientDetails::markChanged);
     m_fields->setLeaveCheck([this](QWidget *c) { validateOnLeave(c); });
@@ -114,7 +113,6 @@ void frmClientDetails::DisplayClient()
 
 void frmClientDetails::DisplayRecordPosition()
 {
-    // A new record keeps what the strip showed for the record before it.
     m_strip->showPosition(m_rs->absolutePosition(), m_rs->recordCount(), m_clientId);
 }
 
@@ -200,9 +198,23 @@ void frmClientDetails::activated()
 
 void frmClientDetails::refillForClient(const QString &clientId)
 {
-    if (clientId != m_clientId)
-        return;
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.Form_Activate"), [&] {
+        const QString shown = m_clientId;
+        m_rs->resync();
+        if (!shown.isEmpty() && m_rs->key().toString() != shown) {
+            // Deleted in another window: nothing is left to save into.
+            if (m_dataChanged)
+                Prompt::message(tr("Client Deleted"),
+                                tr("This client was deleted in another window. The changes made here were not saved."),
+                                Prompt::Icon::Exclamation, Prompt::Ok);
+            if (m_rs->recordCount() == 0)
+                AddRecord();
+            DisplayClient();
+            return;
+        }
+        DisplayRecordPosition();
+        if (clientId != shown)
+            return;
         PopulateGrids();
         FlagTabs();
         showHousehold();
@@ -362,6 +374,7 @@ bool frmClientDetails::saveBody()
         return false;
     }
     m_rs->update();
+    m_rs->resync();   // a new or renamed client takes its place in the order
     m_clientId = m_rs->key().toString();
     m_dataChanged = false;
     announceClientRecordsChanged(m_clientId);
@@ -469,8 +482,7 @@ bool frmClientDetails::queryUnload()
 
 void frmClientDetails::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
-                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
+    m_sql = RecordQueries::clientsByName(sql);
     setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 

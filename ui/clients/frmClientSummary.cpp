@@ -1,7 +1,6 @@
 #include "frmClientSummary.h"
 
 #include "ClientSubGrid.h"
-#include "FilterStatement.h"
 #include "Prompt.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
@@ -27,7 +26,7 @@ frmClientSummary::frmClientSummary(Workspace *main) : MdiChild(main)
 {
     setObjectName(QStringLiteral("frmClientSummary"));
     setWindowTitle(tr(kCaption));
-    m_sql = RecordQueries::allClientsByLastName();
+    m_sql = RecordQueries::clientsByName();
     m_rs = new Recordset(this);
 
     auto *info = new QGroupBox(tr("Client Information"), this);
@@ -176,8 +175,7 @@ void frmClientSummary::setClientID(const QString &id)
 
 void frmClientSummary::setSQL(const QString &sql)
 {
-    m_sql = sql.isEmpty() ? RecordQueries::allClientsByLastName()
-                          : FilterStatement::matching(QStringLiteral("Client"), sql) + QStringLiteral(" ORDER BY LastName");
+    m_sql = RecordQueries::clientsByName(sql);
     setWindowTitle(sql.isEmpty() ? tr(kCaption) : tr("%1 (Filter Applied)").arg(tr(kCaption)));
 }
 
@@ -218,11 +216,9 @@ MdiChild::Commands frmClientSummary::commands() const
 void frmClientSummary::refillForClient(const QString &)
 {
     basErrorHandler::Guard(QStringLiteral("frmClientSummary.Form_Activate"), [&] {
-        const QString id = m_clientId;
-        const int position = m_rs->absolutePosition();
-        m_rs->requery();
-        if (!m_rs->find(id) && m_rs->recordCount() > 0)
-            m_rs->moveTo(qBound(1, position, m_rs->recordCount()));
+        m_rs->resync();
+        if (!m_rs->onRow() && m_rs->recordCount() > 0)
+            m_rs->moveFirst();   // the first client added to an empty list
         DisplayClient();
     });
 }

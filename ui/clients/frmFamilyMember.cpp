@@ -70,9 +70,28 @@ void frmFamilyMember::buildFields()
     zip->setMaximumWidth(120);
     zip->setMinimumWidth(100);
     addField(zip, "cboData", QStringLiteral("EmployerZip"), opt, 16, tr("Zip Code"), 6, 1);
-    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationYears"), opt, 17,
-             tr("How long with this employer?"), 7, 1);
-    addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18, tr("Months"), 8, 1);
+    QWidget *years
+        = addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationYears"), opt, 17, tr("yrs"), 7, 1);
+    QWidget *months
+        = addField(masked(QStringLiteral("999"), 50), "mskData", QStringLiteral("EmployerDurationMonths"), opt, 18, tr("months"), 7, 1);
+    // Both boxes on one line, each followed by its unit.
+    auto *duration = new QHBoxLayout;
+    for (QWidget *box : {years, months}) {
+        QLabel *unit = label(box->property("Index").toInt());
+        fieldGrid()->removeWidget(box);
+        fieldGrid()->removeWidget(unit);
+        unit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        unit->setIndent(4);
+        duration->addWidget(box);
+        duration->addWidget(unit);
+        duration->addSpacing(8);
+    }
+    duration->addStretch(1);
+    auto *durationLabel = new QLabel(tr("How long with this employer?"), fieldGrid()->parentWidget());
+    durationLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    durationLabel->setBuddy(years);
+    fieldGrid()->addWidget(durationLabel, 7, 2);
+    fieldGrid()->addLayout(duration, 7, 3);
     addField(new QPlainTextEdit, "txtData", QStringLiteral("Comments"), QStringLiteral("Ex_All"), 19, tr("Comments"), 10, 0, 2);
     fieldGrid()->setColumnStretch(1, 1);
     fieldGrid()->setColumnStretch(3, 1);

@@ -19,17 +19,16 @@ ClientSubGrid::ClientSubGrid(Workspace *workspace, const Look &look, QWidget *pa
     , m_workspace(workspace)
     , m_look(look)
 {
-    auto button = [this](const char *name, const QString &caption, const QString &tip) {
+    auto button = [this](const char *name, const QString &caption) {
         auto *b = new QPushButton(caption, this);
         b->setObjectName(QString::fromLatin1(name));
-        if (!m_look.noun.isEmpty())
-            b->setToolTip(tip.arg(m_look.noun));
         b->setAutoDefault(false);
         return b;
     };
-    cmdAdd = button("cmdGridDataAdd", look.add, tr("Click to add a new %1."));
-    cmdEdit = button("cmdGridDataEdit", look.edit, tr("Click to edit the selected %1's details."));
-    cmdDelete = button("cmdGridDataDelete", look.remove, tr("Click to delete the selected %1."));
+    cmdAdd = button("cmdGridDataAdd", look.add);
+    cmdEdit = button("cmdGridDataEdit", look.edit);
+    cmdDelete = button("cmdGridDataDelete", look.remove);
+    nameButtons(m_look.noun);
     connect(cmdAdd, &QPushButton::clicked, this, &ClientSubGrid::addRow);
     connect(cmdEdit, &QPushButton::clicked, this, &ClientSubGrid::editRow);
     connect(cmdDelete, &QPushButton::clicked, this, &ClientSubGrid::deleteRow);
@@ -47,7 +46,17 @@ ClientSubGrid::ClientSubGrid(Workspace *workspace, const Look &look, QWidget *pa
     layout->addLayout(buttons);
 }
 
-QTableView *ClientSubGrid::addGrid(RecordKind editor, const QString &columnSpec, const QString &caption)
+void ClientSubGrid::nameButtons(const QString &noun)
+{
+    if (noun.isEmpty())
+        return;
+    cmdAdd->setToolTip(tr("Click to add a new %1.").arg(noun));
+    cmdEdit->setToolTip(tr("Click to edit the selected %1's details.").arg(noun));
+    cmdDelete->setToolTip(tr("Click to delete the selected %1.").arg(noun));
+}
+
+QTableView *ClientSubGrid::addGrid(RecordKind editor, const QString &columnSpec, const QString &caption, const QString &noun,
+                                   const QString &addCaption)
 {
     // The editors and the queries know the same kinds of record, in the same order.
     static_assert(int(RecordKind::Expenses) == int(ClientRecordQueries::Kind::Expenses));
@@ -59,7 +68,8 @@ QTableView *ClientSubGrid::addGrid(RecordKind editor, const QString &columnSpec,
     basTendmark::FormatDataGrid(grid);
     grid->installEventFilter(this);
     const int list = int(m_lists.size());
-    m_lists << List {grid, editor, kind};
+    QLabel *label = caption.isEmpty() ? nullptr : new QLabel(caption, m_gridArea);
+    m_lists << List {grid, editor, kind, label, noun, addCaption};
     connect(grid, &QTableView::pressed, this, [this, list] { use(list); });
     connect(grid, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
         if (index.isValid())
@@ -69,11 +79,11 @@ QTableView *ClientSubGrid::addGrid(RecordKind editor, const QString &columnSpec,
         m_gridArea->layout()->addWidget(grid);
     } else {
         auto *column = new QVBoxLayout;
-        column->addWidget(new QLabel(caption, m_gridArea));
+        column->addWidget(label);
         column->addWidget(grid, 1);
         static_cast<QHBoxLayout *>(m_gridArea->layout())->addLayout(column, 1);
     }
-    updateButtons();
+    use(m_active);
     return grid;
 }
 
@@ -89,6 +99,23 @@ bool ClientSubGrid::eventFilter(QObject *watched, QEvent *event)
 void ClientSubGrid::use(int list)
 {
     m_active = list;
+    if (m_lists.size() > 1) {
+        // The list Add adds to stands out, and the buttons say which it is.
+        for (int i = 0; i < m_lists.size(); ++i) {
+            const List &l = m_lists.at(i);
+            const bool chosen = i == list;
+            l.grid->setStyleSheet(chosen ? QStringLiteral("QTableView { border: 2px solid palette(highlight); }")
+                                         : QStringLiteral("QTableView { border: 1px solid palette(mid); margin: 1px; }"));
+            if (l.caption) {
+                QFont font = l.caption->font();
+                font.setBold(chosen);
+                l.caption->setFont(font);
+            }
+        }
+        const List &chosen = m_lists.at(list);
+        cmdAdd->setText(chosen.addCaption.isEmpty() ? m_look.add : chosen.addCaption);
+        nameButtons(chosen.noun.isEmpty() ? m_look.noun : chosen.noun);
+    }
     updateButtons();
 }
 

@@ -6,12 +6,14 @@
 #include <QList>
 #include <QWidget>
 
+class QLabel;
 class QPushButton;
 class QTableView;
 
 // One or two lists of a client's rows with Add..., Edit... and Delete buttons.
 // Add and Edit open the row's editor; Delete asks and removes the row. With two
-// lists (income and expenses) the buttons act on the one last used.
+// lists (income and expenses) the buttons act on the one last used, which shows
+// a highlighted frame and whose name the buttons carry.
 class ClientSubGrid : public QWidget
 {
     Q_OBJECT
@@ -30,7 +32,9 @@ public:
     ClientSubGrid(Workspace *workspace, const Look &look, QWidget *parent);
 
     // Adds a list of one kind of row, edited by that kind's editor; a caption puts a label above it.
-    QTableView *addGrid(RecordKind kind, const QString &columnSpec, const QString &caption = {});
+    // Beside another list, noun ("income entry") and addCaption ("&Add Income...") name it on the buttons.
+    QTableView *addGrid(RecordKind kind, const QString &columnSpec, const QString &caption = {}, const QString &noun = {},
+                        const QString &addCaption = {});
     // Shows the rows of this client; none for an empty ID.
     void showClient(const QString &clientId);
     bool hasRows() const;
@@ -47,9 +51,12 @@ private:
         QTableView *grid;
         RecordKind editor;
         ClientRecordQueries::Kind kind;
+        QLabel *caption;
+        QString noun, addCaption;
     };
 
     void use(int list);
+    void nameButtons(const QString &noun);   // the buttons' tooltips
     void updateButtons();
     qint64 currentKey() const;
     void addRow();

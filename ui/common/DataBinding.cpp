@@ -3,6 +3,7 @@
 #include "FieldRules.h"
 #include "GridModel.h"
 #include "LookupTables.h"
+#include "PhoneBox.h"
 #include "Recordset.h"
 #include "TmError.h"
 #include "basDatabase.h"
@@ -168,6 +169,8 @@ QString GetControlValue(const QWidget *control, const FieldInfo &field)
         return check->isChecked() ? QStringLiteral("True") : QStringLiteral("False");
     if (const auto *date = qobject_cast<const QDateEdit *>(control))
         return FormatDate(date->date());
+    if (const auto *phone = qobject_cast<const PhoneBox *>(control))
+        return phone->digits();
     if (const auto *edit = qobject_cast<const QLineEdit *>(control)) {
         if (edit->inputMask().isEmpty())
             return FieldRules::clean(edit->text(), false);

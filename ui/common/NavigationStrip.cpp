@@ -59,6 +59,9 @@ void NavigationStrip::showPosition(int position, int count, const QString &id)
             b->setEnabled(false);
         return;
     }
+    if (position < 0)
+        for (QPushButton *b : {cmdFirst, cmdPrevious, cmdNext, cmdLast})
+            b->setEnabled(true);
     if (position <= 0)
         return;
     lblStatus->setText(tr("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(id));

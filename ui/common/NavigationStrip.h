@@ -19,8 +19,9 @@ public:
 
     NavigationStrip(QWidget *window, bool withAdd);
 
-    // Shows where the window stands. position is 1-based; 0 or less is off a row
-    // (a new record): the label and the buttons stay as they were. With no
+    // Shows where the window stands. position is 1-based; 0 is off a row: the
+    // label and the buttons stay as they were. Below 0 is a new record: the
+    // label stays, and every button leads back to the records. With no
     // records at all the label says "Record: 0 of 0" and every button is off.
     void showPosition(int position, int count, const QString &id);
     // Watches the window and every control it holds now for the keys.

@@ -3,6 +3,7 @@
 #include "AmountBox.h"
 #include "FieldRules.h"
 #include "Money.h"
+#include "PhoneBox.h"
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
@@ -122,8 +123,9 @@ bool PasteGuard::insert(QWidget *control, const QString &incoming)
     if (!edit || edit->isReadOnly())
         return false;
     const QString cleaned = FieldRules::clean(incoming, false);
-    if (!edit->inputMask().isEmpty()) {
-        const MaskShape shape = shapeOf(edit->inputMask());
+    const bool phone = qobject_cast<PhoneBox *>(edit) != nullptr;
+    if (!edit->inputMask().isEmpty() || phone) {
+        const MaskShape shape = phone ? MaskShape {PhoneBox::kMostDigits, QStringLiteral("()-")} : shapeOf(edit->inputMask());
         if (shape.punctuation.contains(QLatin1Char('/'))) {
             const QDate date = basTendmark::ParseDate(cleaned);
             if (!date.isValid())

@@ -236,8 +236,8 @@ void RecordEditor::MarkRequiredFields()
 
 void RecordEditor::DisplayRecordPosition()
 {
-    // Off a row (also while adding, and with no rows at all) the strip keeps what it showed.
-    if (madoPrimaryRS.editMode() == Recordset::EditMode::Adding || madoPrimaryRS.bof() || madoPrimaryRS.eof())
+    // With no rows at all, or before the first or after the last, the strip keeps what it showed.
+    if (madoPrimaryRS.recordCount() == 0 || madoPrimaryRS.bof() || madoPrimaryRS.eof())
         return;
     m_strip->showPosition(madoPrimaryRS.absolutePosition(), madoPrimaryRS.recordCount(), m_recordId);
 }
@@ -351,6 +351,7 @@ bool RecordEditor::UpdateRecord()
             madoPrimaryRS.update();
             setLoading(true);
             if (adding) {
+                madoPrimaryRS.resync();   // the new record takes its place in the order
                 m_recordId = madoPrimaryRS.key().toString();
             }
             DisplayRecordPosition();

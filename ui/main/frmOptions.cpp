@@ -5,6 +5,7 @@
 #include "DataBinding.h"
 #include "OptionsStore.h"
 #include "PasteGuard.h"
+#include "PhoneBox.h"
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "basErrorHandler.h"
@@ -109,9 +110,11 @@ void frmOptions::buildControls()
         buddy->setProperty("Index", index++);
         grid->addWidget(label, row, column);
     };
-    auto addText = [&](const QString &name, const QString &column, const QString &text, int row, int col, int span) {
-        auto *box = new QLineEdit(org);
-        box->setObjectName(name);
+    // Every organisation text box is a "txtData"; the phone brings its own kind of box.
+    auto addText = [&](const QString &column, const QString &text, int row, int col, int span, QLineEdit *box = nullptr) {
+        if (!box)
+            box = new QLineEdit(org);
+        box->setObjectName(QStringLiteral("txtData"));
         box->setProperty("DataField", column);
         box->setProperty("Tag", QString());
         box->setProperty("Caption", QString(text).remove(QLatin1Char('&')));
@@ -122,9 +125,9 @@ void frmOptions::buildControls()
         connect(box, &QLineEdit::textEdited, this, [this] { setDataChanged(true); });
         return box;
     };
-    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationName"), tr("Organization &Name"), 0, 0, 5);
-    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationAddress"), tr("&Address"), 1, 0, 5);
-    addText(QStringLiteral("txtData"), QStringLiteral("OrganizationCity"), tr("&City"), 2, 0, 1);
+    addText(QStringLiteral("OrganizationName"), tr("Organization &Name"), 0, 0, 5);
+    addText(QStringLiteral("OrganizationAddress"), tr("&Address"), 1, 0, 5);
+    addText(QStringLiteral("OrganizationCity"), tr("&City"), 2, 0, 1);
 
     m_cboState = new QComboBox(org);
     m_cboState->setObjectName(QStringLiteral("cboData"));
@@ -135,10 +138,9 @@ void frmOptions::buildControls()
     grid->addWidget(m_cboState, 2, 3);
     connect(m_cboState, &QComboBox::currentIndexChanged, this, [this] { setDataChanged(true); });
 
-    QLineEdit *zip = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationZip"), tr("&Zip Code"), 2, 4, 1);
+    QLineEdit *zip = addText(QStringLiteral("OrganizationZip"), tr("&Zip Code"), 2, 4, 1);
     zip->setMaximumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 12);
-    QLineEdit *phone = addText(QStringLiteral("txtData"), QStringLiteral("OrganizationPhone"), tr("&Phone"), 3, 0, 1);
-    phone->setInputMask(QStringLiteral("(999) 999-9999"));
+    addText(QStringLiteral("OrganizationPhone"), tr("&Phone"), 3, 0, 1, new PhoneBox(org));
     grid->setColumnStretch(1, 1);
     layout->addWidget(org);
 
@@ -300,8 +302,10 @@ void frmOptions::PopulateOrganizationControls()
                 showLogo(text);
             else if (control == m_cboState)
                 m_cboState->setCurrentIndex(basTendmark::GetComboItemIndex(m_cboState, basDatabase::Field(kOrganization, column), text));
+            else if (auto *phone = qobject_cast<PhoneBox *>(control))
+                phone->setDigits(text);
             else if (auto *box = qobject_cast<QLineEdit *>(control))
-                box->setText(box->inputMask().isEmpty() ? text : basTendmark::FormatPhone(text));
+                box->setText(text);
         }
     });
 }

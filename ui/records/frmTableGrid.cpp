@@ -126,6 +126,10 @@ void frmTableGrid::buildControls(const QString &columnHeaders)
     connect(m_cmdDelete, &QPushButton::clicked, this, &frmTableGrid::cmdDelete_Click);
     connect(m_cmdCancel, &QPushButton::clicked, this, &QWidget::close);
     connect(m_grid->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmTableGrid::grdData_CurrentChanged);
+    connect(m_grid->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!m_inCellChange)
+            updateDeleteButton();
+    });
     connect(m_grid, &QTableView::clicked, this, [this](const QModelIndex &index) {
         if (!activeEditBox() && index.isValid())
             grdData_EnterCell(index.row(), index.column());
@@ -534,8 +538,9 @@ void frmTableGrid::setDataChanged(bool changed)
 
 void frmTableGrid::updateDeleteButton()
 {
+    // A row the user chose, not the cell the grid makes current when it takes the focus.
     const QModelIndex current = m_grid->currentIndex();
-    setDeleteEnabled(current.isValid() && !cellText(current.row(), 1).isEmpty());
+    setDeleteEnabled(current.isValid() && m_grid->selectionModel()->isRowSelected(current.row()) && !cellText(current.row(), 1).isEmpty());
 }
 
 void frmTableGrid::setDeleteEnabled(bool enabled)

@@ -1,7 +1,6 @@
 #include "frmVolunteer.h"
 
 #include "DataBinding.h"
-#include "FilterStatement.h"
 #include "Prompt.h"
 #include "basDatabase.h"
 #include "RecordQueries.h"
@@ -20,7 +19,7 @@ frmVolunteer::frmVolunteer(Workspace *main, QWidget *parent) : RecordEditor(main
 
 QString frmVolunteer::query() const
 {
-    const QString rows = m_sql.isEmpty() ? RecordQueries::allVolunteers() : m_sql;
+    const QString rows = m_sql.isEmpty() ? RecordQueries::volunteersByName() : m_sql;
     if (m_sortField.isEmpty())
         return rows;
     return QStringLiteral("SELECT * FROM (%1) ORDER BY %2 COLLATE NOCASE %3, LastName, FirstName, VolunteerID")
@@ -59,9 +58,7 @@ void frmVolunteer::SortColumn(Qt::SortOrder order)
 void frmVolunteer::setSQL(const QString &sql)
 {
     // The window's own order holds whatever order the statement has.
-    m_sql = sql.isEmpty()
-        ? QString()
-        : FilterStatement::matching(QStringLiteral("Volunteer"), sql) + QStringLiteral(" ORDER BY LastName, FirstName, VolunteerID");
+    m_sql = sql.isEmpty() ? QString() : RecordQueries::volunteersByName(sql);
     setWindowTitle(sql.isEmpty() ? tr("Volunteers") : tr("Volunteers (Filter Applied)"));
 }
 

@@ -1,5 +1,5 @@
-// The client windows (details, summary, list) together with the record editors
-// they open, worked through the main window as a user would.
+// The client list and summary, and the record editors the client windows open,
+// worked through the main window as a user would.
 #include "ClientSubGrid.h"
 #include "FormTesting.h"
 #include "DataBinding.h"
@@ -8,11 +8,29 @@
 #include "frmClientGrid.h"
 #include "frmClientSummary.h"
 
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTextEdit>
+
+// Notes every "Please Wait..." notice that is shown, with its message.
+class NoticeWatch : public QObject
+{
+public:
+    NoticeWatch() { qApp->installEventFilter(this); }
+    QStringList shown;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && watched->objectName() == QLatin1String("frmMessage"))
+            shown << static_cast<QWidget *>(watched)->windowTitle() + QLatin1Char('|') + watched->findChild<QLabel *>("lblMessage")->text();
+        return false;
+    }
+};
 
 class tst_ClientRecords : public QObject
 {
@@ -21,7 +39,7 @@ class tst_ClientRecords : public QObject
     // The list of a page, or the one of the given table where a page holds two.
     static QTableView *gridOf(QWidget *lists, const QString &table)
     {
-        const auto grids = lists->findChildren<QTableView *>(QStringLiteral("grdData"));
+        const auto grids = lists->findChildren<QTableView *>("grdData");
         for (QTableView *g : grids)
             if (grids.size() == 1 || g->property("Table").toString() == table)
                 return g;
@@ -33,7 +51,8 @@ class tst_ClientRecords : public QObject
         QCoreApplication::processEvents();
         QCOMPARE(world.main.activeChild(), w);
     }
-    static QString block(QWidget *w) { return w->findChild<QTextEdit *>(QStringLiteral("rtbClientInfo"))->toPlainText(); }
+    static QTableView *grid(QWidget *w) { return w->findChild<QTableView *>("grdData"); }
+    static QString block(QWidget *w) { return w->findChild<QTextEdit *>("rtbClientInfo")->toPlainText(); }
     static RecordEditor *activeEditor(ClientWorld &world, qint64 clientId)
     {
         auto *editor = qobject_cast<RecordEditor *>(world.main.activeChild());
@@ -90,7 +109,7 @@ private slots:
         TestDatabase::insert(table, {{"ClientID", ClientWorld::addClient("Baker", "Bo")}});   // another client's row, never listed
         auto *window = world.open<MdiChild>(qPrintable(menu));
         auto *details = qobject_cast<frmClientDetails *>(window);
-        auto *tabs = details ? details->findChild<QTabWidget *>(QStringLiteral("tabData")) : nullptr;
+        auto *tabs = details ? details->findChild<QTabWidget *>("tabData") : nullptr;
         QWidget *lists = tabs ? tabs->widget(list) : window->findChildren<ClientSubGrid *>().at(list);
         QTableView *grid = gridOf(lists, table);
         QVERIFY2(grid, qPrintable(table));
@@ -136,6 +155,106 @@ private slots:
             QVERIFY(!tabs->tabText(list).endsWith(QLatin1Char(' ')));
     }
 
+    void listShowsFormattedColumnsAndSortsByAHeading()
+    {
+        ClientWorld world;
+        ClientWorld::addClient("Zeller", "Zoe");
+        const qint64 id = ClientWorld::addClient("Abbot", "Amy", "B",
+                                                 {{"SocialSecurityNumber", "123456789"},
+                                                  {"HomePhone", "2175551234"},
+                                                  {"BirthDate", "1980-03-15"},
+                                                  {"Address", "1 Main\nApt 2"},
+                                                  {"EthnicOriginID", TestDatabase::lookupId("EthnicOrigin", "Asian")}});
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        QAbstractItemModelTester tester(grid(w)->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(grid(w)->model()->rowCount(), 2);
+        auto cell = [w](int row, int column) { return basTendmark::GridText(grid(w), row, column); };
+        QCOMPARE(
+            (QStringList {cell(0, 1), cell(0, 2), cell(0, 5), cell(0, 7), cell(0, 9), cell(0, 11), cell(0, 15), cell(1, 2)}),
+            (QStringList {QString::number(id), "Abbot", "123-45-6789", "03/15/1980", "Asian", "1 Main Apt 2", "(217) 555-1234", "Zeller"}));
+        QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
+
+        // A click on a heading chooses the column the toolbar's sort buttons then sort by.
+        QHeaderView *header = grid(w)->horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionViewportPosition(3) + 5, 5));
+        QVERIFY(w->ColumnSelected());
+        QVERIFY(!button(w, "cmdClientDelete")->isEnabled());
+        world.toolbar("Sort Descending");
+        QCOMPARE(cell(0, 3), "Zoe");
+        world.toolbar("Sort Ascending");
+        QCOMPARE(cell(0, 3), "Amy");
+        // Choosing a row lets the column go and offers the row's client; the clicked cell's column is then the one to sort.
+        clickRow(grid(w), 1);
+        QVERIFY(!w->ColumnSelected());
+        QVERIFY(world.main.toolbarButton(QStringLiteral("Sort Ascending"))->isEnabled());
+        QCOMPARE(w->ClientID(), cell(1, 1));
+        QVERIFY(button(w, "cmdClientEdit")->isEnabled());
+    }
+
+    void listFilterAndEmptyResult()
+    {
+        ClientWorld world;
+        ClientWorld::addClient("Abbot", "Amy", "B", {{"City", "Peoria"}});
+        ClientWorld::addClient("Baker", "Bo", "C", {{"City", "Pekin"}});
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Pekin'"));
+        NoticeWatch notices;
+        w->ExecuteSQL();
+        const QString notice = QStringLiteral("Please Wait...|Please wait while the recordset is refreshed...");
+        QCOMPARE(notices.shown, QStringList {notice});
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
+        QCOMPARE(basTendmark::GridText(grid(w), 0, 2), "Baker");
+        QVERIFY(world.prompts.messages().isEmpty());
+
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Nowhere'"));
+        w->ExecuteSQL();
+        QCOMPARE(world.prompts.last(),
+                 (Prompt::Message {"No Client Records Found", "No client records were found that matched the specified criteria.",
+                                   Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(grid(w)->model()->rowCount(), 1);   // one blank row
+        button(w, "cmdClientEdit")->click();
+        QVERIFY(!world.main.findChildWindow<frmClientDetails>());
+
+        // Refresh reads the list again under the same filter, with the same notice.
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City LIKE 'Pe%'"));
+        w->ExecuteSQL();
+        ClientWorld::addClient("Carter", "Cy", "D", {{"City", "Pella"}});
+        ClientWorld::addClient("Dunn", "Di", "E", {{"City", "Ames"}});
+        notices.shown.clear();
+        button(w, "cmdRefresh")->click();
+        QCOMPARE(notices.shown, QStringList {notice});
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 3);
+        QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
+    }
+
+    // Edit hands the chosen client over to the details window; Delete asks first, takes the client's rows along
+    // and leaves no client chosen.
+    void listEditAndDelete()
+    {
+        ClientWorld world;
+        ClientWorld::addClient("Abbot", "Amy");
+        const qint64 baker = ClientWorld::addClient("Baker", "Bob", "B");
+        TestDatabase::insert("Payments", {{"ClientID", baker}, {"AmountPaid", 100}});
+        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
+        clickRow(grid(w), 1);
+        button(w, "cmdClientEdit")->click();
+        auto *details = world.main.findChildWindow<frmClientDetails>();
+        QVERIFY(details);
+        QCOMPARE(details->ClientID(), QString::number(baker));
+        world.main.activateChild(w);
+
+        world.prompts.answer(Prompt::No);
+        button(w, "cmdClientDelete")->click();
+        QCOMPARE(TestDatabase::count("Client"), 2);
+        world.prompts.answer(Prompt::Yes);
+        button(w, "cmdClientDelete")->click();
+        QCOMPARE(world.prompts.titles(), (QStringList {"Delete Client?", "Delete Client?"}));
+        QCOMPARE(TestDatabase::count("Client") + TestDatabase::count("Payments"), 1);
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
+        QVERIFY(!button(w, "cmdClientDelete")->isEnabled());
+        QVERIFY(w->ClientID().isEmpty());
+    }
+
     void toolbarAndSearchBarActOnTheActiveClientWindow()
     {
         ClientWorld world;
@@ -147,27 +266,24 @@ private slots:
         auto *summary = world.open<frmClientSummary>("mnuDataClientSummary");
         QVERIFY(list && details && summary);
 
-        // The search bar's choice goes to the window in front, whatever its kind.
-        bringBack(world, summary);
-        world.main.showClient(QString::number(b));
-        QCOMPARE(summary->ClientID(), QString::number(b));
-        QCOMPARE(details->ClientID(), QString::number(a));
-        bringBack(world, details);
-        world.main.showClient(QString::number(c));
-        QCOMPARE(details->ClientID(), QString::number(c));
-        QCOMPARE(summary->ClientID(), QString::number(b));
-        bringBack(world, list);
-        world.main.showClient(QString::number(b));
-        QCOMPARE(list->ClientID(), QString::number(b));
-        QCOMPARE(basTendmark::GridText(list->findChild<QTableView *>(QStringLiteral("grdData")), 1, 1), QString::number(b));
+        // The search bar's choice goes to the window in front, whatever its kind, and to no other: summary, details, list.
+        const auto shown = [&] { return QStringList {summary->ClientID(), details->ClientID(), list->ClientID()}.join('|'); };
+        const std::tuple<MdiChild *, qint64, QString> shows[] = {{summary, b, "b|a|"}, {details, c, "b|c|"}, {list, b, "b|c|b"}};
+        for (const auto &[front, id, expected] : shows) {
+            bringBack(world, front);
+            world.main.showClient(QString::number(id));
+            QCOMPARE(shown(),
+                     QString(expected).replace('a', QString::number(a)).replace('b', QString::number(b)).replace('c', QString::number(c)));
+        }
+        QCOMPARE(basTendmark::GridText(grid(list), 1, 1), QString::number(b));
 
         // Save acts on the details window in front.
         bringBack(world, details);
         typeInto(details, "FirstName", "Cyrus");
         world.toolbar("Save");
-        QCOMPARE(TestDatabase::scalar("SELECT FirstName FROM Client WHERE ClientID = ?", {c}).toString(), QStringLiteral("Cyrus"));
+        QCOMPARE(TestDatabase::scalar("SELECT FirstName FROM Client WHERE ClientID = ?", {c}).toString(), "Cyrus");
 
-        // Delete acts on the summary in front, takes the client's rows and goes back to the first client;
+        // Delete acts on the summary in front, takes the client's rows and moves to the next client;
         // the list drops the client when it comes back.
         TestDatabase::insert("Family", {{"ClientID", b}, {"FirstName", "Kid"}});
         TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 100}});
@@ -175,14 +291,14 @@ private slots:
         world.prompts.answer(Prompt::Yes);
         world.toolbar("Delete");
         QCOMPARE(world.prompts.titles(), (QStringList {"Delete Client?", "Delete Client"}));
-        QCOMPARE(world.prompts.last().text, QStringLiteral("Client 'Baker, Bo A' deleted."));
+        QCOMPARE(world.prompts.last().text, "Client 'Baker, Bo A' deleted.");
         QCOMPARE(TestDatabase::count("Client"), 2);
         QCOMPARE(TestDatabase::count("Family") + TestDatabase::count("Income"), 0);
-        QCOMPARE(statusText(summary), QStringLiteral("Record: 1 of 2     ID: %1").arg(a));
+        QCOMPARE(statusText(summary), QStringLiteral("Record: 2 of 2     ID: %1").arg(c));
         bringBack(world, list);
-        auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
+        auto *grid = list->findChild<QTableView *>("grdData");
         QCOMPARE(basTendmark::Model(grid)->dataRowCount(), 2);
-        QCOMPARE(basTendmark::GridText(grid, 1, 2), QStringLiteral("Clark"));
+        QCOMPARE(basTendmark::GridText(grid, 1, 2), "Clark");
     }
 
     // The summary: the client's block of text, an empty table, and a row deleted from its own list.
@@ -190,7 +306,7 @@ private slots:
     {
         ClientWorld world;
         auto *w = world.open<frmClientSummary>("mnuDataClientSummary");
-        QCOMPARE(statusText(w), QStringLiteral("Record: 0 of 0"));
+        QCOMPARE(statusText(w), "Record: 0 of 0");
         QVERIFY(block(w).isEmpty());
         QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
         QTest::keyClick(w, Qt::Key_PageDown);
@@ -210,7 +326,7 @@ private slots:
         QCOMPARE(block(w).split(QLatin1Char('\n')),
                  (QStringList {QStringLiteral("Adams, Ann B").leftJustified(40) + "123-45-6789", "12 Main St", "Peoria, IL  61602",
                                "(309) 555-1212"}));
-        QTableView *food = w->findChildren<QTableView *>(QStringLiteral("grdData")).at(1);
+        QTableView *food = w->findChildren<QTableView *>("grdData").at(1);
         clickRow(food, 0);
         world.prompts.answer(Prompt::Yes);
         button(w->findChildren<ClientSubGrid *>().at(1), "cmdGridDataDelete")->click();

@@ -177,17 +177,12 @@ private slots:
         QTest::newRow("same joined table twice, Or") << QList<Row> {{"Food Service Date", "is less than", "03/10/2026"},
                                                                     {"Food Service Date", "is greater than", "04/01/2026", {}, "Or"}}
                                                      << QString() << QStringList {"Nguyễn", "O'Brien"};
-        QTest::newRow("quote in a value") << QList<Row> {{"Last Name", "is equal to", "o'brien"}} << QString() << QStringList {"O'Brien"};
         QTest::newRow("statement in a value") << QList<Row> {{"Last Name", "is equal to", "x'); DROP TABLE Client; --"}} << QString()
                                               << QStringList {"x'); DROP TABLE Client; --"};
-        QTest::newRow("comment and semicolon") << QList<Row> {{"Last Name", "contains", "; --"}} << QString()
-                                               << QStringList {"x'); DROP TABLE Client; --"};
         QTest::newRow("non-Latin begins with") << QList<Row> {{"Last Name", "begins with", "Nguyễ"}} << QString() << QStringList {"Nguyễn"};
-        QTest::newRow("Chinese") << QList<Row> {{"First Name", "is equal to", "偉"}} << QString() << QStringList {"張"};
         QTest::newRow("10,000 characters") << QList<Row> {{"Comments", "contains", QString(10000, u'é')}} << QString() << QStringList {};
         QTest::newRow("no value for is not empty, And") << QList<Row> {{"City", "is not empty"}, {"City", "begins with", "Peo", {}, "And"}}
                                                         << QString() << QStringList {"Adams", "x'); DROP TABLE Client; --"};
-        QTest::newRow("zip code as a number") << QList<Row> {{"Zip Code", "is equal to", "61554"}} << QString() << QStringList {"O'Brien"};
         // A typed statement needs only the key; the list keeps its own order.
         QTest::newRow("typed statement") << QList<Row> {{"City", "is equal to", "Normal"}}
                                          << "SELECT ClientID FROM Client WHERE City = 'Pekin' -- typed\nORDER BY FirstName; \n"
@@ -276,19 +271,8 @@ private slots:
                                 << "near \"SELEC\": syntax error";
         QTest::newRow("delete") << "DELETE FROM Client"
                                 << "not authorized";
-        QTest::newRow("second statement") << "SELECT * FROM Client; DROP TABLE Client"
-                                          << "Only one statement can be run at a time.";
-        QTest::newRow("pragma") << "PRAGMA journal_mode = DELETE"
-                                << "not authorized";
-        QTest::newRow("attach") << "ATTACH DATABASE 'x.db' AS x"
-                                << "not authorized";
         QTest::newRow("no key") << "SELECT LastName FROM Client"
                                 << "The statement must return the column ClientID.";
-        QTest::newRow("other table") << "SELECT VolunteerID AS ClientID FROM Volunteer"
-                                     << "The statement must select from the Client table.";
-        QTest::newRow("open quote") << "SELECT * FROM Client WHERE LastName = 'O'Brien'"
-                                    << "syntax error";
-        QTest::newRow("10,000 characters") << "SELECT * FROM Client WHERE " + QString(10000, u'ж') << "no such column";
     }
 
     void handTypedStatementsThatFailKeepTheDialogOpen()
@@ -323,10 +307,7 @@ private slots:
         QTest::newRow("no value") << Row {"City", "contains"} << "Row 2: enter a value for City.";
         QTest::newRow("no value, translated") << Row {"City", "contains"} << "[Row 2: [enter a value for City.]]";
         QTest::newRow("not a number") << Row {"Food Service Bags", "is equal to", "two"} << "Row 2: two is not a whole number.";
-        QTest::newRow("not money") << Row {"Payment Amount", "is less than", "ten"} << "Row 2: ten is not an amount of money.";
         QTest::newRow("no list choice") << Row {"Payment Type", "is equal to"} << "Row 2: enter a value for Payment Type.";
-        QTest::newRow("between without end") << Row {"Zip Code", "is between", "60000"}
-                                             << "Row 2: enter the second value of \"is between\".";
     }
 
     void badValuesNameTheRow()
@@ -385,22 +366,21 @@ private slots:
 
         // Tab and Enter move through the cells that take a value; Escape closes an editor; Delete clears a row.
         d.grid()->setCurrentIndex(d.model()->index(0, Field));
-        QTest::keyClick(d.editor(), Qt::Key_Tab);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Cond));
-        QTest::keyClick(d.editor(), Qt::Key_Return);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value));
-        QTest::keyClick(d.editor(), Qt::Key_Tab);
-        QTest::keyClick(d.editor(), Qt::Key_Tab);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(1, Conj));
-        QTest::keyClick(d.editor(), Qt::Key_Backtab);
-        QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
+        const std::tuple<Qt::Key, int, int> moves[] = {{Qt::Key_Tab, 0, Cond},
+                                                       {Qt::Key_Return, 0, Value},
+                                                       {Qt::Key_Tab, 0, Value2},
+                                                       {Qt::Key_Tab, 1, Conj},
+                                                       {Qt::Key_Backtab, 0, Value2}};
+        for (const auto &[key, row, column] : moves) {
+            QTest::keyClick(d.editor(), key);
+            QCOMPARE(d.grid()->currentIndex(), d.model()->index(row, column));
+        }
         QTest::keyClick(d.editor(), Qt::Key_Escape);   // closes the editor, not the dialog
         QVERIFY(d.isOpen() && !d.editor());
         QCOMPARE(d.grid()->currentIndex(), d.model()->index(0, Value2));
         d.grid()->setCurrentIndex(d.model()->index(0, Field));
         QTest::keyClick(d.editor(), Qt::Key_Delete);
-        QCOMPARE(d.cell(0, Field), QString("FEMA Contacted?"));   // the second criterion moved up
-        QCOMPARE(d.cell(0, Conj), QString("Where"));
+        QCOMPARE(d.cell(0, Conj) + ' ' + d.cell(0, Field), QString("Where FEMA Contacted?"));   // the second criterion moved up
         QVERIFY(d.grid()->isColumnHidden(Value2));
         QCOMPARE(d.model()->rowCount(), 2);
 
@@ -436,9 +416,7 @@ private slots:
         QCOMPARE(lastNames(list), (QStringList {"O'Brien", "Nguyễn", "張"}));
 
         d = FilterDialog::open(world);
-        QCOMPARE(d.cell(0, Field), QString("City"));
-        QCOMPARE(d.cell(1, Value), QString("Normal"));
-        QCOMPARE(d.cell(1, Conj), QString("Or"));
+        QCOMPARE((QStringList {d.cell(0, Field), d.cell(1, Value), d.cell(1, Conj)}), (QStringList {"City", "Normal", "Or"}));
         d.set(1, Value, "Peoria");
         d.ok();
         QCOMPARE(lastNames(list), (QStringList {"x'); DROP TABLE Client; --", "O'Brien", "Nguyễn", "Adams"}));   // Eve, Mary, Văn, Zoe
@@ -471,19 +449,15 @@ private slots:
         QCOMPARE(lastNames(list), byFirstName);
         QVERIFY(filterStatus(world).isEmpty());
 
-        // Remove Filter in the status bar and in the View menu do the same.
-        for (QObject *remove : {static_cast<QObject *>(button(&world.main, "cmdRemoveFilter")),
-                                static_cast<QObject *>(menu(world.main, "mnuViewRemoveFilter"))}) {
-            d = FilterDialog::open(world);
-            d.fill({{"City", "is equal to", "Normal"}});
-            d.ok();
-            QCOMPARE(lastNames(list), QStringList {"張"});
-            QCOMPARE(filterStatus(world), QString("Filtered: 1 of 5 clients"));
-            QMetaObject::invokeMethod(remove, qobject_cast<QAction *>(remove) ? "trigger" : "click");
-            QCOMPARE(lastNames(list), byFirstName);
-            QCOMPARE(list->windowTitle(), QString("Client Table"));
-            QVERIFY(filterStatus(world).isEmpty());
-        }
+        // Remove Filter in the status bar does as the View menu's entry.
+        d = FilterDialog::open(world);
+        d.fill({{"City", "is equal to", "Normal"}});
+        d.ok();
+        QCOMPARE(filterStatus(world), QString("Filtered: 1 of 5 clients"));
+        button(&world.main, "cmdRemoveFilter")->click();
+        QCOMPARE(lastNames(list), byFirstName);
+        QCOMPARE(list->windowTitle(), QString("Client Table"));
+        QVERIFY(filterStatus(world).isEmpty());
     }
 };
 

@@ -100,50 +100,30 @@ private slots:
               };
         using W = Window;
         const Way P = Way::Paste, T = Way::Type;
+        // The field checks themselves are tested in core; here each kind of box, window and way in.
         row("quotes and SQL", W::Client, "LastName", P, "'); DROP TABLE Client; --", "", "'''); DROP TABLE Client; --'");
         row("10,000 characters", W::Client, "LastName", P, QString(10000, u'x'), "Last Name cannot exceed 50 characters.", clientName);
         row("10,000 typed", W::Volunteer, "LastName", T, QString(60, u'x'), "Last Name cannot exceed 50 characters.", "none");
         row("emoji at the limit", W::Client, "LastName", P, QString(49, u'x') + emoji, "", "'" + QString(49, u'x') + emoji + "'");
         row("emoji past the limit", W::Client, "LastName", P, QString(50, u'x') + emoji, "Last Name cannot exceed 50 characters.",
             clientName);
-        row("decomposed accent", W::Client, "FirstName", P, QString::fromUtf8("Jose\xCC\x81"), "", QString::fromUtf8("'Jos\xC3\xA9'"));
-        row("non-Latin", W::Client, "FirstName", P, QString::fromUtf8("王小明"), "", QString::fromUtf8("'王小明'"));
         row("Vietnamese", W::FamilyMember, "LastName", P, QString::fromUtf8("Nguyễn"), "", QString::fromUtf8("'Nguyễn'"));
-        row("control characters", W::Client, "FirstName", P, QStringLiteral("Ann\tMarie") + QChar(7) + QChar(0) + QChar(u'\n'), "",
-            "'Ann Marie'");
-        row("blanks around", W::Client, "City", P, QString::fromUtf8("  Cañon City  "), "", QString::fromUtf8("'Cañon City'"));
+        row("control characters and blanks", W::Client, "FirstName", P, QStringLiteral("  Ann\tMarie") + QChar(7) + QChar(0) + QChar(u'\n'),
+            "", "'Ann Marie'");
         row("memo keeps its lines", W::Client, "Comments", P, QStringLiteral("one\r\ntwo") + QChar(7), "", "'one\ntwo'");
         row("SSN of 10 digits", W::Client, "SocialSecurityNumber", P, "1234567890",
             "Social Security No takes 9 digits; the pasted text has 10.", "'123456789'");
         row("SSN with dashes", W::Client, "SocialSecurityNumber", P, "987-65-4321", "", "'987654321'");
-        row("SSN of 8 digits", W::Client, "SocialSecurityNumber", T, "98765432", "Social Security No must be 11 characters.",
-            "'123456789'");
-        row("phone of 9 digits", W::Volunteer, "HomePhone", P, "555 12 4567", "Home Phone must have all ten digits, area code first.",
-            "none");
         row("phone of 11 digits", W::Client, "HomePhone", P, "1 217 555 1234", "Home Phone takes 10 digits; the pasted text has 11.",
             "NULL");
         row("phone with letters", W::Client, "WorkPhone", P, "217-555-1234 x9", "Work Phone takes digits only.", "NULL");
-        row("impossible date", W::Client, "BirthDate", T, "02302024", "Birth Date is not a valid date.", "NULL");
-        row("date before 1900", W::Client, "BirthDate", P, "1/1/1899", "Birth Date must be 01/01/1900 or later.", "NULL");
         row("far future", W::Client, "BirthDate", P, "12/31/9999", "Birth Date cannot be in the future.", "NULL");
-        row("tomorrow", W::FamilyMember, "BirthDate", P, QDate::currentDate().addDays(1).toString("M/d/yyyy"),
-            "Birth Date cannot be in the future.", "none");
         row("negative years", W::Client, "EmployerDurationYears", P, "-5", "yrs takes digits only.", "NULL");
         row("negative bags", W::FoodService, "NumberOfBags", P, "-1", "Number of bags takes digits only.", "2");
-        row("bags past the box", W::FoodService, "NumberOfBags", P, "1000", "Number of bags takes 3 digits; the pasted text has 4.", "2");
         row("negative paid", W::Payment, "AmountPaid", P, "-50", "Amount Paid cannot be negative.", "500");
-        row("bracketed requested", W::Payment, "AmountRequested", P, "(20.00)", "Amount Requested cannot be negative.", "NULL");
         row("grouped amount", W::Payment, "AmountPaid", P, "1,234.50", "", "123450");
-        row("fraction of a cent", W::Payment, "AmountPaid", P, "$0.005", "Amount Paid can have at most two decimals.", "500");
-        row("huge pasted amount", W::Payment, "AmountPaid", P, QString(20, u'9'), "Amount Paid cannot be more than $9,999,999,999,999.99.",
-            "500");
         row("huge typed amount", W::Income, "Amount", T, QString(20, u'9'), "Amount cannot be more than $9,999,999,999,999.99.", "none");
-        row("negative income", W::Income, "Amount", P, "-100", "Amount cannot be negative.", "500");
-        row("long organisation name", W::Options, "OrganizationName", P, QString(101, u'x'),
-            "Organization Name cannot exceed 100 characters.", "NULL");
         row("seven-digit phone", W::Options, "OrganizationPhone", P, "555 1234", "", "'5551234'");
-        row("phone past the box", W::Options, "OrganizationPhone", P, "55512345678", "Phone takes 10 digits; the pasted text has 11.",
-            "NULL");
     }
 
     void valueIsRefusedOrStoredExactly()

@@ -17,11 +17,6 @@
 
 namespace {
 
-int clientsNamed(const QString &lastName)
-{
-    return TestDatabase::count("Client", "LastName = ?", {lastName});
-}
-
 // A database of 300 clients, opened once in the window (which backs it up) and closed again.
 QString pantryWithBackup(Desk &d, const QString &name)
 {
@@ -45,47 +40,46 @@ private Q_SLOTS:
         Desk d;
         const qint64 id = TestDatabase::insert("Client", {{"LastName", "Keeper"}, {"FirstName", "Ann"}});
         const int before = int(Backups::List(d.db.path()).size());
-        d.main.findChild<QAction *>(QStringLiteral("mnuFileBackupNow"))->trigger();
-        QCOMPARE(d.prompts.last().title, QStringLiteral("Backup Now"));
+        d.main.findChild<QAction *>("mnuFileBackupNow")->trigger();
+        QCOMPARE(d.prompts.last().title, "Backup Now");
         const QString made = Backups::Latest(d.db.path());
         QVERIFY2(d.prompts.last().text.contains(QDir::toNativeSeparators(made)), qPrintable(d.prompts.last().text));
         QCOMPARE(int(Backups::List(d.db.path()).size()), before + 1);
 
         basDatabase::Execute("DELETE FROM Client WHERE ClientID = ?", {id});
-        QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
+        QCOMPARE(TestDatabase::count("Client", "LastName = 'Keeper'"), 0);
 
         auto *audit = d.open<frmAuditLog>("mnuToolsAuditLog");
         QVERIFY(audit);
-        QLineEdit *client = audit->findChild<QLineEdit *>(QStringLiteral("txtClientID"));
+        QLineEdit *client = audit->findChild<QLineEdit *>("txtClientID");
         client->setText(QString::number(id));
         audit->refill();
         const QTableWidget *grid = audit->grid();
         QCOMPARE(grid->rowCount(), 2);   // its insert and its delete, nobody else's
-        QCOMPARE(grid->item(1, 4)->text(), QStringLiteral("delete"));
-        QVERIFY(grid->item(1, 5)->text().contains(QStringLiteral("Keeper")));
+        QVERIFY(grid->item(1, 4)->text() == "delete" && grid->item(1, 5)->text().contains("Keeper"));
         // Up to yesterday the client had not been written yet; up to today both lines show.
-        audit->findChild<QDateEdit *>(QStringLiteral("dtpUntil"))->setDate(QDate::currentDate().addDays(-1));
-        audit->findChild<QCheckBox *>(QStringLiteral("chkUntil"))->setChecked(true);
+        audit->findChild<QDateEdit *>("dtpUntil")->setDate(QDate::currentDate().addDays(-1));
+        audit->findChild<QCheckBox *>("chkUntil")->setChecked(true);
         QCOMPARE(grid->rowCount(), 0);
-        audit->findChild<QDateEdit *>(QStringLiteral("dtpUntil"))->setDate(QDate::currentDate());
+        audit->findChild<QDateEdit *>("dtpUntil")->setDate(QDate::currentDate());
         QCOMPARE(grid->rowCount(), 2);
         QCOMPARE(grid->editTriggers(), QAbstractItemView::NoEditTriggers);
         client->setText(QString::number(id + 1));
         audit->refill();
         QCOMPARE(grid->rowCount(), 0);
 
-        d.main.findChild<QAction *>(QStringLiteral("mnuFileRestore"))->trigger();
+        d.main.findChild<QAction *>("mnuFileRestore")->trigger();
         auto *restore = d.main.findChild<frmRestoreBackup *>();
         QVERIFY(restore);
         QCOMPARE(restore->grid()->rowCount(), before + 1);
         QCOMPARE(restore->grid()->currentRow(), 0);   // the newest first
         d.prompts.answer(Prompt::No);
         QVERIFY(!restore->restoreSelected());
-        QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 0);
+        QCOMPARE(TestDatabase::count("Client", "LastName = 'Keeper'"), 0);
         d.prompts.answer(Prompt::Yes);
         QVERIFY(restore->restoreSelected());
         QCOMPARE(d.main.databasePath(), d.db.path());
-        QCOMPARE(clientsNamed(QStringLiteral("Keeper")), 1);
+        QCOMPARE(TestDatabase::count("Client", "LastName = 'Keeper'"), 1);
         QVERIFY(Backups::List(d.db.path()).size() > before + 1);   // the file as it was is kept too
         QVERIFY(!d.main.findChildWindow<frmAuditLog>());
     }
@@ -106,7 +100,7 @@ private Q_SLOTS:
         QFETCH(int, answer);
         QFETCH(int, clientsAfter);
         Desk d;
-        const QString path = pantryWithBackup(d, QStringLiteral("pantry.tmdb"));
+        const QString path = pantryWithBackup(d, "pantry.tmdb");
         if (damaged)
             TestDatabase::scribble(path);
         else
@@ -120,18 +114,16 @@ private Q_SLOTS:
 
         QVERIFY(!d.main.openDatabaseFile(path, true));
         const Prompt::Message told = d.prompts.messages().value(0);
-        QCOMPARE(told.title, QStringLiteral("Damaged Database"));
-        QCOMPARE(told.icon, Prompt::Icon::Critical);
-        QCOMPARE(told.buttons, Prompt::Yes | Prompt::No | Prompt::Cancel);
-        QVERIFY2(told.text.contains(QStringLiteral("will not change this file")) && told.text.contains(QStringLiteral("latest backup")),
-                 qPrintable(told.text));
+        QCOMPARE(told,
+                 (Prompt::Message {"Damaged Database", told.text, Prompt::Icon::Critical, Prompt::Yes | Prompt::No | Prompt::Cancel}));
+        QVERIFY2(told.text.contains("will not change this file") && told.text.contains("latest backup"), qPrintable(told.text));
         QCOMPARE(TestDatabase::fileHash(path), before);
         if (clientsAfter == -1) {
             QVERIFY(d.main.databasePath().isEmpty());
             QVERIFY(!QFile::exists(rescued));
             // With nothing open, File, Restore From Backup... asks which database first.
             d.prompts.answerFile(path);
-            d.main.findChild<QAction *>(QStringLiteral("mnuFileRestore"))->trigger();
+            d.main.findChild<QAction *>("mnuFileRestore")->trigger();
             auto *restore = d.main.findChild<frmRestoreBackup *>();
             QVERIFY(restore);
             d.prompts.answer(Prompt::Yes);
@@ -156,7 +148,7 @@ private Q_SLOTS:
     void sharedAndMovedFilesAreReported()
     {
         Desk d;
-        const QString path = pantryWithBackup(d, QStringLiteral("shared.tmdb"));
+        const QString path = pantryWithBackup(d, "shared.tmdb");
         for (const int answer : {int(Prompt::No), int(Prompt::Yes)}) {
             QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
             d.prompts.clear();

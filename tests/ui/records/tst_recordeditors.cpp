@@ -119,8 +119,8 @@ private slots:
         RecordEditor *w = openEditor(desk, kind);
         QVERIFY(w && w->recordId().isEmpty());
         if (kind != QLatin1String("Volunteer")) {
-            QCOMPARE(w->findChild<QLineEdit *>("txtClientName")->text(), QStringLiteral("O'Brien, Mary K"));
-            QCOMPARE(w->findChild<QLineEdit *>("txtClientSSN")->text(), QStringLiteral("123-45-6789"));
+            QCOMPARE(w->findChild<QLineEdit *>("txtClientName")->text(), "O'Brien, Mary K");
+            QCOMPARE(w->findChild<QLineEdit *>("txtClientSSN")->text(), "123-45-6789");
         }
         const auto [query, expected] = std::pair {stored.section(" => ", 0, 0), stored.section(" => ", 1)};
         for (const QString &step : steps) {
@@ -153,48 +153,38 @@ private slots:
     // new record, and a record no longer on file is not opened.
     void deleteAsksThenTellsAndMovesOn_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("insert");   // a row of the editor's table; ? is the client
-        QTest::addColumn<QStringList>("told");   // the question's title and text, then the answer's
-        QTest::newRow("food service")
-            << "FoodService"
-            << "INSERT INTO FoodService (ClientID, FoodServiceDate, NumberOfBags, FoodServiceTypeID) SELECT ?, '2026-01-05', 2,"
-               " FoodServiceTypeID FROM FoodServiceTypes WHERE FoodServiceTypeDescription = 'Senior box'"
-            << QStringList {"Delete Food Service Item?", "Are you sure you want to delete food service item '01/05/2026 Senior box'?",
-                            "Delete Food Service Item", "Food service item '01/05/2026 Senior box' deleted."};
-        QTest::newRow("payment") << "Payment"
-                                 << "INSERT INTO Payments (ClientID, PaymentDate, AmountPaid, PaymentsTypeID) SELECT ?, '2025-12-01', 500,"
-                                    " PaymentTypeID FROM PaymentTypes WHERE PaymentTypeDescription = 'Utilities'"
-                                 << QStringList {"Delete Payment Item?",
-                                                 "Are you sure you want to delete payment item '12/01/2025 Utilities'?",
-                                                 "Delete Payment Item", "Payment item '12/01/2025 Utilities' deleted."};
-        QTest::newRow("income") << "Income"
-                                << "INSERT INTO Income (ClientID, Amount, IncomeSourceID) SELECT ?, 500, IncomeSourceID FROM IncomeSources"
-                                   " WHERE IncomeSourceDescription = 'Pension'"
-                                << QStringList {"Delete Income Item?", "Are you sure you want to delete 'Pension'?", "Delete Income Item",
-                                                "'Pension' deleted."};
-        QTest::newRow("expenses") << "Expenses"
-                                  << "INSERT INTO Expenses (ClientID, Amount, ExpenseCategoryID) SELECT ?, 500, ExpenseCategoryID FROM"
-                                     " ExpenseCategories WHERE ExpenseCategoryDescription = 'Utilities'"
-                                  << QStringList {"Delete Expenses Item?", "Are you sure you want to delete 'Utilities'?",
-                                                  "Delete Expenses Item", "'Utilities' deleted."};
-        QTest::newRow("family member") << "FamilyMember"
-                                       << "INSERT INTO Family (ClientID, LastName, FirstName, RelationshipID) SELECT ?, 'Adams', 'Tim',"
-                                          " RelationshipID FROM Relationships WHERE RelationshipDescription = 'Son'"
-                                       << QStringList {"Delete Family Member?",
-                                                       "Are you sure you want to delete family member 'Adams, Tim '?",
-                                                       "Delete Family Member", "Family member 'Adams, Tim ' deleted."};
-        QTest::newRow("volunteer") << "Volunteer"
-                                   << "INSERT INTO Volunteer (LastName, FirstName) VALUES ('O''Neil', 'Pat')"
-                                   << QStringList {"Delete Volunteer?", "Are you sure you want to delete volunteer 'O'Neil, Pat'?",
-                                                   "Delete Volunteer", "Volunteer 'O'Neil, Pat' deleted."};
+        QTest::addColumn<QString>("insert");   // a row of the editor's table, ? the client; the keys are those of the standard entries
+        QTest::addColumn<QString>("item");   // what the titles name
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("answer");
+        const char *const rows[][5] = {
+            {"FoodService",
+             "INSERT INTO FoodService (ClientID, FoodServiceDate, NumberOfBags, FoodServiceTypeID) VALUES (?, '2026-01-05', 2, 5)",
+             "Food Service Item", "Are you sure you want to delete food service item '01/05/2026 Senior box'?",
+             "Food service item '01/05/2026 Senior box' deleted."},
+            {"Payment", "INSERT INTO Payments (ClientID, PaymentDate, AmountPaid, PaymentsTypeID) VALUES (?, '2025-12-01', 500, 2)",
+             "Payment Item", "Are you sure you want to delete payment item '12/01/2025 Utilities'?",
+             "Payment item '12/01/2025 Utilities' deleted."},
+            {"Income", "INSERT INTO Income (ClientID, Amount, IncomeSourceID) VALUES (?, 500, 6)", "Income Item",
+             "Are you sure you want to delete 'Pension'?", "'Pension' deleted."},
+            {"Expenses", "INSERT INTO Expenses (ClientID, Amount, ExpenseCategoryID) VALUES (?, 500, 2)", "Expenses Item",
+             "Are you sure you want to delete 'Utilities'?", "'Utilities' deleted."},
+            {"FamilyMember", "INSERT INTO Family (ClientID, LastName, FirstName, RelationshipID) VALUES (?, 'Adams', 'Tim', 3)",
+             "Family Member", "Are you sure you want to delete family member 'Adams, Tim '?", "Family member 'Adams, Tim ' deleted."},
+            {"Volunteer", "INSERT INTO Volunteer (LastName, FirstName) VALUES ('O''Neil', 'Pat')", "Volunteer",
+             "Are you sure you want to delete volunteer 'O'Neil, Pat'?", "Volunteer 'O'Neil, Pat' deleted."},
+        };
+        for (const auto &r : rows)
+            QTest::newRow(r[0]) << r[1] << r[2] << r[3] << r[4];
     }
 
     void deleteAsksThenTellsAndMovesOn()
     {
-        QFETCH(QString, kind);
         QFETCH(QString, insert);
-        QFETCH(QStringList, told);
+        QFETCH(QString, item);
+        QFETCH(QString, question);
+        QFETCH(QString, answer);
+        const QString kind = QString::fromLatin1(QTest::currentDataTag());
         EditorDesk desk;
         const QVariantList binds = insert.contains('?') ? QVariantList {desk.clientId} : QVariantList {};
         const QString first = basDatabase::Execute(insert, binds).lastInsertId().toString();
@@ -203,18 +193,18 @@ private slots:
         RecordEditor *w = openEditor(desk, kind, second);
         QVERIFY(w);
         QCOMPARE(w->recordId(), second);
-        const Prompt::Message question {told.at(0), told.at(1), Prompt::Icon::Question, Prompt::Yes | Prompt::No};
-        const Prompt::Message done {told.at(2), told.at(3), Prompt::Icon::None, Prompt::Ok};
+        const Prompt::Message asked {"Delete " + item + "?", question, Prompt::Icon::Question, Prompt::Yes | Prompt::No};
+        const Prompt::Message done {"Delete " + item, answer, Prompt::Icon::None, Prompt::Ok};
 
         desk.prompts.answer(Prompt::No);
         desk.toolbar("Delete");
-        QCOMPARE(desk.prompts.messages(), QList<Prompt::Message> {question});
+        QCOMPARE(desk.prompts.messages(), QList<Prompt::Message> {asked});
         QCOMPARE(TestDatabase::count(table), 2);
         for (int left : {1, 0}) {
             desk.prompts.clear();
             desk.prompts.answer(Prompt::Yes);
             desk.toolbar("Delete");
-            QCOMPARE(desk.prompts.messages(), (QList<Prompt::Message> {question, done}));
+            QCOMPARE(desk.prompts.messages(), (QList<Prompt::Message> {asked, done}));
             QCOMPARE(TestDatabase::count(table), left);
             QCOMPARE(w->recordId(), left ? first : QString());
             QCOMPARE(statusText(w), QStringLiteral("Record: 1 of 1     ID: ") + first);   // a new record keeps what was shown
@@ -361,7 +351,7 @@ private slots:
         QVERIFY(!w->DataChanged());
         w->setSQL({});
         w->ExecuteSQL();
-        QCOMPARE(typedText(w, "LastName"), QStringLiteral("Abbott"));
+        QCOMPARE(typedText(w, "LastName"), "Abbott");
         QCOMPARE(desk.prompts.messages().size(), 1);
     }
 

@@ -1,37 +1,76 @@
+#include "AmountBox.h"
 #include "DataBinding.h"
 #include "FilterStatement.h"
 #include "GridModel.h"
-#include "SqlText.h"
+#include "NavigationStrip.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
+#include "SqlText.h"
 #include "TestDatabase.h"
+#include "WidgetPrompts.h"
 #include "basDatabase.h"
 #include "basRegistry.h"
+#include "frmSelect.h"
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 
 using namespace basTendmark;
 
-class TestDataBinding : public QObject
+// What the record windows are built from: grids and their model, bound controls, the navigation
+// strip, the amount box, the record picker and the real prompt that shows it. How bound fields
+// report edits and moves is seen through the record windows.
+class TestFormKit : public QObject
 {
     Q_OBJECT
 
-private:
     static QTableView *grid(const QString &spec)
     {
         auto *g = new QTableView;
         g->setProperty("ColumnSpec", spec);
         FormatDataGrid(g);
         return g;
+    }
+    static QStringList column(QTableView *g, int c)
+    {
+        QStringList texts;
+        for (int row = 0; row < g->model()->rowCount(); ++row)
+            texts << GridText(g, row, c);
+        return texts;
+    }
+    // The enabled navigation buttons as "FPNL", a blank for each disabled one.
+    static QString enabledButtons(const QWidget &window)
+    {
+        QString s;
+        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
+            s += window.findChild<QPushButton *>(QString::fromLatin1(name))->isEnabled() ? QChar::fromLatin1(name[3]) : QLatin1Char(' ');
+        return s;
+    }
+    const QString pickerQuery = "SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, Address, City, State, ZipCode, "
+                                "HomePhone FROM Client WHERE LastName LIKE ? ORDER BY LastName";
+    // Two clients for the picker, Adams with a value in each column shown; returns their keys.
+    static std::pair<qint64, qint64> pickerClients()
+    {
+        return {TestDatabase::insert("Client",
+                                     {{"LastName", "Adams"},
+                                      {"FirstName", "Ruth"},
+                                      {"SocialSecurityNumber", "123456789"},
+                                      {"Address", "12 Elm St\r\nApt 4\nBack door"},
+                                      {"HomePhone", "9375551234"}}),
+                TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Tom"}})};
     }
 
 private Q_SLOTS:
@@ -44,7 +83,7 @@ private Q_SLOTS:
         QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
         QCOMPARE(g->columnWidth(1), 1400 / 15);
         QCOMPARE(g->columnWidth(2), g->horizontalHeader()->defaultSectionSize());
-        QCOMPARE(g->model()->headerData(2, Qt::Horizontal).toString(), QStringLiteral("First Name"));
+        QCOMPARE(g->model()->headerData(2, Qt::Horizontal).toString(), "First Name");
         const QList<GridModel::Column> &columns = Model(g.get())->columns();
         QCOMPARE(QList<Qt::Alignment>({columns.at(1).alignment, columns.at(2).alignment, columns.at(3).alignment}),
                  QList<Qt::Alignment>(
@@ -59,7 +98,7 @@ private Q_SLOTS:
         PopulateDataGrid(g.get(), query);
         QCOMPARE(g->model()->rowCount(), 2);
         QCOMPARE(GridRowKey(g.get(), 0), b);
-        QCOMPARE(GridText(g.get(), 1, 1), QStringLiteral("O'Brien"));
+        QCOMPARE(GridText(g.get(), 1, 1), "O'Brien");
         QCOMPARE(GridText(g.get(), 1, 2), QString());   // null shows empty
         QCOMPARE(Model(g.get())->findKey(a), 1);
         for (const qint64 key : {b, a}) {
@@ -80,9 +119,9 @@ private Q_SLOTS:
         QAbstractItemModelTester tester(g->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
         PopulateDataGrid(g.get(), {"SELECT ClientID, LastName FROM Client ORDER BY LastName", {}, "SELECT ClientID FROM Client"});
         QCOMPARE(g->model()->rowCount(), 20000);
-        QCOMPARE(GridText(g.get(), 19999, 1), QStringLiteral("L20000"));
+        QCOMPARE(GridText(g.get(), 19999, 1), "L20000");
         Model(g.get())->sortByColumn(1, Qt::DescendingOrder);
-        QCOMPARE(GridText(g.get(), 0, 1), QStringLiteral("L20000"));
+        QCOMPARE(GridText(g.get(), 0, 1), "L20000");
         SelectRow(g.get(), 5);
         QCOMPARE(g->currentIndex().row(), 5);
         QCOMPARE(g->selectionModel()->selectedIndexes().size(), 2);
@@ -152,22 +191,19 @@ private Q_SLOTS:
         const qint64 a = TestDatabase::insert("Client", {{"LastName", "A"}, {"BirthDate", "1990-01-05"}});
         const qint64 b = TestDatabase::insert("Client", {{"LastName", "B"}, {"BirthDate", "1985-12-31"}});
         const qint64 c = TestDatabase::insert("Client", {{"LastName", "C"}, {"BirthDate", "2001-06-15"}});
-        TestDatabase::insert("Income", {{"ClientID", a}, {"Amount", 99000}});
-        TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 120000}});
-        TestDatabase::insert("Income", {{"ClientID", c}, {"Amount", 9500}});
+        for (const auto &[client, amount] : {std::pair {a, 99000}, {b, 120000}, {c, 9500}})
+            TestDatabase::insert("Income", {{"ClientID", client}, {"Amount", amount}});
         std::unique_ptr<QTableView> g(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
         PopulateDataGrid(g.get(),
                          {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
                               + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID",
                           {},
                           {}});
-        GridModel *model = Model(g.get());
-        model->sortByColumn(2, Qt::AscendingOrder);
-        QCOMPARE(QStringList({GridText(g.get(), 0, 1), GridText(g.get(), 1, 1), GridText(g.get(), 2, 1)}), (QStringList {"B", "A", "C"}));
-        model->sortByColumn(3, Qt::DescendingOrder);
-        QCOMPARE(QStringList({GridText(g.get(), 0, 3), GridText(g.get(), 1, 3), GridText(g.get(), 2, 3)}),
-                 (QStringList {"$1,200.00", "$990.00", "$95.00"}));
-        QCOMPARE(model->findKey(c), 2);
+        Model(g.get())->sortByColumn(2, Qt::AscendingOrder);
+        QCOMPARE(column(g.get(), 1), (QStringList {"B", "A", "C"}));
+        Model(g.get())->sortByColumn(3, Qt::DescendingOrder);
+        QCOMPARE(column(g.get(), 3), (QStringList {"$1,200.00", "$990.00", "$95.00"}));
+        QCOMPARE(Model(g.get())->findKey(c), 2);
     }
 
     // Controls show a record's stored values formatted and give them back as stored; lists find
@@ -205,26 +241,20 @@ private Q_SLOTS:
             controls << w;
         }
         PopulateDataControls(controls, rs);
-        QCOMPARE(last.text(), QStringLiteral("O'Brien"));
-        QCOMPARE(phone.text(), QStringLiteral("(555) 123-4567"));
-        QCOMPARE(birth.text(), QStringLiteral("12/31/1980"));
+        QCOMPARE((QStringList {last.text(), phone.text(), birth.text(), state.currentText(), origin.currentText()}),
+                 (QStringList {"O'Brien", "(555) 123-4567", "12/31/1980", "TX", "Asian"}));
         QVERIFY(fema.isChecked());
-        QCOMPARE(state.currentText(), QStringLiteral("TX"));
-        QCOMPARE(origin.currentText(), QStringLiteral("Asian"));
-        QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")), QStringLiteral("5551234567"));
-        QCOMPARE(GetControlValue(&ssn, rs.field("SocialSecurityNumber")), QStringLiteral("123456789"));
-        QCOMPARE(GetControlValue(&birth, rs.field("BirthDate")), QStringLiteral("12/31/1980"));
-        QCOMPARE(GetControlValue(&fema, rs.field("FEMAContacted")), QStringLiteral("True"));
-        QCOMPARE(GetControlValue(&state, rs.field("State")), QStringLiteral("TX"));
-        QCOMPARE(GetControlValue(&origin, rs.field("EthnicOriginID")), QString::number(asian));
-        QCOMPARE(GetFieldValue(rs, "BirthDate"), QStringLiteral("12/31/1980"));
+        QStringList values;
+        for (auto [w, column] : bound)
+            values << GetControlValue(w, rs.field(column));
+        QCOMPARE(values, (QStringList {"O'Brien", "5551234567", "12/31/1980", "123456789", "True", "TX", QString::number(asian)}));
+        QCOMPARE(GetFieldValue(rs, "BirthDate"), "12/31/1980");
         for (const char *text : {"", "tx", "ZZ"})   // text matches keep their case
             QCOMPARE(GetComboItemIndex(&state, rs.field("State"), QString::fromLatin1(text)), -1);
         QCOMPARE(GetComboItemIndex(&origin, rs.field("EthnicOriginID"), "999"), -1);
         phone.clear();
         birth.clear();
-        QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")), QString());
-        QCOMPARE(GetControlValue(&birth, rs.field("BirthDate")), QString());
+        QCOMPARE(GetControlValue(&phone, rs.field("HomePhone")) + GetControlValue(&birth, rs.field("BirthDate")), QString());
         QDateEdit date;
         SetControlValue(&date, rs.field("BirthDate"), "12/31/1980");
         QCOMPARE(date.date(), QDate(1980, 12, 31));
@@ -242,17 +272,169 @@ private Q_SLOTS:
         QMdiSubWindow *sub = area.addSubWindow(child);
         sub->move(30, 40);
         SetMDIChildDimensions(child, &area);
-        QCOMPARE(sub->width(), int(area.viewport()->width() * 0.85));
-        QCOMPARE(sub->height(), int(area.viewport()->height() * 0.75));
-        QCOMPARE(sub->pos(), QPoint(0, 0));   // no stored place: the first step of the cascade
+        // No stored place: the first step of the cascade.
+        QCOMPARE(sub->geometry(), QRect(0, 0, int(area.viewport()->width() * 0.85), int(area.viewport()->height() * 0.75)));
         sub->setGeometry(50, 60, 400, 300);
         SaveMDIChildDimensions(child);
-        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmTestChild"), QStringLiteral("50,60,400,300"));
+        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmTestChild"), "50,60,400,300");
         sub->setGeometry(0, 0, 200, 200);
         SetMDIChildDimensions(child, &area);
         QCOMPARE(sub->geometry(), QRect(50, 60, 400, 300));
     }
+
+    void stripShowsThePosition_data()
+    {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QString>("buttons");
+        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42"
+                                        << "  NL";
+        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42"
+                                << "FPNL";
+        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42"
+                              << "FP  ";
+        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42"
+                                      << "    ";
+        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0"
+                              << "    ";
+        // A new record keeps the text and buttons shown before it.
+        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7"
+                                           << "  NL";
+        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0"
+                                         << "    ";
+        QTest::newRow("adding beside others") << -1 << 3 << "Record: 1 of 3     ID: 7"
+                                              << "FPNL";
+    }
+
+    void stripShowsThePosition()
+    {
+        QFETCH(int, position);
+        QFETCH(int, count);
+        QFETCH(QString, label);
+        QFETCH(QString, buttons);
+        QWidget window;
+        NavigationStrip strip(&window, false);
+        strip.showPosition(1, 3, "7");
+        strip.showPosition(position, count, "42");
+        QCOMPARE(window.findChild<QLabel *>("lblStatus")->text(), label);
+        QCOMPARE(enabledButtons(window), buttons);
+        QVERIFY(!window.findChild<QPushButton *>("cmdAdd"));
+    }
+
+    void amountBoxTakesMoneyOnly_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("whole") << "1234"
+                               << "$1,234.00"
+                               << "1234.00";
+        QTest::newRow("one point only") << "12.5.7"
+                                        << "$12.57"
+                                        << "12.57";
+        QTest::newRow("letters and signs dropped") << "a1-b2,c"
+                                                   << "$12.00"
+                                                   << "12.00";
+        QTest::newRow("empty") << QString() << QString() << QString();
+    }
+
+    void amountBoxTakesMoneyOnly()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(QString, value);
+        QWidget window;
+        auto *box = new AmountBox(&window);
+        auto *other = new QLineEdit(&window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy changes(box, &QLineEdit::textChanged);
+        box->setFocus();
+        QTest::keyClicks(box, typed);
+        const auto edits = changes.size();
+        QCOMPARE(box->value(), value);
+        box->showFormatted();
+        other->setFocus();
+        QCOMPARE(box->text(), shown);
+        QCOMPARE(changes.size(), edits);   // reformatting is no edit
+        box->setFocus();   // back in the box, the dollar sign goes
+        QVERIFY(!box->text().contains(QLatin1Char('$')));
+        QCOMPARE(box->value(), value);
+    }
+
+    // A double-click chooses its row; an empty result shows one blank row that cannot be chosen, OK stays off.
+    void pickerDoubleClickChoosesTheRow_data()
+    {
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("chosen");
+        QTest::newRow("second row") << "%" << 1 << true;
+        QTest::newRow("blank row of an empty result") << "Nobody" << 0 << false;
+    }
+
+    void pickerDoubleClickChoosesTheRow()
+    {
+        QFETCH(QString, names);
+        QFETCH(int, row);
+        QFETCH(bool, chosen);
+        TestDatabase db;
+        const qint64 second = pickerClients().second;
+        frmSelect form;
+        form.setRecordset({pickerQuery, {names}, {}});
+        form.show();
+        auto *grid = form.findChild<QTableView *>("grdData");
+        auto *ok = form.findChild<QPushButton *>("cmdOK");
+        QCOMPARE(grid->model()->rowCount(), chosen ? 2 : 1);
+        QCOMPARE(ok->isEnabled(), chosen);   // the first row starts current
+        const QPoint at = grid->visualRect(grid->model()->index(row, 2)).center();
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
+        QCOMPARE(form.OKClicked(), chosen);
+        QCOMPARE(form.isVisible(), !chosen);
+        if (chosen) {
+            QCOMPARE(form.RecordID(), QString::number(second));
+            QCOMPARE(form.result(), int(QDialog::Accepted));
+            return;
+        }
+        QVERIFY(!ok->isEnabled());
+        form.findChild<QPushButton *>("cmdCancel")->click();
+        QVERIFY(!form.isVisible() && !form.OKClicked());
+        QCOMPARE(form.result(), int(QDialog::Rejected));
+    }
+
+    // The real prompt shows the picker with its caption, the values formatted on one line each.
+    void realPromptShowsThePickerFormatted()
+    {
+        TestDatabase db;
+        const qint64 first = pickerClients().first;
+        WidgetPrompts prompts;
+        Prompt::setHandler(&prompts);
+        QString caption;
+        QStringList headings, rows;
+        QTimer::singleShot(0, [&] {
+            auto *form = qobject_cast<frmSelect *>(QApplication::activeModalWidget());
+            QVERIFY(form);
+            caption = form->windowTitle();
+            QAbstractItemModel *model = form->findChild<QTableView *>("grdData")->model();
+            for (int c = 1; c < model->columnCount(); ++c) {
+                headings << model->headerData(c, Qt::Horizontal).toString();
+                rows << model->index(0, c).data().toString() + QLatin1Char('/') + model->index(1, c).data().toString();
+            }
+            form->findChild<QPushButton *>("cmdOK")->click();
+        });
+        const std::optional<QString> chosen
+            = Prompt::pick({QStringLiteral("Select Client"), QStringLiteral("Pick one."), {pickerQuery, {"%"}, {}}});
+        Prompt::setHandler(nullptr);
+        QCOMPARE(caption, "Select Client");
+        QCOMPARE(headings, (QStringList {"Last Name", "First Name", "MI", "SSN", "Address", "City", "State", "Zip Code", "Home Phone"}));
+        // Adams over Baker: nulls show empty, line breaks as spaces.
+        QCOMPARE(rows,
+                 (QStringList {"Adams/Baker", "Ruth/Tom", "/", "123-45-6789/", "12 Elm St  Apt 4 Back door/", "/", "/", "/",
+                               "(937) 555-1234/"}));
+        QCOMPARE(chosen, std::optional<QString>(QString::number(first)));
+    }
 };
 
-QTEST_MAIN(TestDataBinding)
-#include "tst_databinding.moc"
+QTEST_MAIN(TestFormKit)
+#include "tst_formkit.moc"

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QSqlDatabase;
+
+// Names and addresses as people read them: "NGUYỄN", "Nguyen" and "nguyen" are the
+// same name; "12 Calle Peña Street, Apt 4" is the same address as "12 CALLE PENA ST #4".
+// The database keeps each name and address folded in a key column beside it
+// (LastNameKey, AddressKey, ...), filled by triggers through the SQL functions below,
+// so that searches, duplicate checks and the lists' name order use an index.
+namespace FoldedText {
+
+// Case and accents folded away, letters without a decomposition spelled plainly (đ as d,
+// ø as o, æ as ae, ß as ss), runs of blanks made one and the ends trimmed.
+QString name(const QString &text);
+// A name fold in which punctuation is a blank and the common street words are abbreviated
+// (street as st, avenue as ave, apartment and # as apt, ...).
+QString address(const QString &text);
+
+// The derived key columns of each table, which hold no data of their own.
+QStringList keyColumns(const QString &table);
+
+// tendmark_fold(text) and tendmark_fold_address(text) on every connection opened from now on,
+// and on db when it is already open.
+void RegisterSqlFunctions();
+void RegisterSqlFunctions(const QSqlDatabase &db);
+
+// Adds the key columns, their triggers and indexes, and fills them (a schema upgrade step).
+bool AddKeyColumns(QSqlDatabase db, QString *error);
+
+}   // namespace FoldedText

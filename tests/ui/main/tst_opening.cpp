@@ -1,0 +1,305 @@
+#include "AccessSample.h"
+#include "DemoDatabase.h"
+#include "FormTesting.h"
+#include "StartPanel.h"
+#include "basDatabase.h"
+#include "basRegistry.h"
+
+#include <QApplication>
+#include <QCommandLinkButton>
+#include <QFileInfo>
+#include <QScreen>
+#include <QTimer>
+
+// Starting the program and opening files: the last database, the start panel, files of other kinds, Access databases.
+class TestOpening : public QObject
+{
+    Q_OBJECT
+
+    // A main window not yet started, answering from a script, with a folder of files beside a closed test database.
+    struct Start
+    {
+        TestDatabase db {false};
+        ScriptedPrompts prompts;
+        frmMain w;
+        QString file(const QString &name) const
+        {
+            QDir().mkpath(QFileInfo(db.folder() + '/' + name).path());
+            return db.folder() + '/' + name;
+        }
+        void open(const QString &path)
+        {
+            prompts.answerFile(path);
+            menu(w, "mnuFileOpen")->trigger();
+        }
+        QString status() { return w.findChild<QLabel *>("Status")->text(); }
+    };
+    static QString lastOpened() { return basRegistry::GetString(basRegistry::SettingsKey(), "LastOpened", "<none>"); }
+
+private Q_SLOTS:
+    void init() { basRegistry::DeleteKey(basRegistry::SettingsKey()); }
+
+    // Starting reopens the last database when it is still there; a first start, or a last file that has gone
+    // (forgotten without a word), starts with none.
+    void startUpReopensTheLastDatabase_data()
+    {
+        QTest::addColumn<QString>("last");   // LastOpened before the start; "db": the test's database
+        QTest::newRow("first start") << QString();
+        QTest::newRow("last file gone") << "/nowhere/moved.tmdb";
+        QTest::newRow("last file there") << "db";
+    }
+
+    void startUpReopensTheLastDatabase()
+    {
+        QFETCH(QString, last);
+        const bool opens = last == "db";
+        Start s;
+        if (!last.isEmpty())
+            basRegistry::SetString(basRegistry::SettingsKey(), "LastOpened", opens ? s.db.path() : last);
+        s.w.startUp();
+        QVERIFY(basRegistry::KeyExists(basRegistry::SettingsKey()));
+        QCOMPARE(basDatabase::IsOpen(), opens);
+        if (!last.isEmpty())
+            QCOMPARE(lastOpened(), opens ? s.db.path() : QString());
+        QCOMPARE(s.w.windowTitle(), opens ? "TendMark - [No Organization Name]" : "TendMark");
+        QCOMPARE(s.status().contains("test.tmdb"), opens);
+        QCOMPARE(s.w.toolbarButton("Open")->isEnabled(), !opens);
+        QVERIFY(s.prompts.messages().isEmpty());
+        if (!opens)
+            return;
+
+        basDatabase::Execute("UPDATE Organization SET OrganizationName = ?", {"St. Mary's Pantry"});
+        s.w.DisplayOrganizationName();
+        QCOMPARE(s.w.windowTitle(), "TendMark - St. Mary's Pantry");
+        menu(s.w, "mnuFileClose")->trigger();
+        QVERIFY(!basDatabase::IsOpen() && s.w.toolbarButton("Open")->isEnabled());
+        QCOMPARE(s.w.windowTitle(), "TendMark");
+        QVERIFY(!s.status().contains("test.tmdb"));
+    }
+
+    // Open asks for a file and remembers it; the start panel, shown while no database is open, makes a new one,
+    // lists the recent files (one gone) and opens the demo.
+    void openNewRecentAndDemo()
+    {
+        Start s;
+        s.w.show();
+        s.w.startUp();
+        auto *panel = s.w.findChild<StartPanel *>();
+        QVERIFY(panel->isVisible());
+        s.prompts.answerFile(QString());   // cancelled
+        s.w.toolbarButton("Open")->trigger();
+        QCOMPARE(s.prompts.fileRequests().last().title, "Open Database");
+        QVERIFY(s.prompts.fileRequests().last().filter.contains("*.tmdb"));
+        QVERIFY(!basDatabase::IsOpen());
+        s.open(s.db.path());
+        QVERIFY(basDatabase::IsOpen() && !panel->isVisible());
+        QCOMPARE(lastOpened(), s.db.path());
+        s.open(QString());   // cancelling leaves the open database alone
+        QCOMPARE(s.w.databasePath(), s.db.path());
+        QVERIFY(s.w.closeDatabase());
+        QVERIFY(panel->isVisible());
+
+        // New makes a database with the standard contents and opens it.
+        const QString made = s.file("hope.tmdb");
+        s.prompts.answerFile(made);
+        QTest::mouseClick(panel->findChild<QPushButton *>("cmdNewDatabase"), Qt::LeftButton);
+        QVERIFY(s.prompts.fileRequests().last().save);
+        QCOMPARE(s.w.databasePath(), made);
+        QCOMPARE(TestDatabase::count("States"), 56);
+
+        QVERIFY(s.w.openDatabaseFile(s.db.path(), true));
+        QVERIFY(QFile::remove(made));
+        QVERIFY(s.w.closeDatabase());
+        QList<QCommandLinkButton *> entries = panel->findChildren<QCommandLinkButton *>("cmdRecent");
+        QVERIFY(entries.size() >= 2);
+        QCOMPARE(entries.at(0)->property("Path").toString() + '|' + entries.at(1)->property("Path").toString(), s.db.path() + '|' + made);
+        QVERIFY(!entries.at(1)->isEnabled());   // the file is not there any more
+        QTest::mouseClick(entries.at(0), Qt::LeftButton);
+        QCOMPARE(s.w.databasePath(), s.db.path());
+        s.w.closeDatabase();
+
+        QFile::remove(DemoDatabase::Path());
+        QTest::mouseClick(panel->findChild<QPushButton *>("cmdOpenDemo"), Qt::LeftButton);
+        QVERIFY(s.prompts.messages().isEmpty());
+        QCOMPARE(s.w.databasePath(), DemoDatabase::Path());
+        QCOMPARE(QFileInfo(DemoDatabase::Path()).absoluteDir().entryList({"*.creating*", "*.part"}, QDir::Files | QDir::Hidden), {});
+        QCOMPARE(TestDatabase::count("AuditLog"), 0);   // made-up records are not changes anyone made
+        QVERIFY(s.w.windowTitle().startsWith("TendMark - "));
+        s.w.closeDatabase();
+    }
+
+    void aFileOfAnotherKindIsRefusedAndLeftAlone()
+    {
+        Start s;
+        const QString other = s.file("notes.tmdb");
+        QVERIFY(TestDatabase::writeFile(other, "Shopping list: beans, rice\n"));
+        s.w.startUp(s.db.path());
+        QVERIFY(basDatabase::IsOpen());
+        s.open(other);
+        QCOMPARE(s.prompts.titles(), (QStringList {"Database Open Error", "Application Error"}));
+        QCOMPARE(s.prompts.messages().at(0),
+                 (Prompt::Message {"Database Open Error",
+                                   "The selected database file may not be a valid TendMark database.\r\n"
+                                   "Please make sure that you are selecting the correct database file.",
+                                   Prompt::Icon::Exclamation, Prompt::Ok}));
+        QVERIFY(s.prompts.last().text.contains("Module: \t\tfrmMain.mnuFileOpen_Click"));
+        QVERIFY(!basDatabase::IsOpen() && s.w.databasePath().isEmpty() && s.w.toolbarButton("Open")->isEnabled());
+        QCOMPARE(TestDatabase::fileHash(other), QCryptographicHash::hash("Shopping list: beans, rice\n", QCryptographicHash::Sha256));
+        QCOMPARE(s.prompts.fileRequests().last().directory, QFileInfo(s.db.path()).absolutePath());   // where the open database lies
+
+        // A file of a newer TendMark is refused with what stands in the way, not as a fault.
+        const QString newer = s.file("newer.tmdb");
+        QVERIFY(QFile::copy(s.db.path(), newer));
+        TestDatabase::onFile(newer, {"PRAGMA user_version = 99"});
+        s.prompts.clear();
+        s.open(newer);
+        QCOMPARE(s.prompts.messages(),
+                 (QList<Prompt::Message> {
+                     {"Database Open Error",
+                      QStringLiteral("The file '%1' was made by a newer version of TendMark (database version 99).").arg(newer),
+                      Prompt::Icon::Exclamation, Prompt::Ok}}));
+    }
+
+    void childWindowsAreCountedAndSurviveTheFrame()
+    {
+        TestDatabase db(false);
+        auto *w = new frmMain;
+        w->startUp(db.path());
+        auto *child = new MdiChild(w);
+        w->addChild(child);
+        QCOMPARE(w->openChildCount(), 1);
+        child->close();
+        QTRY_COMPARE(w->openChildCount(), 0);
+        QTRY_VERIFY(w->mdiArea()->subWindowList().isEmpty());   // no empty frame stays behind
+        w->show();
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        auto *first = new MdiChild(w);
+        auto *second = new MdiChild(w);
+        w->addChild(first);
+        w->addChild(second);
+        QCOMPARE(w->activeChild(), second);
+        QTest::keyClick(second, Qt::Key_Escape);
+        QTRY_COMPARE(w->openChildCount(), 1);
+        QCOMPARE(w->activeChild(), first);   // Escape closes through the frame, so the next window takes over
+        delete w;   // with a child still open
+    }
+
+    void closingTheWindowSavesTheSettings()
+    {
+        TestDatabase db(false);
+        {
+            frmMain w;
+            w.restoreWindowGeometry();
+            const QRect screen = w.screen()->availableGeometry();
+            QVERIFY(w.width() >= screen.width() * 85 / 100);   // first start: most of the screen
+            QVERIFY(screen.contains(w.geometry()));
+            w.setGeometry(40, 50, 1000, 700);
+            w.startUp(db.path());
+            w.close();
+        }
+        QCOMPARE(lastOpened(), db.path());
+        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmMain"), "40,50,1000,700");
+        frmMain again;
+        again.restoreWindowGeometry();
+        QCOMPARE(again.geometry(), QRect(40, 50, 1000, 700));
+        QVERIFY(!basDatabase::IsOpen());
+    }
+
+    // An Access file is copied into a TendMark file beside it, which then opens; the report of the copy is saved beside it.
+    void anAccessFileIsCopiedBesideItAndOpened()
+    {
+        Start s;
+        s.w.startUp();
+        const QString mdb = s.file("access/Northside.mdb"), tmdb = s.file("access/Northside.tmdb");
+        QVERIFY(QFile::copy(AccessSample::path(), mdb));
+        const QByteArray before = TestDatabase::fileHash(mdb);
+        s.prompts.answer(Prompt::Ok);
+        s.open(mdb);
+        QVERIFY(s.prompts.fileRequests().last().filter.contains("*.mdb"));
+        QCOMPARE(s.prompts.messages().size(), 2);
+        QCOMPARE(s.prompts.messages().at(0),
+                 (Prompt::Message {"Open Access Database",
+                                   "Northside.mdb is an Access database. TendMark will copy it into a new TendMark file "
+                                   "beside it, Northside.tmdb, and open that.\r\nThe Access file itself is never changed.",
+                                   Prompt::Icon::Information, Prompt::Ok | Prompt::Cancel}));
+        const QString report = s.prompts.messages().at(1).text;
+        QVERIFY2(report.startsWith(QStringLiteral("Northside.mdb was copied into %1.\r\n").arg(tmdb)), qPrintable(report));
+        QVERIFY(report.contains("\r\n  FoodService: 33 read, 33 written; NumberOfBags 67\r\n"));
+        const QString saved = s.file("access/Northside conversion report.txt");
+        const QString note = QStringLiteral("\r\n\r\nThe whole report is saved as %1.").arg(saved);
+        QVERIFY(report.endsWith("No value needed changing." + note));
+        QFile file(saved);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QString whole = report.chopped(note.size());   // the file holds the same without the blank lines and the note where it is
+        whole.replace(whole.indexOf("\r\n\r\n"), 4, "\r\n");
+        QCOMPARE(QString::fromUtf8(file.readAll()), whole + "\r\n");
+        QCOMPARE(s.w.databasePath(), tmdb);
+        QCOMPARE(s.w.windowTitle(), "TendMark - Northside Community Food Pantry");
+        QCOMPARE(TestDatabase::count("Client"), 12);
+        QCOMPARE(TestDatabase::fileHash(mdb), before);
+    }
+
+    void anExistingCopyIsReplacedOnlyWhenTheUserSaysSo()
+    {
+        Start s;
+        s.w.startUp();
+        const QString mdb = s.file("access/pantry.mdb"), tmdb = s.file("access/pantry.tmdb");
+        QVERIFY(QFile::copy(AccessSample::path(), mdb));
+        QVERIFY(TestDatabase::writeFile(tmdb, "last year's notes"));
+        s.prompts.answer(Prompt::Ok);
+        s.prompts.answer(Prompt::No);
+        s.open(mdb);
+        QCOMPARE(s.prompts.titles(), (QStringList {"Open Access Database", "Open Access Database"}));
+        QCOMPARE(s.prompts.last().text, "pantry.tmdb already exists. Do you want to replace it with a new copy of pantry.mdb?");
+        QCOMPARE(s.prompts.last().buttons, Prompt::Yes | Prompt::No);
+        QVERIFY(!basDatabase::IsOpen());
+        QCOMPARE(TestDatabase::fileHash(tmdb), QCryptographicHash::hash("last year's notes", QCryptographicHash::Sha256));
+
+        s.prompts.clear();
+        s.prompts.answer(Prompt::Ok);
+        s.prompts.answer(Prompt::Yes);
+        s.open(mdb);
+        QCOMPARE(s.prompts.messages().size(), 3);
+        QCOMPARE(s.w.databasePath(), tmdb);
+        QCOMPARE(TestDatabase::count("Volunteer"), 4);
+    }
+
+    // An Access file that is not converted leaves nothing behind: cancelled while it is copied, or not an Access file.
+    void anAccessFileNotConvertedLeavesNothing_data()
+    {
+        QTest::addColumn<bool>("cancel");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("cancelled") << true << "The conversion was cancelled; no file was written.";
+        QTest::newRow("not an Access file")
+            << false << "pantry.mdb was not converted.\r\nThe file '%1' cannot be read. It is not an Access database.";
+    }
+
+    void anAccessFileNotConvertedLeavesNothing()
+    {
+        QFETCH(bool, cancel);
+        QFETCH(QString, said);
+        Start s;
+        s.w.startUp();
+        const QString mdb = s.file("access/pantry.mdb");
+        QVERIFY(cancel ? QFile::copy(AccessSample::path(), mdb) : TestDatabase::writeFile(mdb, "LastName,FirstName\r\n"));
+        s.prompts.answer(Prompt::Ok);
+        QString shown;
+        if (cancel)
+            QTimer::singleShot(0, this, [&shown] {
+                for (QWidget *top : QApplication::topLevelWidgets())
+                    if (top->objectName() == "frmConvertAccess" && top->isVisible()) {
+                        shown = top->findChild<QLabel *>("lblTable")->text();
+                        button(top, "cmdCancel")->click();
+                    }
+            });
+        s.open(mdb);
+        QCOMPARE(s.prompts.messages().size(), 2);
+        QCOMPARE(s.prompts.last().text, said.arg(mdb));
+        QCOMPARE(shown, cancel ? "Copying States (table 1 of 24)..." : "");
+        QVERIFY(!basDatabase::IsOpen());
+        QCOMPARE(QDir(QFileInfo(mdb).path()).entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot), QStringList {"pantry.mdb"});
+    }
+};
+
+QTEST_MAIN(TestOpening)
+#include "tst_opening.moc"
