@@ -99,9 +99,15 @@ Page read(const Query &query, const Order &order, const QVariantList &after, boo
                 continue;
             }
         }
-        QSqlQuery q
-            = basDatabase::Execute(select + whereClause(part) + orderBy(order, part.firstTerm) + QStringLiteral(" LIMIT ? OFFSET ?"),
-                                   binds + QVariantList {rows - int(page.rows.size()), skip});
+        // The page's keys are chosen on the sort terms alone, and only their rows are shown: an order no
+        // index holds then sorts narrow rows, not the list's every column.
+        QStringList terms = order.terms;
+        terms.last() += QStringLiteral(" AS tm_key");
+        const QString keys = QStringLiteral("SELECT tm_key FROM (SELECT ") + terms.join(QStringLiteral(", ")) + QStringLiteral(" FROM ")
+            + query.source + whereClause(part) + orderBy(order, part.firstTerm) + QStringLiteral(" LIMIT ? OFFSET ?)");
+        QSqlQuery q = basDatabase::Execute(select + QStringLiteral(" WHERE ") + order.terms.last() + QStringLiteral(" IN (") + keys
+                                               + QStringLiteral(")") + orderBy(order, part.firstTerm),
+                                           query.binds + binds + QVariantList {rows - int(page.rows.size()), skip});
         skip = 0;
         const int fields = q.record().count();
         while (q.next()) {
