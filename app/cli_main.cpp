@@ -32,7 +32,7 @@ const char *const kUsage = "Usage: tendmark-cli COMMAND [options]\n"
                            "\n"
                            "Commands:\n"
                            "  new FILE                          create a database with the standard contents\n"
-                           "  demo FILE --clients N [--seed S] [--family-members N] [--food-services N] [--payments N]\n"
+                           "  demo FILE --clients N [--seed S] [--years N] [--family-members N] [--food-services N] [--payments N]\n"
                            "                                    create a database filled with made-up households\n"
                            "  check FILE                        check a database's integrity, references and version\n"
                            "  backup FILE [DIR]                 write a checked copy of a database (default: its backups folder)\n"
@@ -51,6 +51,10 @@ int commandNew(const QStringList &args)
     QCommandLineParser p;
     p.setApplicationDescription(QStringLiteral("Creates a TendMark database with the standard contents."));
     p.addHelpOption();
+    p.addOption({QStringLiteral("years"),
+                 QStringLiteral("A pantry's history over N years: about 4 family members, 20 food services and 2 payments a "
+                                "household, unless their totals are given."),
+                 QStringLiteral("N")});
     p.addOption({QStringLiteral("force"), QStringLiteral("Replace FILE when it exists.")});
     p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file to create."));
     p.process(args);
@@ -81,6 +85,10 @@ int commandDemo(const QStringList &args)
     const QString totals[] = {QStringLiteral("family-members"), QStringLiteral("food-services"), QStringLiteral("payments")};
     for (const QString &total : totals)
         p.addOption({total, QStringLiteral("About how many %1 in all.").arg(QString(total).replace(u'-', u' ')), QStringLiteral("N")});
+    p.addOption({QStringLiteral("years"),
+                 QStringLiteral("A pantry's history over N years: about 4 family members, 20 food services and 2 payments a "
+                                "household, unless their totals are given."),
+                 QStringLiteral("N")});
     p.addOption({QStringLiteral("force"), QStringLiteral("Replace FILE when it exists.")});
     p.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The database file to create."));
     p.process(args);
@@ -95,6 +103,14 @@ int commandDemo(const QStringList &args)
     options.clients = p.value(QStringLiteral("clients")).toInt(&okClients);
     options.seed = p.value(QStringLiteral("seed")).toUInt(&okSeed);
     qint64 *targets[] = {&options.familyMembers, &options.foodServices, &options.payments};
+    bool okYears = true;
+    if (p.isSet(QStringLiteral("years"))) {
+        options.years = p.value(QStringLiteral("years")).toInt(&okYears);
+        okYears = okYears && options.years >= 1 && options.years <= 100;
+        const int perHousehold[] = {4, 20, 2};
+        for (int i = 0; i < 3; ++i)
+            *targets[i] = qint64(perHousehold[i]) * options.clients;
+    }
     for (int i = 0; i < 3; ++i) {
         if (p.isSet(totals[i])) {
             *targets[i] = p.value(totals[i]).toLongLong(&okTotals);
@@ -103,8 +119,9 @@ int commandDemo(const QStringList &args)
         if (!okTotals)
             break;
     }
-    if (!okClients || options.clients < 0 || !okSeed || !okTotals) {
-        err() << "tendmark-cli demo: --clients, --seed, --family-members, --food-services and --payments take whole numbers.\n";
+    if (!okClients || options.clients < 0 || !okSeed || !okTotals || !okYears) {
+        err() << "tendmark-cli demo: --clients, --seed, --family-members, --food-services and --payments take whole numbers, "
+                 "--years one from 1 to 100.\n";
         return 2;
     }
     const QString file = p.positionalArguments().constFirst();

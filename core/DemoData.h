@@ -16,7 +16,8 @@ struct Options
     // Totals over all households, spread evenly with some variation; -1 leaves each
     // household to its own draw (about 1.7 family members, visits and payments now and then).
     qint64 familyMembers = -1;
-    qint64 foodServices = -1;   // dated over the two years before today
+    qint64 foodServices = -1;
+    int years = 2;   // visits and payments are dated over this many years before today
     qint64 payments = -1;
 };
 

@@ -84,22 +84,23 @@ bool Generator::insertFamily(qint64 clientId, const Person &head, bool married, 
 bool Generator::insertVisits(qint64 clientId, int householdSize, int wanted)
 {
     // Many households come once or twice, regulars about monthly; a set number of
-    // visits spreads over the whole two years.
+    // visits spreads over all the years.
+    const int days = 365 * m_options.years;
     QList<int> offsets;   // days before today
     if (wanted < 0) {
         if (percent(10))
             return true;
         const double u = m_rng.generateDouble();
         wanted = std::min(24, 1 + int(25.0 * u * u));
-        const int firstVisit = between(0, 729);
+        const int firstVisit = between(0, days - 1);
         for (int i = 0; i < wanted; ++i)
             offsets.append(between(0, firstVisit));
     } else {
         // At most one visit a day, every one of them kept.
-        QSet<int> days;
-        while (days.size() < std::min(wanted, 730))
-            days.insert(between(0, 729));
-        offsets = days.values();
+        QSet<int> visitDays;
+        while (visitDays.size() < std::min(wanted, days))
+            visitDays.insert(between(0, days - 1));
+        offsets = visitDays.values();
     }
     std::sort(offsets.begin(), offsets.end(), std::greater<int>());
     offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
@@ -128,7 +129,7 @@ bool Generator::insertPayments(qint64 clientId, int n)
     const QVariant null;
     QList<int> offsets;
     for (int i = 0; i < n; ++i)
-        offsets.append(between(0, 729));
+        offsets.append(between(0, 365 * m_options.years - 1));
     std::sort(offsets.begin(), offsets.end(), std::greater<int>());
     for (int offset : offsets) {
         const int type = pickId(m_paymentTypes);

@@ -49,9 +49,15 @@ private Q_SLOTS:
         QCOMPARE(cli({"check", fresh}).exitCode, 0);
 
         const QString demo = dir.filePath("demo.tmdb");
-        QCOMPARE(cli({"demo", demo, "--clients", "40", "--seed", "3"}).exitCode, 0);
+        QCOMPARE(cli({"demo", demo, "--clients", "40", "--seed", "3", "--years", "5", "--payments", "7"}).exitCode, 0);
+        // A pantry's history: about 4 family members and 20 visits a household, over all five years.
         QCOMPARE(count(demo, "Client"), 40);
-        QVERIFY(count(demo, "FoodService") > 0);
+        QVERIFY2(
+            qAbs(count(demo, "Family") - 160) <= 8 && qAbs(count(demo, "FoodService") - 800) <= 40
+                && qAbs(count(demo, "Payments") - 7) <= 1,
+            qPrintable(QStringLiteral("%1 %2 %3").arg(count(demo, "Family")).arg(count(demo, "FoodService")).arg(count(demo, "Payments"))));
+        QVERIFY(count(demo, "FoodService WHERE FoodServiceDate < date('now', '-4 years')") > 0);
+        QCOMPARE(count(demo, "FoodService WHERE FoodServiceDate < date('now', '-5 years')"), 0);
         r = cli({"check", demo});
         QCOMPARE(r.exitCode, 0);
         QVERIFY(r.out.contains("ok"));
@@ -219,6 +225,7 @@ private Q_SLOTS:
             {{"import-csv", "--help"}, 0, "--dry-run"},
             {{"import-csv", "--help"}, 0, "--add-lookups"},
             {{"demo", "x.tmdb", "--clients", "many"}, 2, ""},
+            {{"demo", "x.tmdb", "--years", "0"}, 2, ""},
             {{"import-csv", "only-one.tmdb"}, 2, ""},
             {{"frobnicate"}, 2, ""},
         };
