@@ -67,6 +67,8 @@ int main(int argc, char **argv)
             details->grab();
         });
     Bench::Print("details_move_next", total / kMoves, "ms");
+    Bench::Print("details_move_next_unpainted", Bench::MedianMs(kMoves, [&] { next->click(); }), "ms");
+    Bench::Print("details_paint", Bench::MedianMs(kMoves, [&] { details->grab(); }), "ms");
     Bench::Print("details_move_last",
                  Bench::MedianMs(1,
                                  [&] {
