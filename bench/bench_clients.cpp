@@ -1,10 +1,12 @@
 // Timings of the client windows on a database of 100,000 clients.
 // Usage: bench_clients [FILE] (default: the shared 100,000-household database, built when missing).
 #include "BenchSupport.h"
+#include "SearchQueries.h"
 #include "basDatabase.h"
 #include "frmClientDetails.h"
 #include "frmClientGrid.h"
 #include "frmMain.h"
+#include "frmSelect.h"
 
 #include <QAction>
 #include <QApplication>
@@ -67,11 +69,23 @@ int main(int argc, char **argv)
             details->grab();
         });
     Bench::Print("details_move_next", total / kMoves, "ms");
+    Bench::Print("details_move_next_unpainted", Bench::MedianMs(kMoves, [&] { next->click(); }), "ms");
+    Bench::Print("details_paint", Bench::MedianMs(kMoves, [&] { details->grab(); }), "ms");
     Bench::Print("details_move_last",
                  Bench::MedianMs(1,
                                  [&] {
                                      last->click();
                                      details->grab();
+                                 }),
+                 "ms");
+    // From the typed name to the picker filled and sized, as the search bar does it.
+    const SearchQueries::Query search = SearchQueries::client(QStringLiteral("Last Name"), QStringLiteral("son"));
+    Bench::Print("search_to_picker",
+                 Bench::MedianMs(9,
+                                 [&] {
+                                     SearchQueries::run(search);
+                                     frmSelect picker;
+                                     picker.setRecordset(search);
                                  }),
                  "ms");
     Bench::Print("peak_rss", Bench::PeakRssMb(), "MB");

@@ -43,6 +43,8 @@ int main(int argc, char *argv[])
     search(path, "search_last_name_accented", QStringLiteral("Last Name"), QStringLiteral("NGUYỄN"));
     search(path, "search_first_name", QStringLiteral("First Name"), QStringLiteral("mar"));
     search(path, "search_address", QStringLiteral("Address"), QStringLiteral("Main Street"));
+    search(path, "search_home_phone_last_four", QStringLiteral("Home Phone"), QStringLiteral("1234"));
+    search(path, "search_mobile_phone", QStringLiteral("Mobile Phone"), QStringLiteral("(555) 555-01"));
     search(path, "search_ssn", QStringLiteral("Social Security Number"), QStringLiteral("123-4"));
     search(path, "search_birth_date", QStringLiteral("Birth Date"), QStringLiteral("04/23/1961"));
     search(path, "search_family_last_name", QStringLiteral("Family Member Last Name"), QStringLiteral("son"));

@@ -1,6 +1,11 @@
 #include "ClientRecordQueries.h"
 
 #include "SqlText.h"
+#include "basDatabase.h"
+
+#include <QSqlQuery>
+#include <QStringList>
+#include <iterator>
 
 namespace ClientRecordQueries {
 
@@ -85,6 +90,25 @@ QString rest(Kind kind)
 Query rowsOf(Kind kind, qint64 clientId, Form form)
 {
     return {QStringLiteral("SELECT ") + columns(kind, form) + QLatin1Char(' ') + rest(kind), {clientId}, {}};
+}
+
+QList<Kind> kindsWithRows(qint64 clientId)
+{
+    static const Kind kinds[] = {Kind::FamilyMember, Kind::FoodService, Kind::Payment, Kind::Income, Kind::Expenses};
+    QStringList exists;
+    QVariantList binds;
+    for (const Kind kind : kinds) {
+        const Source s = source(kind);
+        exists << QStringLiteral("EXISTS (SELECT 1 FROM %1 WHERE ClientID = ?)").arg(s.table);
+        binds << clientId;
+    }
+    QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT ") + exists.join(QStringLiteral(", ")), binds);
+    QList<Kind> found;
+    if (q.next())
+        for (int i = 0; i < int(std::size(kinds)); ++i)
+            if (q.value(i).toBool())
+                found << kinds[i];
+    return found;
 }
 
 }   // namespace ClientRecordQueries

@@ -2,6 +2,7 @@
 
 #include "Query.h"
 
+#include <QList>
 #include <QString>
 
 // The rows a client owns, as the client windows list them: one query per kind
@@ -22,5 +23,9 @@ Source source(Kind kind);
 
 // The rows of one client; the first column is the row's key.
 Query rowsOf(Kind kind, qint64 clientId, Form form = Form::Full);
+
+// The kinds of which the client has rows, in one statement: what a window needs to mark
+// its tabs before it lists them.
+QList<Kind> kindsWithRows(qint64 clientId);
 
 }   // namespace ClientRecordQueries

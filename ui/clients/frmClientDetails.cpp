@@ -49,6 +49,10 @@ frmClientDetails::frmClientDetails(Workspace *main, const QString &clientId)
     m_fields->setLeaveCheck([this](QWidget *c) { validateOnLeave(c); });
     m_fields->setFieldOf([](const QWidget *c) { return basDatabase::Field(QStringLiteral("Client"), basTendmark::DataField(c)); });
     buildForm();
+    connect(tabData, &QTabWidget::currentChanged, this, [this](int tab) {
+        if (ClientSubGrid *rows = m_grids.value(Tab(tab)))
+            basErrorHandler::Guard(QStringLiteral("frmClientDetails.tabData_Click"), [rows] { rows->fillIfLater(); });
+    });
     m_fields->setLoading(true);
     basErrorHandler::Guard(QStringLiteral("frmClientDetails.Form_Load"), [&] {
         fillCombos();
@@ -133,10 +137,17 @@ void frmClientDetails::showHousehold()
     lblHousehold->setText(tr("Household: %1   Last food service: %2").arg(household.members).arg(lastVisit));
 }
 
+// Only the lists in view are read; the others when their tab is chosen.
 void frmClientDetails::PopulateGrids()
 {
-    for (ClientSubGrid *g : std::as_const(m_grids))
-        g->showClient(m_clientId);
+    const QList<ClientRecordQueries::Kind> withRows
+        = m_clientId.isEmpty() ? QList<ClientRecordQueries::Kind> {} : ClientRecordQueries::kindsWithRows(m_clientId.toLongLong());
+    for (auto it = m_grids.constBegin(); it != m_grids.constEnd(); ++it) {
+        if (it.key() == tabData->currentIndex())
+            it.value()->showClient(m_clientId);
+        else
+            it.value()->showClientLater(m_clientId, withRows);
+    }
 }
 
 void frmClientDetails::FlagTabs()

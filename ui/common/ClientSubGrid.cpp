@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTableView>
+#include <algorithm>
 
 ClientSubGrid::ClientSubGrid(Workspace *workspace, const Look &look, QWidget *parent)
     : QWidget(parent)
@@ -122,6 +123,7 @@ void ClientSubGrid::use(int list)
 void ClientSubGrid::showClient(const QString &clientId)
 {
     m_clientId = clientId;
+    m_later = false;
     for (const List &l : std::as_const(m_lists)) {
         basTendmark::PopulateDataGrid(
             l.grid, clientId.isEmpty() ? Query {} : ClientRecordQueries::rowsOf(l.kind, clientId.toLongLong(), m_look.form));
@@ -130,8 +132,26 @@ void ClientSubGrid::showClient(const QString &clientId)
     updateButtons();
 }
 
+void ClientSubGrid::showClientLater(const QString &clientId, const QList<ClientRecordQueries::Kind> &withRows)
+{
+    m_clientId = clientId;
+    m_later = true;
+    m_laterHasRows = std::any_of(m_lists.cbegin(), m_lists.cend(), [&](const List &l) { return withRows.contains(l.kind); });
+    for (const List &l : std::as_const(m_lists))
+        basTendmark::Model(l.grid)->clear();
+    updateButtons();
+}
+
+void ClientSubGrid::fillIfLater()
+{
+    if (m_later)
+        showClient(m_clientId);
+}
+
 bool ClientSubGrid::hasRows() const
 {
+    if (m_later)
+        return m_laterHasRows;
     for (const List &l : m_lists)
         if (basTendmark::Model(l.grid)->dataRowCount() > 0)
             return true;

@@ -37,6 +37,10 @@ public:
                         const QString &addCaption = {});
     // Shows the rows of this client; none for an empty ID.
     void showClient(const QString &clientId);
+    // Takes the client without reading its rows yet (its lists are not in view): withRows, the
+    // kinds the client has rows of, answers hasRows() until fillIfLater() reads them.
+    void showClientLater(const QString &clientId, const QList<ClientRecordQueries::Kind> &withRows);
+    void fillIfLater();
     bool hasRows() const;
 
 signals:
@@ -68,6 +72,8 @@ private:
     QList<List> m_lists;
     int m_active = 0;
     QString m_clientId;
+    bool m_later = false;   // the lists are empty until fillIfLater()
+    bool m_laterHasRows = false;
     QWidget *m_gridArea = nullptr;
     QPushButton *cmdAdd = nullptr;
     QPushButton *cmdEdit = nullptr;

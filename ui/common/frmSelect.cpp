@@ -138,6 +138,8 @@ void frmSelect::PopulateGrid(const Query &query)
 void frmSelect::ResizeGrid()
 {
     m_grdData->horizontalHeader()->setStretchLastSection(true);
+    // Widths from the rows shown first, so that sizing reads one page of a long list, not five.
+    m_grdData->horizontalHeader()->setResizeContentsPrecision(50);
     int width = 0;
     for (int c = 0; c < m_grdData->model()->columnCount(); ++c) {
         // The set widths are the least; a number that would be cut off gets the room it needs.

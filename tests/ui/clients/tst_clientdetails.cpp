@@ -1,4 +1,6 @@
+#include "DataBinding.h"
 #include "FormTesting.h"
+#include "GridModel.h"
 #include "RecordEvents.h"
 #include "Recordset.h"
 #include "basDatabase.h"
@@ -236,6 +238,9 @@ private slots:
             QCOMPARE(tabs->tabIcon(i).isNull(), !expected.at(i).endsWith(QLatin1Char(' ')));
             QCOMPARE(tabs->isTabVisible(i), i != frmClientDetails::NotesTab && i != frmClientDetails::FEMATab);
         }
+        // A list out of view is read when its tab is chosen.
+        tabs->setCurrentIndex(frmClientDetails::FamilyTab);
+        QCOMPARE(basTendmark::Model(tabs->currentWidget()->findChild<QTableView *>())->dataRowCount(), 1);
         // A supporting row saved elsewhere shows at once.
         TestDatabase::insert("FoodService", {{"ClientID", id}, {"FoodServiceDate", "2026-02-11"}});
         world.main.recordEvents()->announce(QString::number(id), nullptr);
