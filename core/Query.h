@@ -11,6 +11,7 @@ struct Query
     QString sql;
     QVariantList binds;
     QString countSql;
+    int rows = -1;   // the number of rows, when already counted (a search before its picker)
     // Set by a list that is read by seeking on its order rather than by OFFSET: its rows are
     // "SELECT columns FROM source" (sql is that in orders[0]'s order; binds belong to source), and
     // orders[i] is what field i sorts by (orders[0]: the list's own order). An order is a list of

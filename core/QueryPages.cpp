@@ -28,6 +28,8 @@ QString readableValue(const QString &fieldName)
 
 int count(const Query &query)
 {
+    if (query.rows >= 0)
+        return query.rows;
     const QString from = query.countSql.isEmpty() ? query.sql : query.countSql;
     return basDatabase::ScalarValue(QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(from), query.binds).toInt();
 }

@@ -10,7 +10,7 @@
 // on one of its fields as shown. Each throws TmError on failure.
 namespace QueryPages {
 
-int count(const Query &query);   // by its countSql when it has one
+int count(const Query &query);   // its known rows, else by its countSql when it has one
 QStringList fieldNames(const Query &query);
 // The query re-sorted on one of its fields; an empty field keeps the query's own order.
 // Shown dates (mm/dd/yyyy) sort by year first and amounts ($1,234.50) by value; the rest as they are.

@@ -99,6 +99,7 @@ void GridModel::refresh()
         return;
     beginResetModel();
     forgetPages();
+    m_query.rows = -1;   // counted afresh: the rows may have changed
     runCount();
     endResetModel();
 }
