@@ -144,6 +144,8 @@ QList<Column> targetColumns(QSqlDatabase db, const QString &table, const MdbSour
 
 class Copier
 {
+    Q_DECLARE_TR_FUNCTIONS(MdbConvert)   // its messages read with the rest of the conversion's
+
 public:
     Copier(MdbSource::Reader &source, const Progress &progress, Report *report) : m_source(source), m_progress(progress), m_report(report)
     { }
