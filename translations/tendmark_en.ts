@@ -2,6 +2,113 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>AccessFile</name>
+    <message>
+        <location filename="../core/AccessFile.cpp" line="+154"/>
+        <source>The file is empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+8"/>
+        <source>It is not an Access database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-5"/>
+        <source>It is an Access 2007 or later (.accdb) database. Save it in Access as an Access 2000 database (.mdb) first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>It is an Access 97 or older (Jet 3) database, which TendMark cannot read. Open it in Access 2000 or later and convert it to an Access 2000 database first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>The file is cut short: it is not a whole number of database pages, so part of it is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>The file &apos;%1&apos; cannot be read: it does not exist or you may not read it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>The file &apos;%1&apos; cannot be read. %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>The file &apos;%1&apos; cannot be read: it is damaged or not an Access database.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Texts would be read as %1 instead of UTF-8; unset the MDBICONV environment variable.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>The file &apos;%1&apos; cannot be read: its list of tables is damaged or cut short.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+73"/>
+        <source>The definition of the table %1 cannot be read; the file is damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>A row of the table %1 cannot be read; the file is damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AgeBrackets</name>
+    <message>
+        <location filename="../core/AgeBrackets.cpp" line="+18"/>
+        <source>Age %1 is in no bracket.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Ages %1 to %2 are in no bracket.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>Give the age brackets, such as 0-17,18-59,60+.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>There can be at most %1 age brackets.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>The bracket %1 ends before it starts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>&quot;%1&quot; is not an age bracket: write each one as 0-17, or as 60+ for the last.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>The bracket %1 goes beyond age %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>The brackets %1 and %2 overlap.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Backups</name>
     <message>
         <location filename="../core/Backups.cpp" line="+125"/>
@@ -14,7 +121,12 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+38"/>
+        <location line="+40"/>
+        <source>%1 could not be kept in %2 before the backup was put in its place.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+19"/>
         <source>%1 is open in a program; close it first.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -25,9 +137,17 @@
     </message>
 </context>
 <context>
+    <name>ClientRules</name>
+    <message>
+        <location filename="../core/ClientRules.cpp" line="+23"/>
+        <source> cannot be in the future.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ClientSubGrid</name>
     <message>
-        <location filename="../ui/common/ClientSubGrid.cpp" line="+30"/>
+        <location filename="../ui/common/ClientSubGrid.cpp" line="+54"/>
         <source>Click to add a new %1.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -42,7 +162,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+101"/>
+        <location line="+124"/>
         <source>Required Client Data Not Entered</source>
         <translation type="unfinished"></translation>
     </message>
@@ -125,7 +245,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="+370"/>
+        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="+373"/>
         <source>Relationship,1600|Name,2600|^Age,800|^Gender,800|^SSN,1400</source>
         <translation type="unfinished"></translation>
     </message>
@@ -150,7 +270,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location filename="../ui/clients/frmClientGrid.cpp" line="+58"/>
+        <location filename="../ui/clients/frmClientGrid.cpp" line="+59"/>
         <source>&gt;ID,700|&lt;Last Name,1400|&lt;First Name,1200|&lt;MI,400|^SSN,1000|^DLN,1000|^Birth Date,1000|^Gender,800|&lt;Ethnic Origin,1300|&lt;Marital Status,1400|&lt;Address,2500|&lt;City,1100|^State,600|&lt;Zip Code,1000|&lt;Home Phone,1300|&lt;Work Phone,1300|&lt;Mobile Phone,1300|&lt;Comments,4000</source>
         <translation type="unfinished"></translation>
     </message>
@@ -253,7 +373,7 @@
 <context>
     <name>DatabaseSession</name>
     <message>
-        <location filename="../ui/main/DatabaseSession.cpp" line="+26"/>
+        <location filename="../ui/main/DatabaseSession.cpp" line="+27"/>
         <source>Database Files (*.%1)</source>
         <translation type="unfinished"></translation>
     </message>
@@ -269,17 +389,18 @@
     </message>
     <message>
         <location line="+68"/>
+        <location line="+19"/>
         <source>Database Open Error</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+1"/>
+        <location line="-18"/>
         <source>The selected database file may not be a valid TendMark database.<byte value="xd"/>
 Please make sure that you are selecting the correct database file.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+18"/>
+        <location line="+24"/>
         <location line="+7"/>
         <source>Private File</source>
         <translation type="unfinished"></translation>
@@ -365,7 +486,8 @@ TendMark will not change this file.<byte value="xd"/>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+11"/>
+        <location line="+8"/>
+        <location line="+12"/>
         <source>Restore From Backup</source>
         <translation type="unfinished"></translation>
     </message>
@@ -388,12 +510,17 @@ TendMark will not change this file.<byte value="xd"/>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+9"/>
+        <location line="+16"/>
         <source>Open Database</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+11"/>
+        <location line="+1"/>
+        <source>TendMark or Access Databases (*.%1 *.mdb)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
         <source>Please wait while the demo database is created...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -416,6 +543,14 @@ TendMark will not change this file.<byte value="xd"/>
     <message>
         <location line="+0"/>
         <source>There is no current database open.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DemoDatabase</name>
+    <message>
+        <location filename="../core/DemoDatabase.cpp" line="+26"/>
+        <source>The folder %1 could not be created.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -453,6 +588,71 @@ TendMark will not change this file.<byte value="xd"/>
     </message>
 </context>
 <context>
+    <name>FieldRules</name>
+    <message>
+        <location filename="../core/FieldRules.cpp" line="+39"/>
+        <location line="+5"/>
+        <source> cannot be negative.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source> must be a whole number.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+7"/>
+        <source> cannot be more than %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-3"/>
+        <source> can have at most two decimals.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+50"/>
+        <source> must be numeric.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source> is not a valid date.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source> must be 01/01/1900 or later.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source> must be %1 characters.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source> must have 7 or 10 digits.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source> must have all ten digits, area code first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source> cannot exceed %1 characters.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source> cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>FileHealth</name>
     <message>
         <location filename="../core/FileHealth.cpp" line="+36"/>
@@ -467,6 +667,226 @@ TendMark will not change this file.<byte value="xd"/>
     <message>
         <location line="+77"/>
         <source>The file &apos;%1&apos; cannot be read at all.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FilterCommand</name>
+    <message>
+        <location filename="../ui/main/FilterCommand.cpp" line="+47"/>
+        <source>Remove Filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Show every record again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>&amp;Remove Filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+57"/>
+        <source>Filtered: %1 of %2 volunteers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Filtered: %1 of %2 clients</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FilterStatement</name>
+    <message>
+        <location filename="../core/FilterStatement.cpp" line="+19"/>
+        <source>Row %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>enter a value for %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>%1 is not a date; enter it as mm/dd/yyyy.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>%1 is not an amount of money.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>%1 is not a whole number.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+52"/>
+        <location line="+43"/>
+        <source>choose a condition for %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-12"/>
+        <source>enter the second value of &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+46"/>
+        <source>%1 is not a field of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LabelLegendPicture</name>
+    <message>
+        <location filename="../reports/LabelPictures.cpp" line="+147"/>
+        <source>Top margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Side margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Width</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Horizontal pitch</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Vertical pitch</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LabelSheetPicture</name>
+    <message>
+        <location line="-147"/>
+        <source>Click the label to start printing on.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Labels</name>
+    <message>
+        <location filename="../core/LabelRun.cpp" line="+29"/>
+        <source>The current client is not among the clients to print.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>Number of copies must be between 1 and %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Starting position must be between 1 and %1, the number of labels on one sheet of &apos;%2&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>There are no clients to print labels for.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../core/LabelTemplates.cpp" line="+43"/>
+        <source>The %1 is too large: the labels would run %2 in past the %3 edge of the %4 paper (%5 x %6 in).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+52"/>
+        <source>A template name is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Number Across must be at least 1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Number Down must be at least 1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <location line="+24"/>
+        <source>Top Margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-23"/>
+        <location line="+20"/>
+        <source>Side Margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-19"/>
+        <location line="+23"/>
+        <source>Vertical Pitch</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-22"/>
+        <location line="+18"/>
+        <source>Horizontal Pitch</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-15"/>
+        <source>%1 cannot be negative.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Label Height must be at least %1 in.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Label Width must be at least %1 in.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>The Horizontal Pitch (%1 in) is less than the Label Width (%2 in): the labels of a row would overlap.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>The Vertical Pitch (%1 in) is less than the Label Height (%2 in): the rows of labels would overlap.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>bottom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+44"/>
+        <source>There is already a template named &apos;%1&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -596,7 +1016,7 @@ TendMark will not change this file.<byte value="xd"/>
 <context>
     <name>MainMenus</name>
     <message>
-        <location filename="../ui/main/MainMenus.cpp" line="+82"/>
+        <location filename="../ui/main/MainMenus.cpp" line="+83"/>
         <source>&amp;File</source>
         <translation type="unfinished"></translation>
     </message>
@@ -636,7 +1056,7 @@ TendMark will not change this file.<byte value="xd"/>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+9"/>
+        <location line="+10"/>
         <source>&amp;Save</source>
         <translation type="unfinished"></translation>
     </message>
@@ -739,7 +1159,17 @@ Table</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+6"/>
+        <location line="+3"/>
+        <source>&amp;Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Clients from &amp;CSV...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+12"/>
         <source>&amp;Filter...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -864,6 +1294,11 @@ Table</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <location line="+1"/>
+        <source>&amp;Agency Report...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <location line="+6"/>
         <source>&amp;Tools</source>
         <translation type="unfinished"></translation>
@@ -940,6 +1375,234 @@ Table</source>
     </message>
 </context>
 <context>
+    <name>MdbConvert</name>
+    <message>
+        <location filename="../core/MdbConvert.cpp" line="+91"/>
+        <source>text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>memo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>whole numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>currency</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>decimal numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>dates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>yes/no values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>binary data</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+112"/>
+        <source>The new file&apos;s references are not sound (%1); nothing was written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>The new file failed its integrity check; nothing was written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>The table %1 of the Access file has no column %2; the file is not a database of the old program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>The Access file has no column %1.%2; every row gets TendMark&apos;s default.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>The column %1.%2 of the Access file holds %3, which TendMark cannot keep there; the file is not a database of the old program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>The column %1.%2 of the Access file is not copied: TendMark has no such column.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>Row %1 of the table %2 could not be written: %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>The conversion was cancelled.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>The Access file lists %1 rows in the table %2, but %3 could be read: the file is damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>%1.%2: the time of day was dropped from %3 values; TendMark keeps dates only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+35"/>
+        <source>%1 &apos;%2&apos; kept as digits only, &apos;%3&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>%1 &apos;%2&apos; is longer than %3 characters: cut to &apos;%4&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>%1 holds 12/30/1899, Access&apos;s &quot;no date&quot;: left empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>%1 %2 has a fraction of a cent: rounded to %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>left out: its %1 %2 is not in the table %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>%1 %2 is not in the table %3: left empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>left out: it has no %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>%1 is empty, which TendMark does not allow: %2 kept.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>an empty text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>0</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>The table %1 holds %2 rows after the copy instead of %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>The total of %1.%2 after the copy does not equal the rows written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source> (Access file: %1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>The file &apos;%1&apos; is not a database of the old program: it has no table %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>The table %1 of the Access file is not copied: TendMark has no such table.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>The new TendMark file must not take the place of the Access file &apos;%1&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>The file &apos;%1&apos; already exists.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>The folder &apos;%1&apos; cannot be written to; choose another place for the new file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../core/MdbValues.cpp" line="+87"/>
+        <source>The conversion was cancelled; no file was written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Rows read and written, by table:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>  %1: %2 read, %3 written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>  All tables: %1 read, %2 written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Checked: every table&apos;s row count and money and bag totals equal the Access file&apos;s, less the rows left out; the new file&apos;s integrity and references are sound.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>No value needed changing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Changes (%1):</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>  ... and %1 more.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>%1 cannot be written: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>NavigationStrip</name>
     <message>
         <location filename="../ui/common/NavigationStrip.cpp" line="+23"/>
@@ -968,12 +1631,12 @@ Table</source>
     </message>
     <message>
         <location line="+4"/>
-        <location line="+29"/>
+        <location line="+32"/>
         <source>Record: %1 of %2     ID: %3</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-22"/>
+        <location line="-25"/>
         <source>Add</source>
         <translation type="unfinished"></translation>
     </message>
@@ -989,16 +1652,34 @@ Table</source>
     </message>
 </context>
 <context>
-    <name>PrivateFiles</name>
+    <name>PasteGuard</name>
     <message>
-        <location filename="../core/PrivateFiles.cpp" line="+55"/>
-        <location line="+44"/>
-        <source>The file &apos;%1&apos; could not be put in place.</source>
+        <location filename="../ui/common/PasteGuard.cpp" line="+99"/>
+        <source>Data Entry Error</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-7"/>
-        <source>The file &apos;%1&apos; cannot be replaced.</source>
+        <location line="+33"/>
+        <source> is not a valid date.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source> takes digits only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source> takes %1 digits; the pasted text has %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PrivateFiles</name>
+    <message>
+        <location filename="../core/PrivateFilesUnix.cpp" line="+56"/>
+        <location filename="../core/PrivateFilesWindows.cpp" line="+149"/>
+        <source>The file &apos;%1&apos; could not be put in place.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1016,9 +1697,138 @@ Table</source>
     </message>
 </context>
 <context>
+    <name>QObject</name>
+    <message>
+        <location filename="../ui/common/WidgetPrompts.cpp" line="+109"/>
+        <source>Save as PDF...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Save the report as a PDF file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Save as PDF</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>PDF Files (*.pdf)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Save as CSV...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Save the report&apos;s figures as a CSV file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Save as CSV</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>CSV Files (*.csv)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../reports/LabelSheets.cpp" line="+74"/>
+        <source>The printer or file could not be opened for the labels.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <location filename="../reports/ReportRenderer.cpp" line="+64"/>
+        <source>The printer or file refused a new page.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+15"/>
+        <source>The label sheets could not be finished.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>Labels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../reports/PdfFile.cpp" line="+19"/>
+        <source>The file %1 could not be written: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+14"/>
+        <source>The file %1 could not be written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../reports/ReportLayout.cpp" line="+164"/>
+        <source>%1 (continued)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../reports/ReportPages.cpp" line="+66"/>
+        <source>Page %1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../reports/ReportRenderer.cpp" line="-19"/>
+        <source>Charts can be drawn only by a program started with a graphical application object.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>The printer or file could not be opened for the report&apos;s pages.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>The report was cancelled.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>The report&apos;s pages could not be finished.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../reports/ReportRunner.cpp" line="+26"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+116"/>
+        <source>The start date is after the end date.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>Preparing the report...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+18"/>
+        <source>Drawing the pages...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Writing the PDF file...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>RecordEditor</name>
     <message>
-        <location filename="../ui/common/RecordEditor.cpp" line="+80"/>
+        <location filename="../ui/common/RecordEditor.cpp" line="+88"/>
         <source>Client Name: </source>
         <translation type="unfinished"></translation>
     </message>
@@ -1069,7 +1879,7 @@ Table</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+134"/>
+        <location line="+135"/>
         <source>Save Record?</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1223,11 +2033,34 @@ Table</source>
         <source>No Volunteer has been selected.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <location line="+1"/>
+        <source>TendMark - Agency Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ReportDatesFrame</name>
+    <message>
+        <location filename="../reports/ReportDatesFrame.cpp" line="+20"/>
+        <source>Dates To Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Start Date:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>End Date:</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Schema</name>
     <message>
-        <location filename="../core/Schema.cpp" line="+82"/>
+        <location filename="../core/Schema.cpp" line="+130"/>
         <source>The file &apos;%1&apos; is damaged: %2</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1293,7 +2126,7 @@ Table</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+26"/>
+        <location line="+32"/>
         <source>The file &apos;%1&apos; already exists.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1395,7 +2228,7 @@ Select an entry from the list, then click &apos;OK&apos;.</source>
 <context>
     <name>SearchQueries</name>
     <message>
-        <location filename="../core/SearchQueries.cpp" line="+64"/>
+        <location filename="../core/SearchQueries.cpp" line="+85"/>
         <location line="+18"/>
         <source>Last Name</source>
         <translation type="unfinished"></translation>
@@ -1501,13 +2334,13 @@ Select an entry from the list, then click &apos;OK&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+63"/>
+        <location line="+65"/>
         <source>Please type the birth date as mm/dd/yyyy, for example 04/23/1961.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+14"/>
-        <location line="+39"/>
+        <location line="+40"/>
         <source>Choose a field to search on.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1592,38 +2425,13 @@ Are you sure you want to do this?</source>
 <context>
     <name>basDatabase</name>
     <message>
-        <location filename="../core/basDatabase.cpp" line="+87"/>
+        <location filename="../core/basDatabase.cpp" line="+88"/>
         <source>&apos;%1&apos; was not upgraded because no backup could be made first. %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+12"/>
         <source>The database could not be upgraded.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+119"/>
-        <source> must be numeric.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+5"/>
-        <source> is not a valid date.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+7"/>
-        <source> must be %1 characters.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+4"/>
-        <source> cannot exceed %1 characters.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+5"/>
-        <source> cannot be empty.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1667,6 +2475,39 @@ Are you sure you want to do this?</source>
     <message>
         <location line="+31"/>
         <source>Application Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmAgencyReport</name>
+    <message>
+        <location filename="../reports/frmAgencyReport.cpp" line="+14"/>
+        <source>Agency Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>A period of more than one month is reported month by month.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Age Brackets</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Set under Tools, Options.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1773,17 +2614,17 @@ Are you sure you want to do this?</source>
 <context>
     <name>frmClientDetails</name>
     <message>
-        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="-299"/>
+        <location filename="../ui/clients/ClientDetailsLayout.cpp" line="-295"/>
         <source>The number of people in the household and the date of the last food service.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+65"/>
+        <location line="+64"/>
         <source>Client</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+3"/>
+        <location line="+2"/>
         <source>Last Name</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1859,45 +2700,45 @@ Are you sure you want to do this?</source>
     </message>
     <message>
         <location line="+3"/>
-        <location line="+92"/>
+        <location line="+91"/>
         <source>Address</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-91"/>
+        <location line="-90"/>
         <source>Enter the client&apos;s address. Multiple lines are allowed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+1"/>
-        <location line="+95"/>
+        <location line="+93"/>
         <source>City</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-95"/>
+        <location line="-93"/>
         <source>Enter the client&apos;s city.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+2"/>
-        <location line="+95"/>
+        <location line="+93"/>
         <source>State</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-95"/>
+        <location line="-93"/>
         <source>Select the client&apos;s state.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+2"/>
-        <location line="+96"/>
+        <location line="+94"/>
         <source>Zip Code</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-95"/>
+        <location line="-93"/>
         <source>Enter/select the client&apos;s zip/postal code.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2043,17 +2884,17 @@ Are you sure you want to do this?</source>
     </message>
     <message>
         <location line="+14"/>
-        <location line="+83"/>
+        <location line="+81"/>
         <source>Comments:</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-82"/>
+        <location line="-80"/>
         <source>Enter any additional information here. Multiple lines are allowed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+12"/>
+        <location line="+11"/>
         <source>Employer Name</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2068,7 +2909,7 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+3"/>
         <source>Enter the employer&apos;s city.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2218,12 +3059,32 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location filename="../ui/clients/frmClientDetails.cpp" line="+23"/>
+        <location line="+24"/>
+        <source>income entry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>&amp;Add Income...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>expense entry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>&amp;Add Expense...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location filename="../ui/clients/frmClientDetails.cpp" line="+24"/>
         <source>Client Details</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+98"/>
+        <location line="+102"/>
         <source>New client</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2233,17 +3094,17 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+112"/>
-        <source> must have all ten digits, area code first.</source>
+        <location line="+81"/>
+        <source>Client Deleted</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+4"/>
-        <source> cannot be in the future.</source>
+        <location line="+1"/>
+        <source>This client was deleted in another window. The changes made here were not saved.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+19"/>
+        <location line="+62"/>
         <location line="+30"/>
         <source>Data Entry Error</source>
         <translation type="unfinished"></translation>
@@ -2275,7 +3136,7 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+94"/>
+        <location line="+95"/>
         <source>Application Error</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2358,7 +3219,7 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+41"/>
+        <location line="+46"/>
         <source>%1 (Filter Applied)</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2438,6 +3299,197 @@ Are you sure you want to do this?</source>
     <message>
         <location line="+10"/>
         <source>%1 (Filter Applied)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmConvertAccess</name>
+    <message>
+        <location filename="../ui/main/frmConvertAccess.cpp" line="+19"/>
+        <location line="+43"/>
+        <source>Open Access Database</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-37"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+15"/>
+        <source>Copying %1 (table %2 of %3): %L4 rows...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Copying %1 (table %2 of %3)...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Access Databases (*.mdb)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>%1 is an Access database. TendMark will copy it into a new TendMark file beside it, %2, and open that.<byte value="xd"/>
+The Access file itself is never changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>%1 already exists. Do you want to replace it with a new copy of %2?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>%1 was not converted.<byte value="xd"/>
+%2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>%1 was copied into %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1 conversion report.txt</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>The whole report is saved as %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmExport</name>
+    <message>
+        <location filename="../ui/records/frmExport.cpp" line="+52"/>
+        <source>&amp;All clients</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>&amp;All volunteers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Current &amp;recordset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Current &amp;client</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&amp;Current volunteer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>File Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Comma Separated &amp;Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&amp;Tab Delimited</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>E&amp;xcel Workbook</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>File Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>&amp;Browse...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Fields To Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>C&amp;heck All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>C&amp;lear All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>&amp;Protect against spreadsheet formulas</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Text that begins with =, +, - or @ gets a leading apostrophe, so that a spreadsheet shows it rather than running it as a formula.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <location line="+166"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-74"/>
+        <source>CSV (comma delimited) (*.csv);;Text (tab delimited) (*.txt);;Excel Workbook (*.xlsx);;All files (*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+24"/>
+        <source>Required Field Missing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>An export file name is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>At least one field must be checked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <location line="+10"/>
+        <source>Export Data</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+21"/>
+        <source>Exporting records...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>Export file created.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2535,32 +3587,31 @@ Are you sure you want to do this?</source>
     </message>
     <message>
         <location line="+2"/>
+        <source>yrs</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>months</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+14"/>
         <source>How long with this employer?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+1"/>
-        <source>Months</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+1"/>
+        <location line="+5"/>
         <source>Comments</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+46"/>
-        <location line="+2"/>
+        <location line="+45"/>
         <source>Data Entry Error</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-2"/>
-        <source>%1 must have all ten digits, area code first.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+2"/>
+        <location line="+0"/>
         <source>%1 cannot be in the future.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2582,6 +3633,84 @@ Are you sure you want to do this?</source>
     <message>
         <location line="+0"/>
         <source>Delete Family Member</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmFilter</name>
+    <message>
+        <location filename="../ui/common/frmFilter.cpp" line="+63"/>
+        <source>Criteria</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>SQL</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Clear</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+31"/>
+        <source>Volunteer Filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Client Filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Select Volunteer records that meet the following criteria:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Select Client records that meet the following criteria:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Field</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Condition</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+380"/>
+        <source>SQL Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Error in SQL syntax:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Correct syntax and try again.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2623,17 +3752,47 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+21"/>
+        <location line="+23"/>
+        <source>today</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>yesterday</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>%1 days ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>on the same day</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>the day before</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>%1 days before</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
         <source>Recent Food Service</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+1"/>
-        <source>This client received food %1 days ago (on %2). Save this food service anyway?</source>
+        <source>This client received food %1 (on %2). Save this food service anyway?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+12"/>
+        <location line="+10"/>
         <source>Are you sure you want to delete food service item &apos;%1&apos;?</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2757,6 +3916,234 @@ Are you sure you want to do this?</source>
     </message>
 </context>
 <context>
+    <name>frmImportClients</name>
+    <message>
+        <location filename="../ui/clients/frmImportClients.cpp" line="+45"/>
+        <source>Line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Result</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Why</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>Skipped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Will be skipped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Imported</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Will be imported</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>%1 &apos;%2&apos; is added to its list.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1 &apos;%2&apos; is not in its list: left empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>1 row</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>%1 rows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <location line="+114"/>
+        <location line="+4"/>
+        <location line="+78"/>
+        <location line="+5"/>
+        <location line="+8"/>
+        <location line="+35"/>
+        <location line="+16"/>
+        <location line="+2"/>
+        <location line="+2"/>
+        <source>Import Clients</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-260"/>
+        <source>&lt; &amp;Back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;Next &gt;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+274"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-250"/>
+        <source>&amp;Browse...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Choose a CSV or tab-delimited file whose first line names its columns.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Column in the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Client field</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>First value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>File:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Columns (those named like the export&apos;s columns are chosen already):</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>The first rows:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+18"/>
+        <source>Descriptions that are not in their lists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>&amp;Add them to their lists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;Leave those fields empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>The file has no rows below its header.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>%1, %2, %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>tab-delimited</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>comma-separated</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>(not imported)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+42"/>
+        <source>Import Clients From</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>CSV (comma delimited) (*.csv);;Text (tab delimited) (*.txt);;All files (*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>More than one column fills %1: choose one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Every client needs %1: choose the columns that hold them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>%1: %2 (%3)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+14"/>
+        <source>Import 1 client?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Import %1 clients?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>%1 will be skipped.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>The import was cancelled: no client was added.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>No client was added: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>frmIncomeExpense</name>
     <message>
         <location filename="../ui/records/frmIncomeExpense.cpp" line="+15"/>
@@ -2820,16 +4207,329 @@ Are you sure you want to do this?</source>
     </message>
 </context>
 <context>
+    <name>frmLabelPrint</name>
+    <message>
+        <location filename="../reports/frmLabelPrint.cpp" line="+30"/>
+        <source>PDF file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+17"/>
+        <location line="+220"/>
+        <location line="+17"/>
+        <source>Print Labels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-219"/>
+        <source>&amp;Template:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Printer:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <location line="+174"/>
+        <source>Label Font</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-170"/>
+        <source>&amp;Font Settings...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Clients To Print</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>&amp;All clients</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Current &amp;recordset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Current &amp;client</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Print What</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>&amp;Print All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Print All &amp;Starting With Current Client</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Print &amp;Names Only</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Copies</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Number of copies per label:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>Start Position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>&amp;Start Position:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Click the individual label where you want printing to start or enter the label number.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;Label Setup...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+112"/>
+        <source>A label template is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Number of copies is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Starting position is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+39"/>
+        <source>Save Labels as PDF</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>PDF Files (*.pdf)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <location line="+5"/>
+        <source>Labels.pdf</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmLabelSetup</name>
+    <message>
+        <location filename="../reports/frmLabelSetup.cpp" line="+34"/>
+        <location line="+180"/>
+        <location line="+29"/>
+        <location line="+48"/>
+        <source>Label Setup</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-244"/>
+        <source>Te&amp;mplate:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>&amp;Top margin:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Top Margin is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&amp;Side margin:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Side Margin is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&amp;Vertical pitch:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Vertical Pitch is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;Horizontal pitch:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Horizontal Pitch is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Label h&amp;eight:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Label Height is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Label &amp;width:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Label Width is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Number &amp;across:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Number Across is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Number &amp;down:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Number Down is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+28"/>
+        <source>Letter (8.5 x 11 in)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>A4 (210 x 297 mm)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>&amp;Paper size:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Set As De&amp;fault</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>All measures are in inches.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>&amp;New</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>De&amp;lete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+93"/>
+        <location line="+43"/>
+        <source>Value must be numeric.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="-6"/>
+        <source>A template name is required.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+35"/>
+        <source>Delete Label Template?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Are you sure you want to delete &apos;%1&apos;?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Template &apos;%1&apos; deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>frmMain</name>
     <message>
-        <location filename="../ui/main/frmMain.cpp" line="+42"/>
-        <location line="+121"/>
-        <location line="+212"/>
+        <location filename="../ui/main/frmMain.cpp" line="+47"/>
+        <location line="+122"/>
         <source>TendMark</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-211"/>
+        <location line="+1"/>
         <source>No database open</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2844,12 +4544,7 @@ Are you sure you want to do this?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+191"/>
-        <source>This part of TendMark is not available yet.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+138"/>
+        <location line="+326"/>
         <source>About TendMark</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2863,7 +4558,7 @@ Client records for food pantries and assistance organizations.</source>
 <context>
     <name>frmOptions</name>
     <message>
-        <location filename="../ui/main/frmOptions.cpp" line="+37"/>
+        <location filename="../ui/main/frmOptions.cpp" line="+40"/>
         <source>Notes</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2923,7 +4618,7 @@ Client records for food pantries and assistance organizations.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+23"/>
+        <location line="+29"/>
         <source>Organization &amp;Name</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2953,18 +4648,18 @@ Client records for food pantries and assistance organizations.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+5"/>
+        <location line="+4"/>
         <source>Logo printed on reports</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+14"/>
-        <location line="+150"/>
+        <location line="+172"/>
         <source>No logo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-147"/>
+        <location line="-169"/>
         <source>&amp;Browse...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3000,6 +4695,21 @@ Client records for food pantries and assistance organizations.</source>
     </message>
     <message>
         <location line="+11"/>
+        <source>Agency report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>From 0 to 120 without gaps or overlaps, the last one open, as in 0-17,18-59,60+.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>A&amp;ge brackets</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+9"/>
         <source>Backups on this computer</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3044,7 +4754,7 @@ Client records for food pantries and assistance organizations.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+64"/>
+        <location line="+67"/>
         <source>Cannot show
 this picture</source>
         <translation type="unfinished"></translation>
@@ -3056,23 +4766,19 @@ not found</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+25"/>
-        <source> must have 7 or 10 digits.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <location line="+4"/>
+        <location line="+24"/>
         <location line="+28"/>
+        <location line="+8"/>
         <source>Data Entry Error</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+0"/>
+        <location line="-8"/>
         <source>The logo&apos;s file path is too long. Move the picture to a shorter path.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+46"/>
+        <location line="+56"/>
         <source>Select Backup Folder</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3152,9 +4858,131 @@ not found</source>
     </message>
 </context>
 <context>
+    <name>frmReportBy</name>
+    <message>
+        <location filename="../reports/frmReportBy.cpp" line="+9"/>
+        <source>Current &amp;recordset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>Select %1s To Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1s To Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>All %1s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Current %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmReportByClientAndDate</name>
+    <message>
+        <location filename="../reports/frmReportByClientAndDate.cpp" line="+14"/>
+        <source>Select Clients and Dates To Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Clients To Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;All clients</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Current &amp;recordset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Current &amp;client</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmReportByDate</name>
+    <message>
+        <location filename="../reports/frmReportByDate.cpp" line="+12"/>
+        <source>Select Report Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>frmReportByGrouped</name>
+    <message>
+        <location filename="../reports/frmReportByGrouped.cpp" line="+7"/>
+        <source>Current &amp;Recordset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Group By</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Do Not &amp;Group</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>&amp;Zip Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>C&amp;ity</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>frmRestoreBackup</name>
     <message>
-        <location filename="../ui/main/frmRestoreBackup.cpp" line="+22"/>
+        <location filename="../ui/main/frmRestoreBackup.cpp" line="+24"/>
         <source>Restore From Backup</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3184,13 +5012,13 @@ not found</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+10"/>
-        <source>There are no backups of this database yet.</source>
+        <location line="+11"/>
+        <source>There are no backups of %1 yet.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <location line="+1"/>
-        <source>Choose the copy to put back in place of the database:</source>
+        <source>Choose the copy to put back in place of %1:</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -3216,7 +5044,7 @@ A backup of the database as it is now is made first.</source>
 <context>
     <name>frmTableGrid</name>
     <message>
-        <location filename="../ui/records/frmTableGrid.cpp" line="+108"/>
+        <location filename="../ui/records/frmTableGrid.cpp" line="+109"/>
         <source>&amp;Save</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3231,19 +5059,19 @@ A backup of the database as it is now is made first.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+144"/>
-        <location line="+208"/>
+        <location line="+148"/>
+        <location line="+209"/>
         <source>Application Error</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-208"/>
-        <location line="+208"/>
+        <location line="-209"/>
+        <location line="+209"/>
         <source>Error locating record in database.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-162"/>
+        <location line="-163"/>
         <source>Required Field</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3253,7 +5081,7 @@ A backup of the database as it is now is made first.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+5"/>
+        <location line="+6"/>
         <source>Data Entry Error</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3295,7 +5123,7 @@ You must change all references to this item before it can be deleted.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+40"/>
+        <location line="+41"/>
         <source>Discard Changes?</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3309,8 +5137,8 @@ Do you want to close and discard them?</source>
 <context>
     <name>frmVolunteer</name>
     <message>
-        <location filename="../ui/records/frmVolunteer.cpp" line="+18"/>
-        <location line="+11"/>
+        <location filename="../ui/records/frmVolunteer.cpp" line="+17"/>
+        <location line="+45"/>
         <source>Volunteers</source>
         <translation type="unfinished"></translation>
     </message>
@@ -3330,7 +5158,7 @@ Do you want to close and discard them?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+41"/>
+        <location line="+43"/>
         <source>Last Name</source>
         <translation type="unfinished"></translation>
     </message>
