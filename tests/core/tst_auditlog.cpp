@@ -58,6 +58,21 @@ private Q_SLOTS:
                 QCOMPARE(json(all.at(0).newValues).value(it.key()).toString(), it.value().toString());
         }
         QCOMPARE(entries({client, {}, {}, {}, {}}).size(), 6);   // the client and its five kinds of rows
+
+        // Deleting the client takes its rows with it, each delete logged; another client's rows stay.
+        const qint64 other = TestDatabase::insert("Client", {{"LastName", "Roe"}});
+        for (auto [table, values] : rows)
+            if (values.contains("ClientID")) {
+                values["ClientID"] = other;
+                TestDatabase::insert(table, values);
+            }
+        QVERIFY(basDatabase::DeleteItemFromTable("Client", "ClientID", QString::number(client)));
+        for (const auto &[table, values] : rows)
+            if (values.contains("ClientID")) {
+                QCOMPARE(TestDatabase::count(table, "ClientID = ?", {client}), 0);
+                QCOMPARE(TestDatabase::count(table, "ClientID = ?", {other}), 1);
+                QCOMPARE(entries({client, {}, {}, table, {}}).constLast().operation, QStringLiteral("delete"));
+            }
     }
 
     void updatesKeepOnlyTheChangedColumnsAndDeletesKeepTheRecord()

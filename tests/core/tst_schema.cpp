@@ -43,25 +43,6 @@ private Q_SLOTS:
         QCOMPARE(OptionsStore::readOptions(), DatabaseOptions {});
     }
 
-    void deletingAClientCascadesToItsRows()
-    {
-        TestDatabase db;
-        const qint64 id = TestDatabase::insert("Client", {{"LastName", "Doe"}});
-        const qint64 other = TestDatabase::insert("Client", {{"LastName", "Roe"}});
-        for (qint64 c : {id, other}) {
-            TestDatabase::insert("Family", {{"ClientID", c}, {"FirstName", "Kid"}});
-            TestDatabase::insert("FoodService", {{"ClientID", c}, {"FoodServiceDate", "2026-01-02"}, {"NumberOfBags", 2}});
-            TestDatabase::insert("Payments", {{"ClientID", c}, {"AmountPaid", 1000}});
-            TestDatabase::insert("Income", {{"ClientID", c}, {"Amount", 50000}});
-            TestDatabase::insert("Expenses", {{"ClientID", c}, {"Amount", 20000}});
-        }
-        QVERIFY(basDatabase::DeleteItemFromTable("Client", "ClientID", QString::number(id)));
-        for (const char *t : {"Family", "FoodService", "Payments", "Income", "Expenses"}) {
-            QCOMPARE(TestDatabase::count(t, "ClientID = ?", {id}), 0);
-            QCOMPARE(TestDatabase::count(t, "ClientID = ?", {other}), 1);
-        }
-    }
-
     void lookupReferencesAndValuesAreEnforced()
     {
         TestDatabase db;
