@@ -1,3 +1,4 @@
+#include "AccessSample.h"
 #include "CliRun.h"
 #include "Schema.h"
 #include "TestDatabase.h"
@@ -26,7 +27,7 @@ QStringList files(const QString &folder)
 
 }   // namespace
 
-// The command-line tool, run as a user runs it: its own commands, importing a list of clients, and usage.
+// The command-line tool, run as a user runs it: its own commands, importing clients, and usage.
 class TestCli : public QObject
 {
     Q_OBJECT
@@ -202,6 +203,13 @@ private Q_SLOTS:
         row("import header only", {"import-csv", "DB", "IN"}, 1, {"the file has no rows below its header."}, "Last Name,First Name\r\n");
         row("import without required columns", {"import-csv", "DB", "IN"}, 1, {"the header names no column for Last Name, First Name"},
             "Name,Phone\nDoe,555\n");
+        const QByteArray access = [] {
+            QFile f(AccessSample::path());
+            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        }();
+        row("Access file over a file", {"import-mdb", "IN", "DB"}, 1, {"already exists"}, access);
+        row("Access file without a target", {"import-mdb", "IN"}, 2, {}, access);
+        row("Access file over itself", {"import-mdb", "IN", "IN", "--force"}, 1, {"must not take the place of the Access file"}, access);
     }
 
     void runsThatChangeNothing()
