@@ -3,7 +3,6 @@
 #include "PdfText.h"
 #include "basDatabase.h"
 
-#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>

@@ -3,8 +3,6 @@
 #include "TestDatabase.h"
 #include "basDatabase.h"
 
-#include <QFile>
-#include <QSqlQuery>
 #include <QTest>
 
 using namespace Labels;
