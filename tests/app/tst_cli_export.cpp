@@ -17,13 +17,6 @@ class TestCliExport : public QObject
 
     QString out(const QString &name) const { return m_out.filePath(name); }
 
-    static void writeFile(const QString &path, const QByteArray &bytes)
-    {
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(bytes);
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -55,24 +48,35 @@ private Q_SLOTS:
         basDatabase::CloseConnection();
     }
 
-    void writesWhatASpreadsheetReadsBack_data()
+    // What a spreadsheet reads back from the file written; or, refused before anything is written, the status and
+    // message, the old file at the target as it was and nothing left beside it. The database is never written.
+    void exportsAreReadBackOrRefused_data()
     {
+        QTest::addColumn<QString>("target");   // in the output folder, where old.csv holds an earlier export
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("message");
         QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("kind");   // how the file is read back
         QTest::addColumn<QList<QStringList>>("rows");
-        // The fields follow the export's order whatever order --fields names them in.
-        QTest::newRow("csv, display forms, line breaks")
+        const auto written = [](const char *tag) -> QTestData & {
+            return QTest::newRow(tag) << QString::fromLatin1(tag).replace(u' ', u'_') + ".csv" << 0 << QString();
+        };
+        // The fields follow the export's order whatever order --fields names them in; what a spreadsheet would take
+        // for a formula gets an apostrophe.
+        written("csv, display forms, line breaks, formulas guarded")
             << QStringList {"clients", "--fields",
                             "comments,Last Name,First Name,Social Security Number,Birth Date,Ethnic Origin,Zip Code,Home Phone,"
-                            "Work Phone,FEMA Contacted,Address"}
+                            "Work Phone,FEMA Contacted,Address,Dietary Requirements,Medical Problems,Former Address"}
             << "csv"
             << QList<QStringList> {{"Last Name", "First Name", "Social Security Number", "Birth Date", "Ethnic Origin", "Address",
-                                    "Zip Code", "Home Phone", "Work Phone", "Comments", "FEMA Contacted"},
-                                   {"Adams", "王", "", "", "", "", "", "", "", "'=HYPERLINK(\"http://example.com\")", "No"},
+                                    "Zip Code", "Home Phone", "Work Phone", "Comments", "Medical Problems", "Dietary Requirements",
+                                    "FEMA Contacted", "Former Address"},
+                                   {"Adams", "王", "", "", "", "", "", "", "", "'=HYPERLINK(\"http://example.com\")", "'@risk",
+                                    "'-low salt", "No", "'+1 Old Road"},
                                    {"Brown", "José", "012-34-5678", "21-Mar-75", "Hispanic or Latino", "1 Main St, Apt 2", "02134",
-                                    "(555) 123-4567", "(   ) 555-0100", "first line  second third", "Yes"},
-                                   {"Clark", "", "", "", "", "PO Box 5\tSuite 9", "", "", "", "", "No"}};
-        QTest::newRow("tab, formulas left alone")
+                                    "(555) 123-4567", "(   ) 555-0100", "first line  second third", "", "", "Yes", ""},
+                                   {"Clark", "", "", "", "", "PO Box 5\tSuite 9", "", "", "", "", "", "", "No", ""}};
+        written("tab, formulas left alone")
             << QStringList {"clients", "--tab", "--no-formula-guard", "--fields",
                             "Last Name,Address,Employer Name,Number of Years Worked,Comments,Dietary Requirements,Medical Problems,"
                             "Former Address"}
@@ -83,32 +87,57 @@ private Q_SLOTS:
                    {"Adams", "", "Bob's \"Best\" Bakery", "3", "=HYPERLINK(\"http://example.com\")", "@risk", "-low salt", "+1 Old Road"},
                    {"Brown", "1 Main St, Apt 2", "", "", "first line  second third", "", "", ""},
                    {"Clark", "PO Box 5\tSuite 9", "", "", "", "", "", ""}};
-        QTest::newRow("formulas guarded")
-            << QStringList {"clients", "--fields", "Last Name,Dietary Requirements,Medical Problems,Former Address"} << "csv"
-            << QList<QStringList> {{"Last Name", "Medical Problems", "Dietary Requirements", "Former Address"},
-                                   {"Adams", "'@risk", "'-low salt", "'+1 Old Road"},
-                                   {"Brown", "", "", ""},
-                                   {"Clark", "", "", ""}};
         // A hand-typed statement picks the records; the file still goes by last name.
-        QTest::newRow("statement") << QStringList {"clients", "--fields", "Last Name", "--sql",
-                                                   "SELECT * FROM Client WHERE LastName <> 'Brown' ORDER BY ClientID DESC"}
-                                   << "csv" << QList<QStringList> {{"Last Name"}, {"Adams"}, {"Clark"}};
-        QTest::newRow("one client") << QStringList {"clients", "--fields", "Last Name,First Name", "--client", "BROWN"} << "csv"
-                                    << QList<QStringList> {{"Last Name", "First Name"}, {"Brown", "José"}};
-        QTest::newRow("volunteers") << QStringList {"volunteers", "--fields", "Last Name,Emergency Contact Phone,Number In Party"} << "csv"
-                                    << QList<QStringList> {{"Last Name", "Emergency Contact Phone", "Number In Party"},
-                                                           {"Diaz", "(937) 555-0100", "2"}};
+        written("statement") << QStringList {"clients", "--fields", "Last Name", "--sql",
+                                             "SELECT * FROM Client WHERE LastName <> 'Brown' ORDER BY ClientID DESC"}
+                             << "csv" << QList<QStringList> {{"Last Name"}, {"Adams"}, {"Clark"}};
+        written("one client") << QStringList {"clients", "--fields", "Last Name,First Name", "--client", "BROWN"} << "csv"
+                              << QList<QStringList> {{"Last Name", "First Name"}, {"Brown", "José"}};
+        written("volunteers") << QStringList {"volunteers", "--fields", "Last Name,Emergency Contact Phone,Number In Party"} << "csv"
+                              << QList<QStringList> {{"Last Name", "Emergency Contact Phone", "Number In Party"},
+                                                     {"Diaz", "(937) 555-0100", "2"}};
+        const auto refused
+            = [](const char *tag, const QStringList &arguments, int exitCode, const char *message, const char *target = "old.csv") {
+                  QTest::newRow(tag) << QString::fromLatin1(target) << exitCode << QString::fromLatin1(message) << arguments << QString()
+                                     << QList<QStringList> {};
+              };
+        refused("unknown field", {"clients", "--fields", "Last Name,Shoe Size"}, 2,
+                "no field named Shoe Size; the fields are: Client ID, Last Name, First Name");
+        refused("two types", {"clients", "--tab", "--xlsx"}, 2, "not both");
+        refused("unknown kind", {"donors"}, 2, "not 'donors'");
+        refused("other key", {"clients", "--volunteer", "1"}, 2, "does not take --volunteer");
+        refused("statement that writes", {"clients", "--sql", "DELETE FROM Client"}, 1, "Error in SQL syntax");
+        refused("no such client", {"clients", "--client", "9999"}, 1, "There is no client with ID 9999.");
+        refused("missing folder csv", {"clients"}, 1, "cannot be written", "missing/out.csv");
+        refused("missing folder xlsx", {"clients", "--xlsx"}, 1, "cannot be written", "missing/out.xlsx");
+        refused("folder is a file csv", {"clients"}, 1, "cannot be written", "plain.txt/out.csv");
+        refused("folder is a file xlsx", {"clients", "--xlsx"}, 1, "cannot be written", "plain.txt/out.xlsx");
     }
 
-    void writesWhatASpreadsheetReadsBack()
+    void exportsAreReadBackOrRefused()
     {
+        QFETCH(QString, target);
+        QFETCH(int, exitCode);
+        QFETCH(QString, message);
         QFETCH(QStringList, arguments);
         QFETCH(QString, kind);
         QFETCH(QList<QStringList>, rows);
         arguments.replaceInStrings(QStringLiteral("BROWN"), QString::number(m_brown));
-        const QString file = out(QString::fromLatin1(QTest::currentDataTag()).replace(u' ', u'_') + ".csv");
+        QVERIFY(TestDatabase::writeFile(out(QStringLiteral("old.csv")), "old export\r\n"));
+        QVERIFY(TestDatabase::writeFile(out(QStringLiteral("plain.txt")), "not a folder"));
+        const QByteArray database = TestDatabase::fileHash(m_db->path());
+        const QString file = out(target);
         const CliRun r = cli(QStringList {"export", arguments.at(0), m_db->path(), file} + arguments.mid(1));
-        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.exitCode, exitCode);
+        QCOMPARE(TestDatabase::fileHash(m_db->path()), database);
+        QCOMPARE(QDir(m_out.path()).entryList({"*.tmp"}, QDir::Files | QDir::Hidden), QStringList {});
+        if (exitCode != 0) {
+            QVERIFY2(r.err.contains(message), qPrintable(r.err));
+            QFile old(file);
+            QCOMPARE(old.open(QIODevice::ReadOnly) ? old.readAll() : QByteArray("(none)"),
+                     QByteArray(target == QLatin1String("old.csv") ? "old export\r\n" : "(none)"));
+            return;
+        }
         QVERIFY(r.out.contains(QStringLiteral("(%1 record").arg(rows.size() - 1)));
         QString error;
         const QJsonObject read = readExport(file, kind, &error);
@@ -157,49 +186,6 @@ private Q_SLOTS:
         const QJsonArray widths = book.value("widths").toArray();
         QCOMPARE(widths.size(), 36);
         QVERIFY(widths.at(4).toDouble() >= 22);   // "Social Security Number"
-    }
-
-    // Refused before anything is written: the old file at the target stays as it was, and nothing is left beside it.
-    void refusesAndLeavesTheOldFile_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("message");
-        const auto row
-            = [](const char *tag, const QStringList &arguments, int exitCode, const char *message, const char *target = "old.csv") {
-                  QTest::newRow(tag) << arguments << QString::fromLatin1(target) << exitCode << QString::fromLatin1(message);
-              };
-        row("unknown field", {"clients", "--fields", "Last Name,Shoe Size"}, 2,
-            "no field named Shoe Size; the fields are: Client ID, Last Name, First Name");
-        row("two types", {"clients", "--tab", "--xlsx"}, 2, "not both");
-        row("unknown kind", {"donors"}, 2, "not 'donors'");
-        row("other key", {"clients", "--volunteer", "1"}, 2, "does not take --volunteer");
-        row("statement that writes", {"clients", "--sql", "DELETE FROM Client"}, 1, "Error in SQL syntax");
-        row("no such client", {"clients", "--client", "9999"}, 1, "There is no client with ID 9999.");
-        row("missing folder csv", {"clients"}, 1, "cannot be written", "missing/out.csv");
-        row("missing folder xlsx", {"clients", "--xlsx"}, 1, "cannot be written", "missing/out.xlsx");
-        row("folder is a file csv", {"clients"}, 1, "cannot be written", "plain.txt/out.csv");
-        row("folder is a file xlsx", {"clients", "--xlsx"}, 1, "cannot be written", "plain.txt/out.xlsx");
-    }
-
-    void refusesAndLeavesTheOldFile()
-    {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, target);
-        QFETCH(int, exitCode);
-        QFETCH(QString, message);
-        writeFile(out(QStringLiteral("old.csv")), "old export\r\n");
-        writeFile(out(QStringLiteral("plain.txt")), "not a folder");
-        const QByteArray database = TestDatabase::fileHash(m_db->path());
-        const CliRun r = cli(QStringList {"export", arguments.at(0), m_db->path(), out(target)} + arguments.mid(1));
-        QCOMPARE(r.exitCode, exitCode);
-        QVERIFY2(r.err.contains(message), qPrintable(r.err));
-        QFile f(out(target));
-        QCOMPARE(f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(none)"),
-                 QByteArray(target == QLatin1String("old.csv") ? "old export\r\n" : "(none)"));
-        QCOMPARE(QDir(m_out.path()).entryList({"*.tmp"}, QDir::Files | QDir::Hidden), QStringList {});
-        QCOMPARE(TestDatabase::fileHash(m_db->path()), database);
     }
 };
 

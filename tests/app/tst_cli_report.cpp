@@ -1,10 +1,10 @@
 #include "ReportFixture.h"
 #include "CliRun.h"
+#include "PdfText.h"
 #include "basDatabase.h"
 
-#include <QDir>
 #include <QFile>
-#include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 // tendmark-cli report, run as a scheduled job runs it.
@@ -32,68 +32,39 @@ private Q_SLOTS:
         basDatabase::CloseConnection();
     }
 
-    void writesTheFiguresAndDetailLines_data()
+    // Written whole, the CSV and the PDF beside it; or refused with its status, nothing written and the database untouched.
+    void reportsAreWrittenOrRefused_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QByteArray>("csv");   // the whole file, or lines it holds
-        QTest::addColumn<QString>("inPdf");   // a line the printed report holds
-        // The hand-typed statement filters; the report sorts by last name; quotes are doubled.
-        QTest::newRow("client list, recordset")
-            << QStringList {"client-list", "--sql", "SELECT * FROM Client WHERE LastName IN ('Brown', 'O''Brien') ORDER BY 1 DESC"}
-            << QByteArray("\xEF\xBB\xBFName,Address,Social Security No.,Home Phone\r\n"
-                          "\"Brown, Bob \"\"Bo\"\"\",dayton  45403,,\r\n"
-                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,(937) 555-0100\r\n")
-            << "Brown, Bob \"Bo\"";
-        QTest::newRow("payments of one client, all dates")
-            << QStringList {"payment-history", "--client", "CLIENT"}
-            << QByteArray("\xEF\xBB\xBFName,Address,Social Security No.,Date,Type,Amount Paid,Amount Requested,Comments\r\n"
-                          "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,12/06/2026,Rent,50.00,60.00,\r\n")
-            << "All Dates";
-        // Lines of the agency report: the brackets given, everyone new, the baby born after the visit named.
-        QTest::newRow("agency, own brackets")
-            << QStringList {"agency", "--from", "2026-12-01", "--to", "2026-12-31", "--brackets", "0-17,18-64,65+"}
-            << QByteArray("Households,New households,5\r\n"
-                          "\"Individuals, Unduplicated\",Ages 18-64,1\r\n"
-                          "\"Individuals, Unduplicated\",Ages 65+,1\r\n"
-                          "Born after the visit,\"O'Brien, Niamh (household of O'Brien, Se\xC3\xA1n)\",12/20/2026\r\n")
-            << "Definitions";
-        QTest::newRow("volunteers by zip, none on file")
-            << QStringList {"volunteer-list", "--group", "zip"} << QByteArray("\xEF\xBB\xBFZip Code,Name,Address,Home Phone,Work Phone\r\n")
-            << "Grouped By Zip Code";
-    }
-
-    void writesTheFiguresAndDetailLines()
-    {
-        QFETCH(QStringList, arguments);
-        QFETCH(QByteArray, csv);
-        QFETCH(QString, inPdf);
-        arguments.replaceInStrings("CLIENT", QString::number(m_ids.obrien));
-        const QString file = out(QString::fromLatin1(QTest::currentDataTag()).replace(' ', '_') + ".csv");
-        const QString pdf = QString(file).replace(".csv", ".pdf");
-        const CliRun r = cli(QStringList {"report"} + arguments.mid(0, 1) + QStringList {m_db->path()} + arguments.mid(1)
-                             + QStringList {"--csv", file, "--pdf", pdf});
-        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-        const QByteArray written = read(file);
-        if (csv.startsWith("\xEF\xBB\xBF"))
-            QCOMPARE(written, csv);
-        else
-            for (const QByteArray &line : csv.split('\n'))
-                QVERIFY2(written.contains(line), line.constData());
-        QProcess text;
-        text.start("pdftotext", {"-layout", pdf, "-"});
-        QVERIFY(text.waitForFinished());
-        const QString printed = QString::fromUtf8(text.readAllStandardOutput());
-        QVERIFY2(printed.contains(inPdf) && printed.contains("Page 1 of "), qPrintable(printed));
-    }
-
-    void badRequestsExitWithTheirStatus_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QStringList>("arguments");   // DB: the database, OUT: the CSV file, PDF: the PDF file
         QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("message");
-        const auto row = [](const char *tag, const QStringList &arguments, int exitCode, const char *message) {
-            QTest::newRow(tag) << arguments << exitCode << QString::fromLatin1(message);
+        QTest::addColumn<QByteArray>("said");   // the whole CSV file, or lines it holds; on refusal, the message
+        QTest::addColumn<QString>("inPdf");   // a line the printed report holds
+        const auto row = [](const char *tag, const QStringList &arguments, int exitCode, const QByteArray &said, const char *inPdf = "") {
+            QTest::newRow(tag) << arguments << exitCode << said << QString::fromUtf8(inPdf);
         };
+        // The hand-typed statement filters; the report sorts by last name; quotes are doubled.
+        row("client list, recordset",
+            {"client-list", "DB", "--sql", "SELECT * FROM Client WHERE LastName IN ('Brown', 'O''Brien') ORDER BY 1 DESC", "--csv", "OUT",
+             "--pdf", "PDF"},
+            0,
+            "\xEF\xBB\xBFName,Address,Social Security No.,Home Phone\r\n"
+            "\"Brown, Bob \"\"Bo\"\"\",dayton  45403,,\r\n"
+            "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,(937) 555-0100\r\n",
+            "Brown, Bob \"Bo\"");
+        row("payments of one client, all dates", {"payment-history", "DB", "--client", "CLIENT", "--csv", "OUT", "--pdf", "PDF"}, 0,
+            "\xEF\xBB\xBFName,Address,Social Security No.,Date,Type,Amount Paid,Amount Requested,Comments\r\n"
+            "\"O'Brien, Se\xC3\xA1n\",\"1 Main St, Dayton OH 45402\",123-45-6789,12/06/2026,Rent,50.00,60.00,\r\n",
+            "All Dates");
+        // The dates and brackets given reach the agency report.
+        row("agency, own brackets",
+            {"agency", "DB", "--from", "2026-12-01", "--to", "2026-12-31", "--brackets", "0-17,18-64,65+", "--csv", "OUT", "--pdf", "PDF"},
+            0,
+            "Households,New households,5\r\n"
+            "\"Individuals, Unduplicated\",Ages 18-64,1\r\n"
+            "\"Individuals, Unduplicated\",Ages 65+,1\r\n",
+            "Definitions");
+        row("volunteers by zip, none on file", {"volunteer-list", "DB", "--group", "zip", "--csv", "OUT", "--pdf", "PDF"}, 0,
+            "\xEF\xBB\xBFZip Code,Name,Address,Home Phone,Work Phone\r\n", "Grouped By Zip Code");
         row("unknown report", {"client-lists", "DB", "--csv", "OUT"}, 2, "there is no report 'client-lists'");
         row("bad date", {"grocery-log", "DB", "--from", "2026-13-01", "--csv", "OUT"}, 2, "YYYY-MM-DD");
         row("start after end", {"demographics", "DB", "--from", "2026-12-31", "--to", "2026-12-01", "--csv", "OUT"}, 2,
@@ -114,22 +85,36 @@ private Q_SLOTS:
         row("cannot write", {"client-list", "DB", "--csv", "NODIR"}, 1, "cannot be written");
     }
 
-    void badRequestsExitWithTheirStatus()
+    void reportsAreWrittenOrRefused()
     {
         QFETCH(QStringList, arguments);
         QFETCH(int, exitCode);
-        QFETCH(QString, message);
-        const QString file = out("refused.csv");
-        arguments.replaceInStrings(QRegularExpression("^DB$"), m_db->path());
-        arguments.replaceInStrings(QRegularExpression("^NOWHERE$"), out("nowhere.tmdb"));
-        arguments.replaceInStrings(QRegularExpression("^OUT$"), file);
-        arguments.replaceInStrings(QRegularExpression("^NODIR$"), out("no/such/folder.csv"));
+        QFETCH(QByteArray, said);
+        QFETCH(QString, inPdf);
+        const QString file = out(QString::fromLatin1(QTest::currentDataTag()).replace(' ', '_') + ".csv");
+        const QString pdf = QString(file).replace(".csv", ".pdf");
+        const std::pair<const char *, QString> places[]
+            = {{"DB", m_db->path()}, {"NOWHERE", out("nowhere.tmdb")},     {"OUT", file},
+               {"PDF", pdf},         {"NODIR", out("no/such/folder.csv")}, {"CLIENT", QString::number(m_ids.obrien)}};
+        for (const auto &[placeholder, path] : places)
+            arguments.replaceInStrings(QRegularExpression(QStringLiteral("^%1$").arg(QLatin1String(placeholder))), path);
         const QByteArray before = TestDatabase::fileHash(m_db->path());
         const CliRun r = cli(QStringList {"report"} + arguments);
         QCOMPARE(r.exitCode, exitCode);
-        QVERIFY2(r.err.contains(message), qPrintable(r.err));
-        QVERIFY(!QFile::exists(file));
         QCOMPARE(TestDatabase::fileHash(m_db->path()), before);
+        if (exitCode != 0) {
+            QVERIFY2(r.err.contains(QString::fromUtf8(said)), qPrintable(r.err));
+            QVERIFY(!QFile::exists(file));
+            return;
+        }
+        const QByteArray written = read(file);
+        if (said.startsWith("\xEF\xBB\xBF"))
+            QCOMPARE(written, said);
+        else
+            for (const QByteArray &line : said.split('\n'))
+                QVERIFY2(written.contains(line), line.constData());
+        const QString printed = pdfText(pdf, "-layout");
+        QVERIFY2(printed.contains(inPdf) && printed.contains("Page 1 of "), qPrintable(printed));
     }
 };
 

@@ -4,7 +4,6 @@
 #include "basDatabase.h"
 
 #include <QCoreApplication>
-#include <QTextStream>
 #include <cstdio>
 
 int main(int argc, char *argv[])

@@ -43,21 +43,6 @@ class TestErrorHandler : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void messageText()
-    {
-        const QString text = basErrorHandler::MessageText("frmMain.mnuFileOpen_Click", 3343, "Unrecognized database format.", 0, {});
-        const QString expected = QStringLiteral("An error has occurred.\r\n\r\n"
-                                                "Product Name: \tTendMark\r\n"
-                                                "Application File:  \t%1\r\n"
-                                                "Module: \t\tfrmMain.mnuFileOpen_Click\r\n"
-                                                "Line Number: \t0\r\n\r\n"
-                                                "Error Number: \t3343\r\n"
-                                                "Error Description: \tUnrecognized database format.\r\n\r\n"
-                                                "\r\n\r\n")
-                                     .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
-        QCOMPARE(text, expected);
-    }
-
     void eachReportAppendsARecordBeforeTheMessageShows()
     {
         QTemporaryDir dir;
@@ -76,7 +61,16 @@ private Q_SLOTS:
         QCOMPARE(first.title, QStringLiteral("Application Error"));
         QCOMPARE(first.icon, Prompt::Icon::Information);
         QCOMPARE(first.buttons, int(Prompt::Ok));
-        QVERIFY(first.text.contains("Module: \t\tbasDatabase.GetClientInfo\r\n"));
+        QCOMPARE(first.text,
+                 QStringLiteral("An error has occurred.\r\n\r\n"
+                                "Product Name: \tTendMark\r\n"
+                                "Application File:  \t%1\r\n"
+                                "Module: \t\tbasDatabase.GetClientInfo\r\n"
+                                "Line Number: \t0\r\n\r\n"
+                                "Error Number: \t3021\r\n"
+                                "Error Description: \tNo current record.\r\n\r\n"
+                                "\r\n\r\n")
+                     .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName()));
         QVERIFY(prompts.logWhenShown.at(0).contains("In module: basDatabase.GetClientInfo"));
         QVERIFY(!prompts.logWhenShown.at(0).contains("frmClientGrid"));
         QVERIFY(prompts.last().text.contains("Error Description: \tno such column: XXX"));

@@ -1,3 +1,4 @@
+#include "Backups.h"
 #include "FileHealth.h"
 #include "PrivateFiles.h"
 #include "Schema.h"
@@ -11,11 +12,30 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSet>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+#include <csignal>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+int clients(const QString &path)
+{
+    QString error;
+    if (!basDatabase::OpenConnection(path, &error))
+        return -1;
+    const int n = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM Client")).toInt();
+    basDatabase::CloseConnection();
+    return n;
+}
+
+}   // namespace
 
 class TestFileSafety : public QObject
 {
@@ -144,7 +164,7 @@ private Q_SLOTS:
         QVERIFY(!Schema::ExamineForOpening(path).notPrivate);
         QCOMPARE(TestDatabase::fileMode(path), 0600);
 
-        // The error log and the settings too; the backups' folders are checked with the backups.
+        // The error log and the settings too; the backups' folders are checked with the backups below.
         ScriptedPrompts prompts;
         basErrorHandler::setLogFilePathForTesting(dir.filePath(QStringLiteral("error.log")));
         basErrorHandler::ReportError(QStringLiteral("test"), 1, QStringLiteral("Ames, Ann"));
@@ -205,6 +225,145 @@ private Q_SLOTS:
         QVERIFY(!third.anotherIsRunning({"secret.tmdb"}));
         QTest::qWait(200);
         QCOMPARE(received, QStringList());
+    }
+
+    // A writer is killed in the middle of its saves again and again; after every kill the file
+    // must open, pass the check, and hold every save it acknowledged.
+    void killedWritersLoseNothing()
+    {
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("pantry.tmdb"));
+        QString error;
+        QVERIFY2(Schema::CreateDatabase(file, false, &error), qPrintable(error));
+        QRandomGenerator random(20261123);
+        QSet<qlonglong> acknowledged;
+        int recovered = 0;
+        const int runs = 120;
+        for (int run = 0; run < runs; ++run) {
+            QProcess writer;
+            writer.start(QStringLiteral(CRASH_WRITER), {file});
+            QVERIFY(writer.waitForStarted());
+            QVERIFY2(writer.waitForReadyRead(10000), qPrintable(writer.readAllStandardError()));
+            QThread::usleep(random.bounded(1, 20000));
+            ::kill(pid_t(writer.processId()), SIGKILL);
+            QVERIFY(writer.waitForFinished());
+            const QList<QByteArray> lines = writer.readAllStandardOutput().split('\n');
+            for (const QByteArray &line : lines)
+                if (!line.isEmpty())
+                    acknowledged.insert(line.toLongLong());
+
+            const Schema::FileCheck check = Schema::ExamineForOpening(file);
+            QVERIFY2(check.state == Schema::FileState::Ok, qPrintable(check.reason));
+            recovered += check.recovered ? 1 : 0;
+            QCOMPARE(Schema::CheckFile(file), QStringList());
+            QVERIFY(!QFileInfo::exists(file + QStringLiteral("-wal")));
+            QVERIFY(!QFileInfo::exists(file + QStringLiteral("-shm")));
+        }
+        QVERIFY2(basDatabase::OpenConnection(file, &error), qPrintable(error));
+        QSet<qlonglong> stored;
+        QSqlQuery q = basDatabase::Execute(QStringLiteral("SELECT ClientID FROM Client WHERE LastName LIKE 'Crash%'"));
+        while (q.next())
+            stored.insert(q.value(0).toLongLong());
+        const int services = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM FoodService")).toInt();
+        basDatabase::CloseConnection();
+        QVERIFY(stored.contains(acknowledged));
+        QCOMPARE(services, stored.size());   // no save is half there
+        qInfo("%d kills, %d recovered on open, %lld saves acknowledged, %lld stored", runs, recovered, qlonglong(acknowledged.size()),
+              qlonglong(stored.size()));
+        QVERIFY(recovered > runs / 2);
+        QVERIFY(acknowledged.size() > runs);
+    }
+
+    void rotationKeepsRecentDailyAndMonthly_data()
+    {
+        QTest::addColumn<QList<int>>("hoursAgo");   // ages of the copies
+        QTest::addColumn<QList<int>>("deleted");   // indexes into hoursAgo
+        // Twelve copies today: the two oldest go, but one of today stays.
+        QTest::newRow("many today") << QList<int> {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11} << QList<int> {10, 11};
+        // Two a day for two weeks: beyond the last ten, the newest of each day stays.
+        QList<int> twice;
+        QList<int> older;
+        for (int d = 0; d < 14; ++d) {
+            twice << d * 24 + 1 << d * 24 + 2;
+            if (d * 2 + 1 >= 10)
+                older << d * 2 + 1;
+        }
+        QTest::newRow("twice a day") << twice << older;
+        // Older than 30 days: one a month, for a year; older than a year: none beyond the last ten.
+        QList<int> monthly;
+        for (int i = 0; i < 10; ++i)
+            monthly << i;
+        monthly << 24 * 40 << 24 * 41 << 24 * 400;
+        QTest::newRow("months and years") << monthly << QList<int> {11, 12};
+    }
+
+    void rotationKeepsRecentDailyAndMonthly()
+    {
+        QFETCH(QList<int>, hoursAgo);
+        QFETCH(QList<int>, deleted);
+        const QDateTime now(QDate(2026, 11, 23), QTime(23, 30));
+        QList<QDateTime> taken;
+        for (int h : hoursAgo)
+            taken << now.addSecs(-3600LL * h);
+        QList<QDateTime> expected;
+        for (int i : deleted)
+            expected << taken.at(i);
+        QList<QDateTime> actual = Backups::ToDelete(taken, now, 10);
+        std::sort(actual.begin(), actual.end());
+        std::sort(expected.begin(), expected.end());
+        QCOMPARE(actual, expected);
+    }
+
+    void backupListAndRestore()
+    {
+        TestDatabase db;
+        for (const char *name : {"Ames", "Baker"})
+            TestDatabase::insert(QStringLiteral("Client"), {{"LastName", name}});
+        basDatabase::CloseConnection();
+        QString made, error;
+        QVERIFY2(Backups::BackupNow(db.path(), {}, &made, &error), qPrintable(error));
+        const QString folder = QFileInfo(made).absolutePath();
+        QCOMPARE(folder, QDir(db.folder()).filePath(QStringLiteral("backups")));
+        QCOMPARE(TestDatabase::fileMode(folder), 0700);
+        QCOMPARE(TestDatabase::fileMode(made), 0600);
+        QCOMPARE(Schema::CheckFile(made), QStringList());
+        QCOMPARE(Backups::Latest(db.path()), made);
+
+        QVERIFY(basDatabase::OpenConnection(db.path()));
+        QVERIFY(!basDatabase::HasChangesSinceOpen());
+        TestDatabase::insert(QStringLiteral("Client"), {{"LastName", "Carter"}});
+        QVERIFY(basDatabase::HasChangesSinceOpen());
+        basDatabase::CloseConnection();
+        QTest::qWait(2);   // copies are named to the millisecond
+        QVERIFY2(Backups::Restore(made, db.path(), &error), qPrintable(error));
+        QCOMPARE(clients(db.path()), 2);
+        QCOMPARE(TestDatabase::fileMode(db.path()), 0600);
+
+        const QList<Backups::Info> list = Backups::List(db.path());
+        QCOMPARE(list.size(), 2);   // the restored copy and the file as it was before
+        QCOMPARE(list.at(0).clients, 3);
+        QCOMPARE(list.at(1).clients, 2);
+        QVERIFY(list.at(0).taken > list.at(1).taken);
+        QCOMPARE(list.at(1).size, QFileInfo(made).size());
+        QCOMPARE(QDir(db.folder()).entryList({"*.restoring", "*.part"}, QDir::Files | QDir::Hidden), QStringList());
+
+        const QString bad = QDir(db.folder()).filePath(QStringLiteral("bad.tmdb"));
+        QVERIFY(TestDatabase::writeFile(bad, QByteArray(8192, 'x')));
+        QVERIFY(!Backups::Restore(bad, db.path(), &error));
+        QCOMPARE(clients(db.path()), 2);
+    }
+
+    void onOpenAtMostOncePerDayAndIntoTheChosenFolder()
+    {
+        TestDatabase db(false);
+        QTemporaryDir stick;
+        basRegistry::SetString(basRegistry::SettingsKey(), QStringLiteral("BackupFolder"), stick.filePath("copies"));
+        QString first, second, error;
+        QVERIFY(Backups::BackupOnOpen(db.path(), &first, &error));
+        QVERIFY(Backups::BackupOnOpen(db.path(), &second, &error));
+        basRegistry::DeleteValue(basRegistry::SettingsKey(), QStringLiteral("BackupFolder"));
+        QVERIFY(first.startsWith(stick.filePath("copies")));
+        QVERIFY(second.isEmpty());
     }
 };
 

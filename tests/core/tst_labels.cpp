@@ -3,8 +3,6 @@
 #include "TestDatabase.h"
 #include "basDatabase.h"
 
-#include <QFile>
-#include <QSqlQuery>
 #include <QTest>
 
 using namespace Labels;
@@ -44,7 +42,7 @@ class TestLabels : public QObject
 
 private Q_SLOTS:
     // Positions run across then down; copies sit side by side; later sheets start at 1. The CLI test reads the
-    // usual runs back from the PDF; here, the edges.
+    // usual runs and each label's place back from the PDF; here, the edges.
     void layoutPlacesEachCopy_data()
     {
         QTest::addColumn<int>("start");
@@ -71,15 +69,6 @@ private Q_SLOTS:
         for (int i = 0; i < clients; ++i)
             labels << QStringList {QString(QChar(u'A' + i))};
         QCOMPARE(placements(layoutLabels(avery5160(), labels, start, copies)), expected);
-    }
-
-    // Rows at the top margin plus vertical pitches, columns at the side margin plus horizontal pitches, in points.
-    void labelRectangles()
-    {
-        const Template t = avery5160();
-        QCOMPARE(labelRect(t, 1), QRectF(13.5, 36, 189, 72));
-        QCOMPARE(labelRect(t, 5), QRectF(13.5 + 198, 36 + 72, 189, 72));
-        QCOMPARE(labelRect(t, 30), QRectF(13.5 + 2 * 198, 36 + 9 * 72, 189, 72));
     }
 
     void labelLinesFollowTheAddress_data()
