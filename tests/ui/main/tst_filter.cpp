@@ -257,6 +257,14 @@ private slots:
         QVERIFY2(statusText(volunteers).startsWith("Record: 2 of 2"), qPrintable(statusText(volunteers)));
         QCOMPARE(lineEdit(volunteers, "LastName")->text(), QString("Baker"));
         QCOMPARE(names(), (QStringList {"Young", "Baker"}));
+        // A filter that matches nobody says so and leaves a blank form, which nothing is saved from.
+        const FilterDialog none = FilterDialog::open(world);
+        none.fill({{"Last Name", "is equal to", "Nobody"}});
+        none.ok();
+        QCOMPARE(world.prompts.last(),
+                 (Prompt::Message {"No Volunteer Records Found", "No records were found that matched the specified criteria.",
+                                   Prompt::Icon::Exclamation}));
+        QVERIFY(lineEdit(volunteers, "LastName")->text().isEmpty() && !volunteers->DataChanged());
         menu(world.main, "mnuViewRemoveFilter")->trigger();
         QCOMPARE(volunteers->windowTitle(), QString("Volunteers"));
         QCOMPARE(names(), (QStringList {"Young", "Baker", "Cole"}));
@@ -267,12 +275,11 @@ private slots:
     {
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("syntax") << "SELEC * FROM Client"
-                                << "near \"SELEC\": syntax error";
-        QTest::newRow("delete") << "DELETE FROM Client"
-                                << "not authorized";
-        QTest::newRow("no key") << "SELECT LastName FROM Client"
-                                << "The statement must return the column ClientID.";
+        const char *const rows[][3] = {{"syntax", "SELEC * FROM Client", "near \"SELEC\": syntax error"},
+                                       {"delete", "DELETE FROM Client", "not authorized"},
+                                       {"no key", "SELECT LastName FROM Client", "The statement must return the column ClientID."}};
+        for (const auto &[name, sql, reason] : rows)
+            QTest::newRow(name) << sql << reason;
     }
 
     void handTypedStatementsThatFailKeepTheDialogOpen()
@@ -323,7 +330,7 @@ private slots:
         dialog.fill({{"Last Name", "is not empty"}, second});
         dialog.ok();
         QVERIFY(dialog.isOpen());
-        QCOMPARE(world.prompts.last(), (Prompt::Message {"Client Filter", error, Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(world.prompts.last(), (Prompt::Message {"Client Filter", error, Prompt::Icon::Exclamation}));
         QCOMPARE(dialog.grid()->currentIndex().row(), 1);
         QVERIFY(dialog.grid()->selectionModel()->isSelected(dialog.model()->index(1, Field)));
         QCOMPARE(list->windowTitle(), QString("Client Table"));

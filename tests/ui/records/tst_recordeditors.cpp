@@ -3,6 +3,7 @@
 // Save and Delete, and closing.
 #include "FormTesting.h"
 #include "basDatabase.h"
+#include "frmFamilyMember.h"
 
 #include <QPointer>
 
@@ -130,7 +131,7 @@ private slots:
             const QString refusal = step.section(" => ", 1);
             if (refusal.isEmpty())
                 break;
-            const Prompt::Message refused {refusal.section('|', 0, 0), refusal.section('|', 1), Prompt::Icon::Exclamation, Prompt::Ok};
+            const Prompt::Message refused {refusal.section('|', 0, 0), refusal.section('|', 1), Prompt::Icon::Exclamation};
             QCOMPARE(desk.prompts.messages(), QList<Prompt::Message> {refused});
             QVERIFY(w->DataChanged());
             QVERIFY(TestDatabase::scalar(query).isNull());
@@ -194,7 +195,7 @@ private slots:
         QVERIFY(w);
         QCOMPARE(w->recordId(), second);
         const Prompt::Message asked {"Delete " + item + "?", question, Prompt::Icon::Question, Prompt::Yes | Prompt::No};
-        const Prompt::Message done {"Delete " + item, answer, Prompt::Icon::None, Prompt::Ok};
+        const Prompt::Message done {"Delete " + item, answer};
 
         desk.prompts.answer(Prompt::No);
         desk.toolbar("Delete");
@@ -215,8 +216,7 @@ private slots:
             return;
         ClientWorld::closeWindow(w);
         QVERIFY(!openEditor(desk, kind, first));
-        QCOMPARE(desk.prompts.last(),
-                 (Prompt::Message {"Application Error", "Error retrieving record.", Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(desk.prompts.last(), (Prompt::Message {"Application Error", "Error retrieving record.", Prompt::Icon::Exclamation}));
         QCOMPARE(desk.main.openChildCount(), 0);
     }
 
@@ -292,7 +292,7 @@ private slots:
         fieldOf(w, "FoodServiceDate")->setFocus();
         fieldOf(w, "Comments")->setFocus();
         QCOMPARE(desk.prompts.messages(),
-                 (QList<Prompt::Message> {{"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation, Prompt::Ok}}));
+                 (QList<Prompt::Message> {{"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation}}));
         QCoreApplication::processEvents();
         QCOMPARE(QApplication::focusWidget(), fieldOf(w, "FoodServiceDate"));
         fill(w, "FoodServiceDate={+0}");
@@ -335,28 +335,20 @@ private slots:
         QCOMPARE(desk.prompts.messages().size(), 3);
     }
 
-    // A volunteer filter that matches nobody says so and leaves a blank form; clearing it brings the volunteers back.
-    void volunteerFilterWithoutMatches()
+    // The family member's time with the employer reads "[ ] yrs [ ] months" on one line.
+    void employerDurationIsLabelledAfterEachBox()
     {
         EditorDesk desk;
-        TestDatabase::insert("Volunteer", {{"LastName", "Zimmer"}, {"FirstName", "Ann"}});
-        TestDatabase::insert("Volunteer", {{"LastName", "Abbott"}, {"FirstName", "Bo"}});
-        auto *w = qobject_cast<MdiChild *>(openEditor(desk, "Volunteer"));
-        w->setSQL(QStringLiteral("SELECT * FROM Volunteer WHERE LastName = 'Nobody' ORDER BY LastName"));
-        w->ExecuteSQL();
-        QCOMPARE(desk.prompts.messages(),
-                 (QList<Prompt::Message> {{"No Volunteer Records Found", "No records were found that matched the specified criteria.",
-                                           Prompt::Icon::Exclamation, Prompt::Ok}}));
-        QVERIFY(typedText(w, "LastName").isEmpty());
-        QVERIFY(!w->DataChanged());
-        w->setSQL({});
-        w->ExecuteSQL();
-        QCOMPARE(typedText(w, "LastName"), "Abbott");
-        QCOMPARE(desk.prompts.messages().size(), 1);
+        auto *w = desk.open<frmFamilyMember>(RecordKind::FamilyMember);
+        for (const auto &[field, unit] : {std::pair {"EmployerDurationYears", "yrs"}, std::pair {"EmployerDurationMonths", "months"}}) {
+            QWidget *box = w->boundControl(QLatin1String(field));
+            QLabel *label = w->label(box->property("Index").toInt());
+            QCOMPARE(label->text(), QString::fromLatin1(unit));
+            QVERIFY(label->x() >= box->x() + box->width());
+            QVERIFY(qAbs(label->geometry().center().y() - box->geometry().center().y()) <= 2);
+        }
+        QCOMPARE(w->boundControl("EmployerDurationYears")->y(), w->boundControl("EmployerDurationMonths")->y());
     }
-
-private:
-    static QString typedText(QWidget *w, const char *field) { return qobject_cast<QLineEdit *>(fieldOf(w, field))->text(); }
 };
 
 QTEST_MAIN(tst_RecordEditors)
