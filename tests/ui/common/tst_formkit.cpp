@@ -5,11 +5,11 @@
 #include "NavigationStrip.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
+#include "RowValues.h"
 #include "SqlText.h"
 #include "TestDatabase.h"
 #include "WidgetPrompts.h"
 #include "basDatabase.h"
-#include "basRegistry.h"
 #include "frmSelect.h"
 
 #include <QAbstractItemModelTester>
@@ -20,8 +20,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
@@ -65,11 +63,8 @@ class TestFormKit : public QObject
     static std::pair<qint64, qint64> pickerClients()
     {
         return {TestDatabase::insert("Client",
-                                     {{"LastName", "Adams"},
-                                      {"FirstName", "Ruth"},
-                                      {"SocialSecurityNumber", "123456789"},
-                                      {"Address", "12 Elm St\r\nApt 4\nBack door"},
-                                      {"HomePhone", "9375551234"}}),
+                                     rowValues("LastName=Adams;FirstName=Ruth;SocialSecurityNumber=123456789;"
+                                               "Address=12 Elm St\r\nApt 4\nBack door;HomePhone=9375551234")),
                 TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Tom"}})};
     }
 
@@ -212,14 +207,11 @@ private Q_SLOTS:
     {
         TestDatabase db;
         const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
-        TestDatabase::insert("Client",
-                             {{"LastName", "O'Brien"},
-                              {"HomePhone", "5551234567"},
-                              {"BirthDate", "1980-12-31"},
-                              {"SocialSecurityNumber", "123456789"},
-                              {"FEMAContacted", 1},
-                              {"State", "TX"},
-                              {"EthnicOriginID", asian}});
+        QVariantMap obrien
+            = rowValues("LastName=O'Brien;HomePhone=5551234567;BirthDate=1980-12-31;SocialSecurityNumber=123456789;State=TX");
+        obrien.insert("FEMAContacted", 1);
+        obrien.insert("EthnicOriginID", asian);
+        TestDatabase::insert("Client", obrien);
         Recordset rs;
         rs.open("Client", "ClientID", "SELECT * FROM Client");
         QLineEdit last, phone, birth, ssn;
@@ -260,51 +252,24 @@ private Q_SLOTS:
         QCOMPARE(date.date(), QDate(1980, 12, 31));
     }
 
-    void childWindowsKeepTheirPlace()
-    {
-        basRegistry::DeleteKey(basRegistry::SettingsKey());
-        QMdiArea area;
-        area.resize(1000, 800);
-        area.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&area));
-        auto *child = new QWidget;
-        child->setObjectName("frmTestChild");
-        QMdiSubWindow *sub = area.addSubWindow(child);
-        sub->move(30, 40);
-        SetMDIChildDimensions(child, &area);
-        // No stored place: the first step of the cascade.
-        QCOMPARE(sub->geometry(), QRect(0, 0, int(area.viewport()->width() * 0.85), int(area.viewport()->height() * 0.75)));
-        sub->setGeometry(50, 60, 400, 300);
-        SaveMDIChildDimensions(child);
-        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmTestChild"), "50,60,400,300");
-        sub->setGeometry(0, 0, 200, 200);
-        SetMDIChildDimensions(child, &area);
-        QCOMPARE(sub->geometry(), QRect(50, 60, 400, 300));
-    }
-
     void stripShowsThePosition_data()
     {
         QTest::addColumn<int>("position");
         QTest::addColumn<int>("count");
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("buttons");
-        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42"
-                                        << "  NL";
-        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42"
-                                << "FPNL";
-        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42"
-                              << "FP  ";
-        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42"
-                                      << "    ";
-        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0"
-                              << "    ";
-        // A new record keeps the text and buttons shown before it.
-        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7"
-                                           << "  NL";
-        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0"
-                                         << "    ";
-        QTest::newRow("adding beside others") << -1 << 3 << "Record: 1 of 3     ID: 7"
-                                              << "FPNL";
+        // A new record (position 0, or -1 while it is being added) keeps the text and buttons shown before it.
+        const auto row = [](const char *name, int position, int count, const char *label, const char *buttons) {
+            QTest::newRow(name) << position << count << label << buttons;
+        };
+        row("first of three", 1, 3, "Record: 1 of 3     ID: 42", "  NL");
+        row("middle", 2, 3, "Record: 2 of 3     ID: 42", "FPNL");
+        row("last", 3, 3, "Record: 3 of 3     ID: 42", "FP  ");
+        row("the only one", 1, 1, "Record: 1 of 1     ID: 42", "    ");
+        row("none", 0, 0, "Record: 0 of 0", "    ");
+        row("new beside others", 0, 3, "Record: 1 of 3     ID: 7", "  NL");
+        row("new, none saved", -1, 0, "Record: 0 of 0", "    ");
+        row("adding beside others", -1, 3, "Record: 1 of 3     ID: 7", "FPNL");
     }
 
     void stripShowsThePosition()
@@ -327,16 +292,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("value");
-        QTest::newRow("whole") << "1234"
-                               << "$1,234.00"
-                               << "1234.00";
-        QTest::newRow("one point only") << "12.5.7"
-                                        << "$12.57"
-                                        << "12.57";
-        QTest::newRow("letters and signs dropped") << "a1-b2,c"
-                                                   << "$12.00"
-                                                   << "12.00";
-        QTest::newRow("empty") << QString() << QString() << QString();
+        const char *const rows[][4] = {{"whole", "1234", "$1,234.00", "1234.00"},
+                                       {"one point only", "12.5.7", "$12.57", "12.57"},
+                                       {"letters and signs dropped", "a1-b2,c", "$12.00", "12.00"},
+                                       {"empty", "", "", ""}};
+        for (const auto &r : rows)
+            QTest::newRow(r[0]) << QString(r[1]) << QString(r[2]) << QString(r[3]);
     }
 
     void amountBoxTakesMoneyOnly()
