@@ -1,6 +1,7 @@
 #include "DataBinding.h"
 #include "FormTesting.h"
 #include "GridModel.h"
+#include "RowValues.h"
 #include "ScriptedPrompts.h"
 #include "SearchQueries.h"
 #include "TestDatabase.h"
@@ -107,18 +108,11 @@ private slots:
         m_main->show();
         QVERIFY(m_main->openDatabaseFile(m_db->path(), true));
         // One household with a value in every field searched; the others differ where a search must tell them apart.
-        m_id["obrien"] = TestDatabase::insert("Client",
-                                              {{"LastName", "O'Brien"},
-                                               {"FirstName", "Kathleen"},
-                                               {"SocialSecurityNumber", "123456789"},
-                                               {"DriversLicenseNumber", "OH1234567"},
-                                               {"Address", "12 Elm St\r\nApt 4"},
-                                               {"BirthDate", "1961-04-23"},
-                                               {"HomePhone", "9375551234"},
-                                               {"MobilePhone", "9375559876"},
-                                               {"WorkPhone", "9375550000"},
-                                               {"EmployerName", "Kroger"},
-                                               {"EmployerAddress", "100 Main St"}});
+        m_id["obrien"] = TestDatabase::insert(
+            "Client",
+            rowValues("LastName=O'Brien;FirstName=Kathleen;SocialSecurityNumber=123456789;DriversLicenseNumber=OH1234567;"
+                      "Address=12 Elm St\r\nApt 4;BirthDate=1961-04-23;HomePhone=9375551234;MobilePhone=9375559876;"
+                      "WorkPhone=9375550000;EmployerName=Kroger;EmployerAddress=100 Main St"));
         m_id["smith"] = TestDatabase::insert("Client", {{"LastName", "Smith"}, {"FirstName", "John"}, {"Address", "400 Oak Ave"}});
         m_id["smithers"] = TestDatabase::insert("Client", {{"LastName", "Smithers"}, {"FirstName", "Anna"}, {"Address", "7 Oak Ct"}});
         m_id["nguyen"] = TestDatabase::insert(
@@ -128,18 +122,14 @@ private slots:
         // Member ids differ from household ids, so handing over the wrong one shows.
         TestDatabase::insert("Family", {{"ClientID", m_id["smithers"]}, {"LastName", "Smithers"}, {"FirstName", "Zed"}});
         TestDatabase::insert("Family",
-                             {{"ClientID", m_id["obrien"]},
-                              {"FirstName", "Sean"},
-                              {"SocialSecurityNumber", "111223333"},
-                              {"DriversLicenseNumber", "OH9990000"}});
+                             rowValues(QStringLiteral("ClientID=%1;FirstName=Sean;SocialSecurityNumber=111223333;"
+                                                      "DriversLicenseNumber=OH9990000")
+                                           .arg(m_id["obrien"])));
         TestDatabase::insert("Family", {{"ClientID", m_id["smith"]}, {"LastName", "Jones"}, {"FirstName", "Mary"}});
         TestDatabase::insert("Family", {{"ClientID", m_id["smith"]}, {"LastName", "Đặng"}, {"FirstName", "Bảo"}});
         m_id["linh"] = TestDatabase::insert("Volunteer",
-                                            {{"LastName", "Nguyen"},
-                                             {"FirstName", "Linh"},
-                                             {"EMailAddress", "linh@example.org"},
-                                             {"EmergencyContactPhone", "9375557777"},
-                                             {"Comments", "Saturdays\r\nonly"}});
+                                            rowValues("LastName=Nguyen;FirstName=Linh;EMailAddress=linh@example.org;"
+                                                      "EmergencyContactPhone=9375557777;Comments=Saturdays\r\nonly"));
         m_id["tam"] = TestDatabase::insert("Volunteer", {{"LastName", "Nguyen"}, {"FirstName", "Tam"}});
     }
     void cleanupTestCase()
@@ -232,8 +222,7 @@ private slots:
                 QCOMPARE(prompts.titles(), QStringList {"Data Entry Error"});
             else
                 QCOMPARE(prompts.messages(),
-                         (QList<Prompt::Message> {
-                             {"No Record Found", "No record was found matching the specified criteria.", Prompt::Icon::None, Prompt::Ok}}));
+                         (QList<Prompt::Message> {{"No Record Found", "No record was found matching the specified criteria."}}));
             return;
         }
         QCOMPARE(handOffs.size(), 1);
@@ -247,16 +236,13 @@ private slots:
     {
         QTest::addColumn<QString>("on");
         QTest::addColumn<QString>("index");
-        QTest::newRow("last name") << "Last Name"
-                                   << "ClientByNameKey";
-        QTest::newRow("first name") << "First Name"
-                                    << "ClientByFirstNameKey";
-        QTest::newRow("address") << "Address"
-                                 << "ClientByAddressKey";
-        QTest::newRow("home phone") << "Home Phone"
-                                    << "ClientByHomePhone";
-        QTest::newRow("mobile phone") << "Mobile Phone"
-                                      << "ClientByMobilePhone";
+        const char *const rows[][2] = {{"Last Name", "ClientByNameKey"},
+                                       {"First Name", "ClientByFirstNameKey"},
+                                       {"Address", "ClientByAddressKey"},
+                                       {"Home Phone", "ClientByHomePhone"},
+                                       {"Mobile Phone", "ClientByMobilePhone"}};
+        for (const auto &[on, index] : rows)
+            QTest::newRow(on) << on << index;
     }
     void searchesCountFromAnIndex()
     {

@@ -73,83 +73,68 @@ private slots:
         QFETCH(QStringList, fields);
         QFETCH(QString, browseTitle);
         ClientWorld desk;
-        for (const bool listOpen : {false, true}) {
-            if (listOpen)
-                menu(desk.main, qPrintable(window))->trigger();
-            frmExport *dialog = openExport(desk, qPrintable(menuName));
-            QVERIFY(control(dialog, records.at(0))->isChecked());
-            QVERIFY(control(dialog, records.at(1))->isEnabled() == listOpen && control(dialog, records.at(2))->isEnabled() == listOpen);
-            if (listOpen) {
-                closeDialog(dialog);
-                break;
-            }
-            const QList<QCheckBox *> boxes = fieldBoxes(dialog);
-            QCOMPARE(QStringList({QString::number(boxes.size()), boxes.first()->text(), boxes.last()->text()}), fields);
-            button(dialog, "cmdCheckAll")->click();
-            QVERIFY(std::all_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
-            button(dialog, "cmdClearAll")->click();
-            QVERIFY(std::none_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
+        frmExport *dialog = openExport(desk, qPrintable(menuName));
+        QVERIFY(control(dialog, records.at(0))->isChecked());
+        QVERIFY(!control(dialog, records.at(1))->isEnabled() && !control(dialog, records.at(2))->isEnabled());
+        const QList<QCheckBox *> boxes = fieldBoxes(dialog);
+        QCOMPARE(QStringList({QString::number(boxes.size()), boxes.first()->text(), boxes.last()->text()}), fields);
+        button(dialog, "cmdCheckAll")->click();
+        QVERIFY(std::all_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
+        button(dialog, "cmdClearAll")->click();
+        QVERIFY(std::none_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
 
-            // The save dialog; a workbook's name chooses the workbook, where no formula can run.
-            QVERIFY(control<QCheckBox>(dialog, "chkFormulaGuard")->isChecked());
-            desk.prompts.answerFile(QStringLiteral("/tmp/people.xlsx"));
-            button(dialog, "cmdBrowse")->click();
-            const Prompt::FileRequest request = desk.prompts.fileRequests().last();
-            QVERIFY(request.save);
-            QCOMPARE(request.title + '|' + request.defaultName, browseTitle + "|export.csv");
-            QVERIFY(request.filter.startsWith(QStringLiteral("CSV (comma delimited) (*.csv);;Text (tab delimited) (*.txt);;")));
-            QVERIFY(control(dialog, "optWorkbook")->isChecked());
-            QVERIFY(!control<QCheckBox>(dialog, "chkFormulaGuard")->isEnabled());
-            control(dialog, "optTabDelimited")->setChecked(true);
-            QCOMPARE(control<QLineEdit>(dialog, "txtFileName")->text(), "/tmp/people.txt");
-            closeDialog(dialog);
-        }
+        // The save dialog; a workbook's name chooses the workbook, where no formula can run.
+        QVERIFY(control<QCheckBox>(dialog, "chkFormulaGuard")->isChecked());
+        desk.prompts.answerFile(QStringLiteral("/tmp/people.xlsx"));
+        button(dialog, "cmdBrowse")->click();
+        const Prompt::FileRequest request = desk.prompts.fileRequests().last();
+        QVERIFY(request.save);
+        QCOMPARE(request.title + '|' + request.defaultName, browseTitle + "|export.csv");
+        QVERIFY(request.filter.startsWith(QStringLiteral("CSV (comma delimited) (*.csv);;Text (tab delimited) (*.txt);;")));
+        QVERIFY(control(dialog, "optWorkbook")->isChecked());
+        QVERIFY(!control<QCheckBox>(dialog, "chkFormulaGuard")->isEnabled());
+        control(dialog, "optTabDelimited")->setChecked(true);
+        QCOMPARE(control<QLineEdit>(dialog, "txtFileName")->text(), "/tmp/people.txt");
+        closeDialog(dialog);
+
+        // With a list of its kind open, the current records are offered too.
+        menu(desk.main, qPrintable(window))->trigger();
+        dialog = openExport(desk, qPrintable(menuName));
+        QVERIFY(control(dialog, records.at(1))->isEnabled() && control(dialog, records.at(2))->isEnabled());
+        closeDialog(dialog);
     }
 
-    void refusalsWriteNothing_data()
-    {
-        QTest::addColumn<QString>("menuName");
-        QTest::addColumn<QString>("fileName");
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<bool>("fields");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        const QString clients = "mnuDataExportClients", missing = "Required Field Missing";
-        QTest::newRow("no file name") << clients << "" << QString() << true << missing << "An export file name is required.";
-        QTest::newRow("no field") << clients << "out.csv" << QString() << false << missing << "At least one field must be checked.";
-        QTest::newRow("no client shown") << clients << "out.csv"
-                                         << "optCurrentClient" << true << "Export Data"
-                                         << "No client has been selected.";
-        QTest::newRow("no volunteer shown") << "mnuDataExportVolunteers"
-                                            << "out.csv"
-                                            << "optCurrentVolunteer" << true << "Export Data"
-                                            << "No volunteer has been selected.";
-    }
-
+    // What the dialog refuses, it says, the dialog staying open, and no file is written.
     void refusalsWriteNothing()
     {
-        QFETCH(QString, menuName);
-        QFETCH(QString, fileName);
-        QFETCH(QString, option);
-        QFETCH(bool, fields);
-        QFETCH(QString, title);
-        QFETCH(QString, text);
         ClientWorld desk;
         // The lists are open, on no record: an empty client table, a new volunteer.
         menu(desk.main, "mnuDataClientTable")->trigger();
         menu(desk.main, "mnuDataVolunteers")->trigger();
-        frmExport *dialog = openExport(desk, qPrintable(menuName));
-        const QString path = fileName.isEmpty() ? QString() : QDir(desk.db.folder()).filePath(fileName);
-        control<QLineEdit>(dialog, "txtFileName")->setText(path);
-        if (fields)
-            button(dialog, "cmdCheckAll")->click();
-        if (!option.isEmpty())
-            control(dialog, option)->setChecked(true);
-        button(dialog, "cmdOK")->click();
-        QCOMPARE(desk.prompts.last(), (Prompt::Message {title, text, Prompt::Icon::Exclamation, Prompt::Ok}));
-        QVERIFY(dialog->isVisible());
-        QVERIFY(path.isEmpty() || !QFile::exists(path));
-        closeDialog(dialog);
+        const char *clients = "mnuDataExportClients", *missing = "Required Field Missing";
+        const struct
+        {
+            const char *menuName, *fileName, *option;
+            bool fields;
+            const char *title, *text;
+        } cases[] = {{clients, "", nullptr, true, missing, "An export file name is required."},
+                     {clients, "out.csv", nullptr, false, missing, "At least one field must be checked."},
+                     {clients, "out.csv", "optCurrentClient", true, "Export Data", "No client has been selected."},
+                     {"mnuDataExportVolunteers", "out.csv", "optCurrentVolunteer", true, "Export Data", "No volunteer has been selected."}};
+        for (const auto &c : cases) {
+            frmExport *dialog = openExport(desk, c.menuName);
+            const QString path = *c.fileName ? QDir(desk.db.folder()).filePath(QLatin1String(c.fileName)) : QString();
+            control<QLineEdit>(dialog, "txtFileName")->setText(path);
+            if (c.fields)
+                button(dialog, "cmdCheckAll")->click();
+            if (c.option)
+                control(dialog, QLatin1String(c.option))->setChecked(true);
+            button(dialog, "cmdOK")->click();
+            QCOMPARE(desk.prompts.last(), (Prompt::Message {c.title, c.text, Prompt::Icon::Exclamation}));
+            QVERIFY(dialog->isVisible());
+            QVERIFY(path.isEmpty() || !QFile::exists(path));
+            closeDialog(dialog);
+        }
     }
 
     // The filtered list's records, re-sorted by last name; then the list's current client alone.
@@ -177,8 +162,7 @@ private slots:
             control(dialog, option)->setChecked(true);
             tick(dialog, {"Last Name", "First Name", "City"});
             button(dialog, "cmdOK")->click();
-            QCOMPARE(desk.prompts.last(),
-                     (Prompt::Message {"Export Client Data", "Export file created.", Prompt::Icon::Information, Prompt::Ok}));
+            QCOMPARE(desk.prompts.last(), (Prompt::Message {"Export Client Data", "Export file created.", Prompt::Icon::Information}));
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QVERIFY(!dialog);
             QString error;
@@ -195,15 +179,14 @@ private slots:
         QTest::addColumn<QString>("listSql");
         QTest::addColumn<QString>("title");   // empty: cancelled while its progress shows
         QTest::addColumn<QString>("text");
-        const QString unwritable = QStringLiteral("could not be written");
-        QTest::newRow("missing folder, workbook") << "missing/new.xlsx" << QString() << "Export Client Data" << unwritable;
-        QTest::newRow("statement fails") << "old.csv"
-                                         << "SELECT * FROM Client WHERE NoSuchColumn = 1"
-                                         << "SQL Error"
-                                         << "no such column: NoSuchColumn";
-        QTest::newRow("cancelled") << "old.csv" << QString() << QString() << QString();
+        const auto row = [](const char *name, const char *fileName, const char *listSql, const char *title, const char *text) {
+            QTest::newRow(name) << fileName << listSql << title << text;
+        };
+        row("missing folder, workbook", "missing/new.xlsx", "", "Export Client Data", "could not be written");
+        row("statement fails", "old.csv", "SELECT * FROM Client WHERE NoSuchColumn = 1", "SQL Error", "no such column: NoSuchColumn");
+        row("cancelled", "old.csv", "", "", "");
         if (geteuid() != 0)
-            QTest::newRow("read-only folder") << "locked/old.csv" << QString() << "Export Client Data" << unwritable;
+            row("read-only folder", "locked/old.csv", "", "Export Client Data", "could not be written");
     }
 
     void failedWritesKeepTheOldFile()

@@ -58,55 +58,53 @@ private slots:
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QStringList>("steps");   // "typing => the refusal's title|text", the last one saved
         QTest::addColumn<QString>("stored");   // "a query of the saved row => its answer"
-        QTest::newRow("food service")
-            << "FoodService"
-            << QStringList {"NumberOfBags=0 => Required Field Empty|Food Service Type is required.",
-                            "FoodServiceTypeID=Holiday basket => Data Entry Error|Number of bags cannot be zero.",
-                            "NumberOfBags= => Required Field Empty|Number of bags is required.",
-                            "NumberOfBags=3;FoodServiceDate={+1} => Data Entry Error|Future date not allowed.", "FoodServiceDate={+0}"}
-            << "SELECT ClientID || '|' || FoodServiceDate || '|' || FoodServiceTypeDescription || '|' || NumberOfBags"
-               " || '|' || ifnull(Comments, 'null') FROM FoodService JOIN FoodServiceTypes USING (FoodServiceTypeID)"
-               " => {client}|{today}|Holiday basket|3|null";
+        const auto row = [](const char *name, const char *kind, const QStringList &steps, const char *stored) {
+            QTest::newRow(name) << kind << steps << stored;
+        };
+        row("food service", "FoodService",
+            {"NumberOfBags=0 => Required Field Empty|Food Service Type is required.",
+             "FoodServiceTypeID=Holiday basket => Data Entry Error|Number of bags cannot be zero.",
+             "NumberOfBags= => Required Field Empty|Number of bags is required.",
+             "NumberOfBags=3;FoodServiceDate={+1} => Data Entry Error|Future date not allowed.", "FoodServiceDate={+0}"},
+            "SELECT ClientID || '|' || FoodServiceDate || '|' || FoodServiceTypeDescription || '|' || NumberOfBags"
+            " || '|' || ifnull(Comments, 'null') FROM FoodService JOIN FoodServiceTypes USING (FoodServiceTypeID)"
+            " => {client}|{today}|Holiday basket|3|null");
         // Amounts are rounded half to even before the zero check; an empty Amount Requested is none.
-        QTest::newRow("payment") << "Payment"
-                                 << QStringList {"PaymentsTypeID=Utilities => Required Field Empty|Amount Paid is required.",
-                                                 "AmountPaid=0.40 => Data Entry Error|Amount Paid cannot be zero.",
-                                                 "AmountPaid=0.50 => Data Entry Error|Amount Paid cannot be zero.",
-                                                 "AmountRequested=0.2;AmountPaid=0.60 => Data Entry Error|Amount Requested cannot be zero.",
-                                                 "AmountRequested=;AmountPaid=1234.5"}
-                                 << "SELECT ClientID || '|' || PaymentDate || '|' || PaymentTypeDescription || '|' || AmountPaid || '|'"
-                                    " || ifnull(AmountRequested, 'null') FROM Payments JOIN PaymentTypes ON PaymentTypeID = PaymentsTypeID"
-                                    " => {client}|{today}|Utilities|123450|null";
+        row("payment", "Payment",
+            {"PaymentsTypeID=Utilities => Required Field Empty|Amount Paid is required.",
+             "AmountPaid=0.40 => Data Entry Error|Amount Paid cannot be zero.",
+             "AmountPaid=0.50 => Data Entry Error|Amount Paid cannot be zero.",
+             "AmountRequested=0.2;AmountPaid=0.60 => Data Entry Error|Amount Requested cannot be zero.",
+             "AmountRequested=;AmountPaid=1234.5"},
+            "SELECT ClientID || '|' || PaymentDate || '|' || PaymentTypeDescription || '|' || AmountPaid || '|'"
+            " || ifnull(AmountRequested, 'null') FROM Payments JOIN PaymentTypes ON PaymentTypeID = PaymentsTypeID"
+            " => {client}|{today}|Utilities|123450|null");
         // Income offers the income sources, not the expense categories.
-        QTest::newRow("income") << "Income"
-                                << QStringList {"IncomeSourceID=Utilities;Amount=5 => Required Field Empty|Income Source is required.",
-                                                "IncomeSourceID=Pension;Amount=0 => Data Entry Error|Amount cannot be zero.",
-                                                "Amount=812.25"}
-                                << "SELECT ClientID || '|' || IncomeSourceDescription || '|' || Amount FROM Income JOIN IncomeSources"
-                                   " USING (IncomeSourceID) => {client}|Pension|81225";
-        QTest::newRow("expenses") << "Expenses"
-                                  << QStringList {"ExpenseCategoryID=Utilities => Required Field Empty|Amount is required.", "Amount=95"}
-                                  << "SELECT ClientID || '|' || ExpenseCategoryDescription || '|' || Amount FROM Expenses"
-                                     " JOIN ExpenseCategories USING (ExpenseCategoryID) => {client}|Utilities|9500";
+        row("income", "Income",
+            {"IncomeSourceID=Utilities;Amount=5 => Required Field Empty|Income Source is required.",
+             "IncomeSourceID=Pension;Amount=0 => Data Entry Error|Amount cannot be zero.", "Amount=812.25"},
+            "SELECT ClientID || '|' || IncomeSourceDescription || '|' || Amount FROM Income JOIN IncomeSources"
+            " USING (IncomeSourceID) => {client}|Pension|81225");
+        row("expenses", "Expenses", {"ExpenseCategoryID=Utilities => Required Field Empty|Amount is required.", "Amount=95"},
+            "SELECT ClientID || '|' || ExpenseCategoryDescription || '|' || Amount FROM Expenses"
+            " JOIN ExpenseCategories USING (ExpenseCategoryID) => {client}|Utilities|9500");
         // A known employer zip code fills the employer's city and state.
-        QTest::newRow("family member")
-            << "FamilyMember"
-            << QStringList {"Comments=new member => Required Field Empty|Relationship is required.",
-                            "RelationshipID=Daughter => Required Field Empty|Last Name is required.",
-                            "LastName=Adams => Required Field Empty|First Name is required.",
-                            "FirstName=Beth;MobilePhone=5551234 => Data Entry Error|Mobile Phone must have all ten digits, area code first.",
-                            "MobilePhone=3095551234;BirthDate={+1} => Data Entry Error|Birth Date cannot be in the future.",
-                            "BirthDate=13452001 => Data Entry Error|Birth Date is not a valid date.",
-                            "BirthDate=02292012;SocialSecurityNumber=987654321;EmployerZip=61602"}
-            << "SELECT ClientID || '|' || RelationshipDescription || '|' || LastName || '|' || FirstName || '|' || MobilePhone || '|'"
-               " || BirthDate || '|' || SocialSecurityNumber || '|' || EmployerCity || EmployerState || '|' || Comments FROM Family"
-               " JOIN Relationships USING (RelationshipID)"
-               " => {client}|Daughter|Adams|Beth|3095551234|2012-02-29|987654321|PeoriaIL|new member";
-        QTest::newRow("volunteer") << "Volunteer"
-                                   << QStringList {"LastName=O'Neil => Required Field Empty|First Name is required.",
-                                                   "FirstName=Pat;ZipCode=97201;HomePhone=5035551212"}
-                                   << "SELECT LastName || '|' || City || State || ZipCode || '|' || HomePhone FROM Volunteer"
-                                      " => O'Neil|PortlandOR97201|5035551212";
+        row("family member", "FamilyMember",
+            {"Comments=new member => Required Field Empty|Relationship is required.",
+             "RelationshipID=Daughter => Required Field Empty|Last Name is required.",
+             "LastName=Adams => Required Field Empty|First Name is required.",
+             "FirstName=Beth;MobilePhone=5551234 => Data Entry Error|Mobile Phone must have all ten digits, area code first.",
+             "MobilePhone=3095551234;BirthDate={+1} => Data Entry Error|Birth Date cannot be in the future.",
+             "BirthDate=13452001 => Data Entry Error|Birth Date is not a valid date.",
+             "BirthDate=02292012;SocialSecurityNumber=987654321;EmployerZip=61602"},
+            "SELECT ClientID || '|' || RelationshipDescription || '|' || LastName || '|' || FirstName || '|' || MobilePhone || '|'"
+            " || BirthDate || '|' || SocialSecurityNumber || '|' || EmployerCity || EmployerState || '|' || Comments FROM Family"
+            " JOIN Relationships USING (RelationshipID)"
+            " => {client}|Daughter|Adams|Beth|3095551234|2012-02-29|987654321|PeoriaIL|new member");
+        row("volunteer", "Volunteer",
+            {"LastName=O'Neil => Required Field Empty|First Name is required.", "FirstName=Pat;ZipCode=97201;HomePhone=5035551212"},
+            "SELECT LastName || '|' || City || State || ZipCode || '|' || HomePhone FROM Volunteer"
+            " => O'Neil|PortlandOR97201|5035551212");
     }
 
     void saveChecksEachFieldThenStoresTheRecord()
@@ -227,11 +225,8 @@ private slots:
         QTest::addColumn<QString>("menu");   // empty: the food service editor
         QTest::addColumn<QString>("field");
         QTest::addColumn<QString>("required");
-        QTest::newRow("record editor") << QString() << "NumberOfBags"
-                                       << "Number of bags is required.";
-        QTest::newRow("client details") << "mnuDataClientDetails"
-                                        << "FirstName"
-                                        << "First Name is required.";
+        QTest::newRow("record editor") << QString() << QString("NumberOfBags") << QString("Number of bags is required.");
+        QTest::newRow("client details") << QString("mnuDataClientDetails") << QString("FirstName") << QString("First Name is required.");
     }
 
     void closingAChangedRecordAsks()
