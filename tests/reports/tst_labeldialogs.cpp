@@ -149,23 +149,8 @@ private Q_SLOTS:
     }
 
     // The client options follow the open client window; the labels go to the PDF file chosen.
-    void printsTheChosenClientsToPdf_data()
-    {
-        QTest::addColumn<int>("clientsToPrint");
-        QTest::addColumn<bool>("startingWithCurrent");
-        QTest::addColumn<bool>("namesOnly");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("all") << 0 << false << false << "Adams, Al 1 Oak St Dayton, OH 45402 Baker, Bea Cole, Cy";
-        QTest::newRow("from the current client") << 0 << true << true << "Baker, Bea Cole, Cy";
-        QTest::newRow("recordset") << 1 << false << true << "Adams, Al Cole, Cy";
-        QTest::newRow("current client") << 2 << false << true << "Baker, Bea";
-    }
     void printsTheChosenClientsToPdf()
     {
-        QFETCH(int, clientsToPrint);
-        QFETCH(bool, startingWithCurrent);
-        QFETCH(bool, namesOnly);
-        QFETCH(QString, expected);
         TestDatabase::insert("Client", {{"LastName", "Cole"}, {"FirstName", "Cy"}});
         TestDatabase::insert("Client", rowValues("LastName=Adams;FirstName=Al;Address=1 Oak St;City=Dayton;State=OH;ZipCode=45402"));
         const qint64 baker = TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Bea"}});
@@ -174,17 +159,28 @@ private Q_SLOTS:
             QVERIFY(!option(&closed, "optClientsToPrint", 1)->isEnabled());
             QVERIFY(!option(&closed, "optPrintWhat", 1)->isEnabled());
         }
-        frmLabelPrint dialog({RecordScope::Kind::Client, "SELECT * FROM Client WHERE LastName <> 'Baker'", QString::number(baker)});
-        option(&dialog, "optClientsToPrint", clientsToPrint)->setChecked(true);
-        option(&dialog, "optPrintWhat", startingWithCurrent ? 1 : 0)->setChecked(true);
-        child<QCheckBox>(&dialog, "chkPrintNamesOnly")->setChecked(namesOnly);
-        child<QComboBox>(&dialog, "cboPrinter")->setCurrentText("PDF file");
-        const QString pdf = db->folder() + "/labels.pdf";
-        prompts->answerFile(pdf);
-        click(&dialog, "cmdOK");
-        QVERIFY2(prompts->messages().isEmpty(), qPrintable(prompts->last().text));
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        QCOMPARE(pdfText(pdf).simplified(), expected);
+        const struct
+        {
+            int clientsToPrint;   // all, the recordset, the current client
+            bool startingWithCurrent, namesOnly;
+            const char *expected;
+        } cases[] = {{0, false, false, "Adams, Al 1 Oak St Dayton, OH 45402 Baker, Bea Cole, Cy"},
+                     {0, true, true, "Baker, Bea Cole, Cy"},
+                     {1, false, true, "Adams, Al Cole, Cy"},
+                     {2, false, true, "Baker, Bea"}};
+        for (const auto &c : cases) {
+            frmLabelPrint dialog({RecordScope::Kind::Client, "SELECT * FROM Client WHERE LastName <> 'Baker'", QString::number(baker)});
+            option(&dialog, "optClientsToPrint", c.clientsToPrint)->setChecked(true);
+            option(&dialog, "optPrintWhat", c.startingWithCurrent ? 1 : 0)->setChecked(true);
+            child<QCheckBox>(&dialog, "chkPrintNamesOnly")->setChecked(c.namesOnly);
+            child<QComboBox>(&dialog, "cboPrinter")->setCurrentText("PDF file");
+            const QString pdf = db->folder() + QStringLiteral("/labels%1.pdf").arg(&c - cases);
+            prompts->answerFile(pdf);
+            click(&dialog, "cmdOK");
+            QVERIFY2(prompts->messages().isEmpty(), qPrintable(prompts->last().text));
+            QCOMPARE(dialog.result(), int(QDialog::Accepted));
+            QCOMPARE(pdfText(pdf).simplified(), c.expected);
+        }
     }
 
     // A printer prints through the preview of the real pages, on the template's paper.
@@ -286,8 +282,9 @@ private Q_SLOTS:
         QCOMPARE(Labels::findTemplate(Labels::loadTemplates(), "5160")->horizontalPitch, 2.75);
     }
 
-    // Saving a changed template keeps the measures left alone at full precision, and only one default.
-    void setupSavesAndKeepsOneDefault()
+    // Saving a changed template keeps the measures left alone at full precision, and only one default;
+    // deleting one asks first.
+    void setupSavesDeletesAndKeepsOneDefault()
     {
         frmLabelSetup setup(templateId("5162"));
         QCOMPARE(child<QLineEdit>(&setup, "txtLabelHeight")->text(), "1.33");
@@ -299,26 +296,23 @@ private Q_SLOTS:
         const Labels::Template saved = *Labels::findTemplate(Labels::loadTemplates(), "5162");
         QVERIFY(saved.topMargin == 0.9 && saved.height == 1.333333 && saved.isDefault);
         QCOMPARE(TestDatabase::count("LabelDetails", "\"Default\" = 1"), 1);
-    }
 
-    // Delete asks first; No keeps the template, Yes deletes it and says so.
-    void setupDeleteAsksAndConfirms()
-    {
+        // Delete asks first; No keeps the template, Yes deletes it and says so.
         const QString name = Labels::findTemplate(Labels::loadTemplates(), "5167")->description;
-        frmLabelSetup setup(templateId("5167"));
+        frmLabelSetup other(templateId("5167"));
         const Prompt::Message question {"Delete Label Template?", "Are you sure you want to delete '" + name + "'?", Prompt::Icon::Question,
                                         Prompt::Yes | Prompt::No};
         prompts->answer(Prompt::No);
-        click(&setup, "cmdDelete");
+        click(&other, "cmdDelete");
         QCOMPARE(prompts->messages(), QList<Prompt::Message> {question});
         QCOMPARE(TestDatabase::count("LabelDetails", "Description = ?", {name}), 1);
         prompts->answer(Prompt::Yes);
-        click(&setup, "cmdDelete");
+        click(&other, "cmdDelete");
         QCOMPARE(
             prompts->messages(),
             (QList<Prompt::Message> {question, question, {"Label Setup", "Template '" + name + "' deleted.", Prompt::Icon::Information}}));
         QCOMPARE(TestDatabase::count("LabelDetails", "Description = ?", {name}), 0);
-        QVERIFY(child<QComboBox>(&setup, "cboTemplate")->findText(name) < 0);
+        QVERIFY(child<QComboBox>(&other, "cboTemplate")->findText(name) < 0);
     }
 };
 
