@@ -299,23 +299,17 @@ private slots:
     {
         ClientWorld world;
         ClientWorld::addClient("Abbot", "Amy", "B", {{"City", "Peoria"}});
-        ClientWorld::addClient("Baker", "Bo", "C", {{"City", "Pekin"}});
         auto *w = world.open<frmClientGrid>("mnuDataClientTable");
-        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Pekin'"));
+        // A statement that finds nobody says so after its notice, and leaves one blank row that Edit does not open.
         NoticeWatch notices;
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Nowhere'"));
         w->ExecuteSQL();
         const QString notice = QStringLiteral("Please Wait...|Please wait while the recordset is refreshed...");
         QCOMPARE(notices.shown, QStringList {notice});
-        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
-        QCOMPARE(basTendmark::GridText(grid(w), 0, 2), "Baker");
-        QVERIFY(world.prompts.messages().isEmpty());
-
-        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Nowhere'"));
-        w->ExecuteSQL();
-        QCOMPARE(world.prompts.last(),
-                 (Prompt::Message {"No Client Records Found", "No client records were found that matched the specified criteria.",
-                                   Prompt::Icon::Exclamation}));
-        QCOMPARE(grid(w)->model()->rowCount(), 1);   // one blank row
+        QCOMPARE(world.prompts.messages(),
+                 (QList<Prompt::Message> {{"No Client Records Found", "No client records were found that matched the specified criteria.",
+                                           Prompt::Icon::Exclamation}}));
+        QCOMPARE(grid(w)->model()->rowCount(), 1);
         button(w, "cmdClientEdit")->click();
         QVERIFY(!world.main.findChildWindow<frmClientDetails>());
 
@@ -327,7 +321,7 @@ private slots:
         notices.shown.clear();
         button(w, "cmdRefresh")->click();
         QCOMPARE(notices.shown, QStringList {notice});
-        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 3);
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 2);
         QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
     }
 

@@ -171,24 +171,24 @@ private slots:
         QTest::addColumn<QList<Row>>("rows");
         QTest::addColumn<QString>("typed");   // a statement typed on the SQL tab over the criteria
         QTest::addColumn<QStringList>("names");
-        QTest::newRow("food service in March and a utility payment")
-            << QList<Row> {{"Food Service Date", "is between", "03/01/2026", "03/31/2026"}, {"Payment Type", "is equal to", "Utilities"}}
-            << QString() << QStringList {"O'Brien", "張"};
-        QTest::newRow("same joined table twice, Or") << QList<Row> {{"Food Service Date", "is less than", "03/10/2026"},
-                                                                    {"Food Service Date", "is greater than", "04/01/2026", {}, "Or"}}
-                                                     << QString() << QStringList {"Nguyễn", "O'Brien"};
-        QTest::newRow("statement in a value") << QList<Row> {{"Last Name", "is equal to", "x'); DROP TABLE Client; --"}} << QString()
-                                              << QStringList {"x'); DROP TABLE Client; --"};
-        QTest::newRow("non-Latin begins with") << QList<Row> {{"Last Name", "begins with", "Nguyễ"}} << QString() << QStringList {"Nguyễn"};
-        QTest::newRow("10,000 characters") << QList<Row> {{"Comments", "contains", QString(10000, u'é')}} << QString() << QStringList {};
-        QTest::newRow("no value for is not empty, And") << QList<Row> {{"City", "is not empty"}, {"City", "begins with", "Peo", {}, "And"}}
-                                                        << QString() << QStringList {"Adams", "x'); DROP TABLE Client; --"};
+        const auto row = [](const char *name, const QList<Row> &rows, const char *typed, const QStringList &names) {
+            QTest::newRow(name) << rows << QString::fromUtf8(typed) << names;
+        };
+        row("food service in March and a utility payment",
+            {{"Food Service Date", "is between", "03/01/2026", "03/31/2026"}, {"Payment Type", "is equal to", "Utilities"}}, "",
+            {"O'Brien", "張"});
+        row("same joined table twice, Or",
+            {{"Food Service Date", "is less than", "03/10/2026"}, {"Food Service Date", "is greater than", "04/01/2026", {}, "Or"}}, "",
+            {"Nguyễn", "O'Brien"});
+        row("statement in a value", {{"Last Name", "is equal to", "x'); DROP TABLE Client; --"}}, "", {"x'); DROP TABLE Client; --"});
+        row("non-Latin begins with", {{"Last Name", "begins with", "Nguyễ"}}, "", {"Nguyễn"});
+        row("10,000 characters", {{"Comments", "contains", QString(10000, u'é')}}, "", {});
+        row("no value for is not empty, And", {{"City", "is not empty"}, {"City", "begins with", "Peo", {}, "And"}}, "",
+            {"Adams", "x'); DROP TABLE Client; --"});
         // A typed statement needs only the key; the list keeps its own order.
-        QTest::newRow("typed statement") << QList<Row> {{"City", "is equal to", "Normal"}}
-                                         << "SELECT ClientID FROM Client WHERE City = 'Pekin' -- typed\nORDER BY FirstName; \n"
-                                         << QStringList {"Nguyễn", "O'Brien"};
+        row("typed statement", {{"City", "is equal to", "Normal"}},
+            "SELECT ClientID FROM Client WHERE City = 'Pekin' -- typed\nORDER BY FirstName; \n", {"Nguyễn", "O'Brien"});
     }
-
     void criteriaSelectTheExpectedClients()
     {
         QFETCH(QList<Row>, rows);
@@ -349,19 +349,16 @@ private slots:
         d.set(0, Value, "01/02/1990");
         QCOMPARE(d.editor()->objectName(), QString("dtpEditBox"));
         QCOMPARE(qobject_cast<QDateEdit *>(d.editor())->displayFormat(), QString("MM/dd/yyyy"));
-        const struct
-        {
-            const char *field, *condition, *editor;
-        } kinds[] = {{"Gender", "is equal to", "cboEditBox"},
-                     {"City", "contains", "txtEditBox"},
-                     {"City", "is empty", nullptr},
-                     {"FEMA Contacted?", "is False", nullptr}};
-        for (const auto &k : kinds) {
-            d.set(1, Field, k.field);
-            d.set(1, Cond, k.condition);
-            QCOMPARE(d.set(1, Value, "F"), k.editor != nullptr);
-            if (k.editor)
-                QCOMPARE(d.editor()->objectName(), QString(k.editor));
+        const char *const kinds[][3] = {{"Gender", "is equal to", "cboEditBox"},
+                                        {"City", "contains", "txtEditBox"},
+                                        {"City", "is empty", nullptr},
+                                        {"FEMA Contacted?", "is False", nullptr}};
+        for (const auto &[field, condition, editor] : kinds) {
+            d.set(1, Field, field);
+            d.set(1, Cond, condition);
+            QCOMPARE(d.set(1, Value, "F"), editor != nullptr);
+            if (editor)
+                QCOMPARE(d.editor()->objectName(), QString(editor));
         }
 
         // Tab and Enter move through the cells that take a value; Escape closes an editor; Delete clears a row.

@@ -209,11 +209,11 @@ private slots:
         }
 
         // The menu entry of each command follows the same state as its button.
-        const std::pair<const char *, const char *> commands[] = {{"Save", "mnuFileSave"},
-                                                                  {"Delete", "mnuFileDelete"},
-                                                                  {"Filter", "mnuDataFilter"},
-                                                                  {"Sort Ascending", "mnuDataSortSortAscending"},
-                                                                  {"Sort Descending", "mnuDataSortSortDescending"}};
+        const char *const commands[][2] = {{"Save", "mnuFileSave"},
+                                           {"Delete", "mnuFileDelete"},
+                                           {"Filter", "mnuDataFilter"},
+                                           {"Sort Ascending", "mnuDataSortSortAscending"},
+                                           {"Sort Descending", "mnuDataSortSortDescending"}};
         QString states, menuStates;
         for (const auto &[key, entry] : commands) {
             states += main.toolbarButton(QString::fromLatin1(key))->isEnabled() ? '1' : '0';

@@ -90,9 +90,6 @@ private Q_SLOTS:
         if (!opens)
             return;
 
-        basDatabase::Execute("UPDATE Organization SET OrganizationName = ?", {"St. Mary's Pantry"});
-        s.w.DisplayOrganizationName();
-        QCOMPARE(s.w.windowTitle(), "TendMark - St. Mary's Pantry");
         menu(s.w, "mnuFileClose")->trigger();
         QVERIFY(!basDatabase::IsOpen() && s.w.toolbarButton("Open")->isEnabled());
         QCOMPARE(s.w.windowTitle(), "TendMark");

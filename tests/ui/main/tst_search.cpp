@@ -254,19 +254,6 @@ private slots:
         QCOMPARE(plan.value(3).toString(), QStringLiteral("SCAN Client USING COVERING INDEX ") + index);
     }
 
-    // The list reads names as people do: case and accents aside.
-    void listSortsNamesAsPeopleReadThem()
-    {
-        m_main->findChild<QAction *>(QStringLiteral("mnuDataClientTable"))->trigger();
-        auto *grid = m_main->activeChild()->findChild<QTableView *>(QStringLiteral("grdData"));
-        QStringList names;
-        for (int row = 0; row < grid->model()->rowCount(); ++row)
-            names << grid->model()->index(row, 2).data().toString();
-        QCOMPARE(names, QString::fromUtf8("ångström Ávila baker Nguyễn O'Brien Smith Smithers").split(QLatin1Char(' ')));
-        m_main->mdiArea()->closeAllSubWindows();
-        QTRY_VERIFY(m_main->mdiArea()->subWindowList().isEmpty());
-    }
-
     // Each real window offers its kind's fields and shows what is found, or chosen in the picker, itself.
     void windowShowsTheRecordFound_data()
     {
@@ -295,6 +282,12 @@ private slots:
         const bool volunteers = window->kind() == MdiChild::Kind::Volunteer;
         QCOMPARE(offeredFields(), volunteers ? SearchQueries::volunteerFields() : SearchQueries::clientFields());
         const bool list = menu == QLatin1String("mnuDataClientTable");
+        if (list) {   // the list reads names as people do: case and accents aside
+            QStringList names;
+            for (int row = 0; row < window->recordCount(); ++row)
+                names << window->findChild<QTableView *>(QStringLiteral("grdData"))->model()->index(row, 2).data().toString();
+            QCOMPARE(names, QString::fromUtf8("ångström Ávila baker Nguyễn O'Brien Smith Smithers").split(QLatin1Char(' ')));
+        }
         for (const QStringList &s : {one, several}) {
             if (s == several)
                 prompts.answerPick(QString::number(m_id.value(s.at(2))));

@@ -50,58 +50,48 @@ private:
 
 private slots:
     // Each dialog offers its records (the current ones only while a list of its kind is open), its fields and its file.
-    void dialogsOfferTheirRecordsFieldsAndFile_data()
-    {
-        QTest::addColumn<QString>("menuName");
-        QTest::addColumn<QString>("window");
-        QTest::addColumn<QStringList>("records");   // all, current recordset, current record
-        QTest::addColumn<QStringList>("fields");   // count, first and last
-        QTest::addColumn<QString>("browseTitle");
-        QTest::newRow("clients") << "mnuDataExportClients"
-                                 << "mnuDataClientTable" << QStringList {"optAllClients", "optCurrentRecordset", "optCurrentClient"}
-                                 << QStringList {"36", "Client ID", "Relatives Searching For"} << "Export Client Data To ...";
-        QTest::newRow("volunteers") << "mnuDataExportVolunteers"
-                                    << "mnuDataVolunteers" << QStringList {"optAllVolunteers", "optCurrentRecordset", "optCurrentVolunteer"}
-                                    << QStringList {"18", "Volunteer ID", "Comments"} << "Export Volunteer Data To ...";
-    }
-
     void dialogsOfferTheirRecordsFieldsAndFile()
     {
-        QFETCH(QString, menuName);
-        QFETCH(QString, window);
-        QFETCH(QStringList, records);
-        QFETCH(QStringList, fields);
-        QFETCH(QString, browseTitle);
         ClientWorld desk;
-        frmExport *dialog = openExport(desk, qPrintable(menuName));
-        QVERIFY(control(dialog, records.at(0))->isChecked());
-        QVERIFY(!control(dialog, records.at(1))->isEnabled() && !control(dialog, records.at(2))->isEnabled());
-        const QList<QCheckBox *> boxes = fieldBoxes(dialog);
-        QCOMPARE(QStringList({QString::number(boxes.size()), boxes.first()->text(), boxes.last()->text()}), fields);
-        button(dialog, "cmdCheckAll")->click();
-        QVERIFY(std::all_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
-        button(dialog, "cmdClearAll")->click();
-        QVERIFY(std::none_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
+        // menu, list window, records (all, current recordset, current record), fields (count, first, last), browse title
+        const char *const kinds[][9] = {{"mnuDataExportClients", "mnuDataClientTable", "optAllClients", "optCurrentRecordset",
+                                         "optCurrentClient", "36", "Client ID", "Relatives Searching For", "Export Client Data To ..."},
+                                        {"mnuDataExportVolunteers", "mnuDataVolunteers", "optAllVolunteers", "optCurrentRecordset",
+                                         "optCurrentVolunteer", "18", "Volunteer ID", "Comments", "Export Volunteer Data To ..."}};
+        for (const auto &kind : kinds) {
+            const char *menuName = kind[0], *window = kind[1];
+            const QStringList records {kind[2], kind[3], kind[4]}, fields {kind[5], kind[6], kind[7]};
+            const QString browseTitle = QLatin1String(kind[8]);
+            frmExport *dialog = openExport(desk, menuName);
+            QVERIFY(control(dialog, records.at(0))->isChecked());
+            QVERIFY(!control(dialog, records.at(1))->isEnabled() && !control(dialog, records.at(2))->isEnabled());
+            const QList<QCheckBox *> boxes = fieldBoxes(dialog);
+            QCOMPARE(QStringList({QString::number(boxes.size()), boxes.first()->text(), boxes.last()->text()}), fields);
+            button(dialog, "cmdCheckAll")->click();
+            QVERIFY(std::all_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
+            button(dialog, "cmdClearAll")->click();
+            QVERIFY(std::none_of(boxes.begin(), boxes.end(), [](QCheckBox *b) { return b->isChecked(); }));
 
-        // The save dialog; a workbook's name chooses the workbook, where no formula can run.
-        QVERIFY(control<QCheckBox>(dialog, "chkFormulaGuard")->isChecked());
-        desk.prompts.answerFile(QStringLiteral("/tmp/people.xlsx"));
-        button(dialog, "cmdBrowse")->click();
-        const Prompt::FileRequest request = desk.prompts.fileRequests().last();
-        QVERIFY(request.save);
-        QCOMPARE(request.title + '|' + request.defaultName, browseTitle + "|export.csv");
-        QVERIFY(request.filter.startsWith(QStringLiteral("CSV (comma delimited) (*.csv);;Text (tab delimited) (*.txt);;")));
-        QVERIFY(control(dialog, "optWorkbook")->isChecked());
-        QVERIFY(!control<QCheckBox>(dialog, "chkFormulaGuard")->isEnabled());
-        control(dialog, "optTabDelimited")->setChecked(true);
-        QCOMPARE(control<QLineEdit>(dialog, "txtFileName")->text(), "/tmp/people.txt");
-        closeDialog(dialog);
+            // The save dialog; a workbook's name chooses the workbook, where no formula can run.
+            QVERIFY(control<QCheckBox>(dialog, "chkFormulaGuard")->isChecked());
+            desk.prompts.answerFile(QStringLiteral("/tmp/people.xlsx"));
+            button(dialog, "cmdBrowse")->click();
+            const Prompt::FileRequest request = desk.prompts.fileRequests().last();
+            QVERIFY(request.save);
+            QCOMPARE(request.title + '|' + request.defaultName, browseTitle + "|export.csv");
+            QVERIFY(request.filter.startsWith(QStringLiteral("CSV (comma delimited) (*.csv);;Text (tab delimited) (*.txt);;")));
+            QVERIFY(control(dialog, "optWorkbook")->isChecked());
+            QVERIFY(!control<QCheckBox>(dialog, "chkFormulaGuard")->isEnabled());
+            control(dialog, "optTabDelimited")->setChecked(true);
+            QCOMPARE(control<QLineEdit>(dialog, "txtFileName")->text(), "/tmp/people.txt");
+            closeDialog(dialog);
 
-        // With a list of its kind open, the current records are offered too.
-        menu(desk.main, qPrintable(window))->trigger();
-        dialog = openExport(desk, qPrintable(menuName));
-        QVERIFY(control(dialog, records.at(1))->isEnabled() && control(dialog, records.at(2))->isEnabled());
-        closeDialog(dialog);
+            // With a list of its kind open, the current records are offered too.
+            menu(desk.main, window)->trigger();
+            dialog = openExport(desk, menuName);
+            QVERIFY(control(dialog, records.at(1))->isEnabled() && control(dialog, records.at(2))->isEnabled());
+            closeDialog(dialog);
+        }
     }
 
     // What the dialog refuses, it says, the dialog staying open, and no file is written.

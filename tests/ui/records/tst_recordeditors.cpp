@@ -220,24 +220,10 @@ private slots:
 
     // Closing a changed record asks, in a record editor as in the client details (each its own code); Cancel, or
     // Yes with a required field emptied, keeps the window; No drops the change; Yes saves it.
-    void closingAChangedRecordAsks_data()
-    {
-        QTest::addColumn<QString>("menu");   // empty: the food service editor
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("required");
-        QTest::newRow("record editor") << QString() << QString("NumberOfBags") << QString("Number of bags is required.");
-        QTest::newRow("client details") << QString("mnuDataClientDetails") << QString("FirstName") << QString("First Name is required.");
-    }
-
     void closingAChangedRecordAsks()
     {
-        QFETCH(QString, menu);
-        QFETCH(QString, field);
-        QFETCH(QString, required);
         EditorDesk desk;
         const qint64 id = TestDatabase::insert("FoodService", {{"ClientID", desk.clientId}, {"NumberOfBags", 2}, {"FoodServiceTypeID", 1}});
-        const QString stored = QStringLiteral("SELECT %1 FROM FoodService JOIN Client USING (ClientID)").arg(field);
-        const QString before = TestDatabase::scalar(stored).toString();
         const Prompt::Message question {"Save Record?", "Current record has changed. Do you want to save it?", Prompt::Icon::Question,
                                         Prompt::Yes | Prompt::No | Prompt::Cancel};
         const struct
@@ -249,22 +235,29 @@ private slots:
                         {"", Prompt::Yes, true, false},
                         {"9", Prompt::No, false, false},
                         {"4", Prompt::Yes, false, true}};
-        QPointer<MdiChild> w;
-        for (const auto &c : closings) {
-            if (!w && menu.isEmpty())
-                w = openEditor(desk, "FoodService", QString::number(id));
-            else if (!w) {
-                desk.main.findChild<QAction *>(menu)->trigger();
-                w = desk.main.activeChild();
+        // menu (none: the food service editor), field, the refusal of it emptied
+        const char *const windows[][3]
+            = {{nullptr, "NumberOfBags", "Number of bags is required."}, {"mnuDataClientDetails", "FirstName", "First Name is required."}};
+        for (const auto &[menu, field, required] : windows) {
+            const QString stored = QStringLiteral("SELECT %1 FROM FoodService JOIN Client USING (ClientID)").arg(QLatin1String(field));
+            const QString before = TestDatabase::scalar(stored).toString();
+            QPointer<MdiChild> w;
+            for (const auto &c : closings) {
+                if (!w && !menu)
+                    w = openEditor(desk, "FoodService", QString::number(id));
+                else if (!w) {
+                    desk.main.findChild<QAction *>(menu)->trigger();
+                    w = desk.main.activeChild();
+                }
+                typeInto(w, field, c.typed);
+                desk.prompts.clear();
+                desk.prompts.answer(c.answer);
+                ClientWorld::closeWindow(w);
+                QCOMPARE(desk.prompts.messages().value(0), question);
+                QCOMPARE(desk.prompts.last().text, c.told ? required : question.text);
+                QCOMPARE(w.isNull(), c.answer != Prompt::Cancel && !c.told);
+                QCOMPARE(TestDatabase::scalar(stored).toString(), c.saved ? QString(c.typed) : before);
             }
-            typeInto(w, field, c.typed);
-            desk.prompts.clear();
-            desk.prompts.answer(c.answer);
-            ClientWorld::closeWindow(w);
-            QCOMPARE(desk.prompts.messages().value(0), question);
-            QCOMPARE(desk.prompts.last().text, c.told ? required : question.text);
-            QCOMPARE(w.isNull(), c.answer != Prompt::Cancel && !c.told);
-            QCOMPARE(TestDatabase::scalar(stored).toString(), c.saved ? QString(c.typed) : before);
         }
     }
 
