@@ -43,13 +43,6 @@ void click(QWidget *w, const char *button)
     QTest::mouseClick(child<QPushButton>(w, button), Qt::LeftButton);
 }
 
-void type(QWidget *w, const char *box, const QString &text)
-{
-    QLineEdit *edit = child<QLineEdit>(w, box);
-    edit->clear();
-    QTest::keyClicks(edit, text);
-}
-
 qint64 templateId(const char *name)
 {
     return Labels::findTemplate(Labels::loadTemplates(), QString::fromLatin1(name))->id;
@@ -107,8 +100,10 @@ private Q_SLOTS:
         if (!setup.isEmpty())
             basDatabase::Execute(setup);
         frmLabelPrint dialog({});
-        type(&dialog, "txtNumberOfCopies", copies);
-        type(&dialog, "txtStartPosition", start);
+        for (const auto &[box, text] : {std::pair {"txtNumberOfCopies", copies}, {"txtStartPosition", start}}) {
+            child<QLineEdit>(&dialog, box)->clear();
+            QTest::keyClicks(child<QLineEdit>(&dialog, box), text);
+        }
         child<QComboBox>(&dialog, "cboPrinter")->setCurrentText("PDF file");
         click(&dialog, "cmdOK");
         QCOMPARE(prompts->titles(), QStringList {"Print Labels"});

@@ -61,33 +61,6 @@ void whenDialogShows(const std::function<void(QDialog *)> &answer)
     });
 }
 
-// What one run of a report did: what it built, whether it showed a preview.
-struct Run
-{
-    bool built = false;
-    Report::Parameters parameters;
-    bool shown = false;
-};
-
-// Runs a report whose dialog is answered by `answer` as soon as it is up; the
-// builder records what it was asked and answers with `result`.
-Run runReport(Name name, const ActiveScope &active, std::function<void(QDialog *)> answer, Report::Result result = {})
-{
-    Run run;
-    if (result.error.isEmpty() && !result.cancelled) {
-        result.ok = true;
-        result.document.caption = QStringLiteral("Built caption");
-    }
-    ReportRunner runner([&](const Report::Parameters &p, const Report::Progress &) {
-        run.built = true;
-        run.parameters = p;
-        return result;
-    });
-    whenDialogShows(answer);
-    run.shown = runner.run(name, active, nullptr);
-    return run;
-}
-
 // What the Reports menu showed: the dialog, and whether its "current" options were offered.
 struct Seen
 {
@@ -124,7 +97,9 @@ class TestReportRunner : public QObject
     Q_OBJECT
 
 private slots:
-    void dialogsNameTheirItems()
+    // The dialogs name the kind of record they report on; the date dialogs start on this month so far and
+    // take and give their dates as properties.
+    void dialogsNameTheirItemsAndDates()
     {
         for (const QString &kind : {QStringLiteral("By"), QStringLiteral("ByGrouped")})
             for (const QString &word : {QStringLiteral("Client"), QStringLiteral("Volunteer")}) {
@@ -134,6 +109,22 @@ private slots:
                                        child(dialog.get(), "optAll")->text(), child(dialog.get(), "optCurrent")->text()}),
                          QStringList({"Select %1s To Report", "%1s To Report", "All %1s", "Current %1"}).replaceInStrings("%1", word));
             }
+        const QDate today = QDate::currentDate();
+        const QDate first(today.year(), today.month(), 1);
+        for (const QString &kind : {QStringLiteral("ByDate"), QStringLiteral("ByClientAndDate")}) {
+            const std::unique_ptr<QDialog> dialog = makeDialog(kind, {});
+            auto *start = dialog->findChild<QDateEdit *>("dtpStartDate");
+            auto *end = dialog->findChild<QDateEdit *>("dtpEndDate");
+            QCOMPARE((QList<QDate> {start->date(), end->date()}), (QList<QDate> {first, today}));
+            QCOMPARE(start->displayFormat(), "MM/dd/yyyy");
+            dialog->setProperty("StartDate", QDate(2024, 2, 29));
+            dialog->setProperty("EndDate", QDate(2025, 1, 31));
+            QCOMPARE((QList<QDate> {start->date(), end->date()}), (QList<QDate> {QDate(2024, 2, 29), QDate(2025, 1, 31)}));
+            end->setDate(QDate(2025, 12, 31));
+            click(dialog.get(), "cmdOK");
+            QCOMPARE((QList<QDate> {dialog->property("StartDate").toDate(), dialog->property("EndDate").toDate()}),
+                     (QList<QDate> {QDate(2024, 2, 29), QDate(2025, 12, 31)}));
+        }
     }
 
     void dialogsSelectAndReturnChoices()
@@ -192,36 +183,15 @@ private slots:
         QCOMPARE(unprompted.property("ReportType").toInt(), 0);
     }
 
-    void dateDialogsDefaultToThisMonth()
-    {
-        const QDate today = QDate::currentDate();
-        const QDate first(today.year(), today.month(), 1);
-        for (const QString &kind : {QStringLiteral("ByDate"), QStringLiteral("ByClientAndDate")}) {
-            const std::unique_ptr<QDialog> dialog = makeDialog(kind, {});
-            auto *start = dialog->findChild<QDateEdit *>("dtpStartDate");
-            auto *end = dialog->findChild<QDateEdit *>("dtpEndDate");
-            QCOMPARE((QList<QDate> {start->date(), end->date()}), (QList<QDate> {first, today}));
-            QCOMPARE(start->displayFormat(), "MM/dd/yyyy");
-            dialog->setProperty("StartDate", QDate(2024, 2, 29));
-            dialog->setProperty("EndDate", QDate(2025, 1, 31));
-            QCOMPARE((QList<QDate> {start->date(), end->date()}), (QList<QDate> {QDate(2024, 2, 29), QDate(2025, 1, 31)}));
-            end->setDate(QDate(2025, 12, 31));
-            click(dialog.get(), "cmdOK");
-            QCOMPARE((QList<QDate> {dialog->property("StartDate").toDate(), dialog->property("EndDate").toDate()}),
-                     (QList<QDate> {QDate(2024, 2, 29), QDate(2025, 12, 31)}));
-        }
-    }
-
     void runnerStopsOrBuildsAsChosen()
     {
         const ActiveScope clientList {Kind::Client, QStringLiteral("SELECT * FROM Client WHERE City='Springfield'"), QStringLiteral("12")};
         const QDate today = QDate::currentDate();
         const QDate first(today.year(), today.month(), 1);
-        const auto choose = [](std::initializer_list<const char *> buttons) {
-            const QList<const char *> names(buttons);
-            return [names](QDialog *d) {
-                for (const char *b : names)
-                    click(d, b);
+        const auto choose = [](const char *buttons) {   // blank-separated
+            return [names = QString::fromLatin1(buttons).split(QLatin1Char(' '))](QDialog *d) {
+                for (const QString &b : names)
+                    click(d, qPrintable(b));
             };
         };
         Report::Result failed;
@@ -230,34 +200,41 @@ private slots:
         badSql.errorTitle = QStringLiteral("SQL Error");
         Report::Result cancelled;
         cancelled.cancelled = true;
-        // Runs one report; message: what the user is told (empty title: nothing); built: whether the builder was
-        // reached, with the parameters it was given.
+        // Runs one report, its dialog answered by `answer` as soon as it is up and its builder answering with `result`;
+        // message: what the user is told (empty title: nothing); built: whether the builder was reached, with the
+        // parameters it was given.
         const auto expect = [](const char *name, Name report, const ActiveScope &active, const std::function<void(QDialog *)> &answer,
-                               const Report::Result &result, const Prompt::Message &message, bool built,
+                               Report::Result result, const Prompt::Message &message, bool built,
                                const std::function<bool(const Report::Parameters &)> &parameters = {}) {
             ScriptedPrompts prompts;
-            const Run run = runReport(report, active, answer, result);
-            QVERIFY2(run.built == built, name);
-            QCOMPARE(prompts.messages(), message.title.isEmpty() ? QList<Prompt::Message> {} : QList<Prompt::Message> {message});
-            if (parameters)
-                QVERIFY2(parameters(run.parameters), name);
             // A preview comes only of a report that was built.
             const bool preview = built && result.error.isEmpty() && !result.cancelled;
-            QCOMPARE(run.shown, preview);
+            result.ok = preview;
+            result.document.caption = QStringLiteral("Built caption");
+            std::optional<Report::Parameters> asked;
+            ReportRunner runner([&](const Report::Parameters &p, const Report::Progress &) {
+                asked = p;
+                return result;
+            });
+            whenDialogShows(answer);
+            const bool shown = runner.run(report, active, nullptr);
+            QVERIFY2(asked.has_value() == built, name);
+            QCOMPARE(prompts.messages(), message.title.isEmpty() ? QList<Prompt::Message> {} : QList<Prompt::Message> {message});
+            if (parameters)
+                QVERIFY2(parameters(*asked), name);
+            QCOMPARE(shown, preview);
             QCOMPARE(prompts.previews().size(), preview ? 1 : 0);
-            if (preview) {
-                QCOMPARE(prompts.previews().first().caption, "Built caption");
-                QCOMPARE(prompts.previews().first().pdfName, "Built caption.pdf");
-            }
+            if (preview)
+                QCOMPARE(prompts.previews().first().caption + '|' + prompts.previews().first().pdfName, "Built caption|Built caption.pdf");
         };
-        expect("current recordset grouped by city", Name::ClientList, clientList,
-               choose({"optCurrentRecordset", "optGroupByCity", "cmdOK"}), {}, {}, true, [&](const Report::Parameters &p) {
+        expect("current recordset grouped by city", Name::ClientList, clientList, choose("optCurrentRecordset optGroupByCity cmdOK"), {},
+               {}, true, [&](const Report::Parameters &p) {
                    return p.name == Name::ClientList && p.reportType == 1 && p.groupBy == 1 && p.scope.sql == clientList.sql
                        && p.scope.key == QLatin1String("12");
                });
-        expect("all clients ignore no form", Name::ClientDetail, {}, choose({"cmdOK"}), {}, {}, true,
+        expect("all clients ignore no form", Name::ClientDetail, {}, choose("cmdOK"), {}, {}, true,
                [](const Report::Parameters &p) { return p.reportType == 0 && p.scope.kind == Kind::None; });
-        expect("statistics over this month", Name::Demographics, clientList, choose({"cmdOK"}), {}, {}, true,
+        expect("statistics over this month", Name::Demographics, clientList, choose("cmdOK"), {}, {}, true,
                [&](const Report::Parameters &p) {
                    return p.startDate == first && p.endDate == first.addMonths(1).addDays(-1) && p.scope.sql.isEmpty();
                });
@@ -269,11 +246,11 @@ private slots:
                 click(d, "cmdOK");
             },
             {}, {"TendMark - Grocery Log", "The start date is after the end date.", Prompt::Icon::Exclamation}, false);
-        expect("build fails", Name::VolunteerDetail, {}, choose({"cmdOK"}), failed,
+        expect("build fails", Name::VolunteerDetail, {}, choose("cmdOK"), failed,
                {"TendMark - Volunteer Detail Report", "The statement could not be run.", Prompt::Icon::Exclamation}, true);
-        expect("hand-typed statement refused", Name::ClientList, clientList, choose({"optCurrentRecordset", "cmdOK"}), badSql,
+        expect("hand-typed statement refused", Name::ClientList, clientList, choose("optCurrentRecordset cmdOK"), badSql,
                {"SQL Error", "The statement could not be run.", Prompt::Icon::Exclamation}, true);
-        expect("build cancelled", Name::GeographicSummary, {}, choose({"cmdOK"}), cancelled, {}, true);
+        expect("build cancelled", Name::GeographicSummary, {}, choose("cmdOK"), cancelled, {}, true);
     }
 
     void entriesAskAndRefuseWithoutARecord()
