@@ -49,14 +49,6 @@ class TestFormKit : public QObject
             texts << GridText(g, row, c);
         return texts;
     }
-    // The enabled navigation buttons as "FPNL", a blank for each disabled one.
-    static QString enabledButtons(const QWidget &window)
-    {
-        QString s;
-        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
-            s += window.findChild<QPushButton *>(QString::fromLatin1(name))->isEnabled() ? QChar::fromLatin1(name[3]) : QLatin1Char(' ');
-        return s;
-    }
     const QString pickerQuery = "SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, Address, City, State, ZipCode, "
                                 "HomePhone FROM Client WHERE LastName LIKE ? ORDER BY LastName";
     // Two clients for the picker, Adams with a value in each column shown; returns their keys.
@@ -69,8 +61,8 @@ class TestFormKit : public QObject
     }
 
 private Q_SLOTS:
-    // A grid takes its columns from the layout text (heading, width in twips, alignment mark) and always keeps one
-    // row: a blank one when the query finds nothing or its last row goes.
+    // A grid takes its columns from the layout text (heading, width in twips, alignment mark), always keeps one
+    // row (a blank one when the query finds nothing or its last row goes) and sorts by value.
     void gridsTakeTheirLayoutAndKeepARow()
     {
         TestDatabase db;
@@ -103,6 +95,24 @@ private Q_SLOTS:
             QCOMPARE(GridRowKey(g.get(), 0), key == b ? a : 0);
         }
         QCOMPARE(GridText(g.get(), 0, 1), QString());
+
+        // Shown dates and amounts sort by their value, not their text.
+        const qint64 x = TestDatabase::insert("Client", {{"LastName", "A"}, {"BirthDate", "1990-01-05"}});
+        const qint64 y = TestDatabase::insert("Client", {{"LastName", "B"}, {"BirthDate", "1985-12-31"}});
+        const qint64 z = TestDatabase::insert("Client", {{"LastName", "C"}, {"BirthDate", "2001-06-15"}});
+        for (const auto &[client, amount] : {std::pair {x, 99000}, {y, 120000}, {z, 9500}})
+            TestDatabase::insert("Income", {{"ClientID", client}, {"Amount", amount}});
+        g.reset(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
+        PopulateDataGrid(g.get(),
+                         {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
+                              + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID",
+                          {},
+                          {}});
+        Model(g.get())->sortByColumn(2, Qt::AscendingOrder);
+        QCOMPARE(column(g.get(), 1), (QStringList {"B", "A", "C"}));
+        Model(g.get())->sortByColumn(3, Qt::DescendingOrder);
+        QCOMPARE(column(g.get(), 3), (QStringList {"$1,200.00", "$990.00", "$95.00"}));
+        QCOMPARE(Model(g.get())->findKey(z), 2);
     }
 
     void largeListsAreReadInPages()
@@ -178,27 +188,6 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(model->findKey(-1), -1);
-    }
-
-    void shownDatesAndAmountsSortByValue()
-    {
-        TestDatabase db;
-        const qint64 a = TestDatabase::insert("Client", {{"LastName", "A"}, {"BirthDate", "1990-01-05"}});
-        const qint64 b = TestDatabase::insert("Client", {{"LastName", "B"}, {"BirthDate", "1985-12-31"}});
-        const qint64 c = TestDatabase::insert("Client", {{"LastName", "C"}, {"BirthDate", "2001-06-15"}});
-        for (const auto &[client, amount] : {std::pair {a, 99000}, {b, 120000}, {c, 9500}})
-            TestDatabase::insert("Income", {{"ClientID", client}, {"Amount", amount}});
-        std::unique_ptr<QTableView> g(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
-        PopulateDataGrid(g.get(),
-                         {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
-                              + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID",
-                          {},
-                          {}});
-        Model(g.get())->sortByColumn(2, Qt::AscendingOrder);
-        QCOMPARE(column(g.get(), 1), (QStringList {"B", "A", "C"}));
-        Model(g.get())->sortByColumn(3, Qt::DescendingOrder);
-        QCOMPARE(column(g.get(), 3), (QStringList {"$1,200.00", "$990.00", "$95.00"}));
-        QCOMPARE(Model(g.get())->findKey(c), 2);
     }
 
     // Controls show a record's stored values formatted and give them back as stored; lists find
@@ -283,7 +272,10 @@ private Q_SLOTS:
         strip.showPosition(1, 3, "7");
         strip.showPosition(position, count, "42");
         QCOMPARE(window.findChild<QLabel *>("lblStatus")->text(), label);
-        QCOMPARE(enabledButtons(window), buttons);
+        QString enabled;   // "FPNL", a blank for each button disabled
+        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
+            enabled += window.findChild<QPushButton *>(QLatin1String(name))->isEnabled() ? QChar::fromLatin1(name[3]) : QLatin1Char(' ');
+        QCOMPARE(enabled, buttons);
         QVERIFY(!window.findChild<QPushButton *>("cmdAdd"));
     }
 

@@ -139,28 +139,22 @@ class tst_Filter : public QObject
             const qint64 box = TestDatabase::lookupId("FoodServiceTypes", "Emergency food box");
             const qint64 rent = TestDatabase::lookupId("PaymentTypes", "Rent");
             const qint64 utilities = TestDatabase::lookupId("PaymentTypes", "Utilities");
-            auto service = [box](qint64 client, const char *date) {
-                TestDatabase::insert("FoodService",
-                                     {{"ClientID", client}, {"FoodServiceDate", date}, {"FoodServiceTypeID", box}, {"NumberOfBags", 2}});
-            };
-            auto payment = [](qint64 client, qint64 type) {
-                TestDatabase::insert("Payments",
-                                     {{"ClientID", client}, {"PaymentDate", "2026-03-10"}, {"PaymentsTypeID", type}, {"AmountPaid", 5000}});
-            };
             const qint64 obrien = addClient("O'Brien", "Mary", "K", {{"City", "Pekin"}, {"ZipCode", "61554"}});
             const qint64 nguyen = addClient("Nguyễn", "Văn", "T", {{"City", "Pekin"}});
             const qint64 adams = addClient("Adams", "Zoe", "A", {{"City", "Peoria"}});
             addClient(hostile, "Eve", "E", {{"City", "Peoria"}});
             const qint64 chen = addClient("張", "偉", "C", {{"City", "Normal"}});
-            service(obrien, "2026-03-04");
-            service(obrien, "2026-03-20");   // two services in March: the client shows once
-            service(nguyen, "2026-04-02");
-            service(adams, "2026-03-15");
-            service(chen, "2026-03-31");
-            payment(obrien, utilities);
-            payment(nguyen, utilities);
-            payment(adams, rent);
-            payment(chen, utilities);
+            // Two services in March for O'Brien: the client shows once.
+            for (const auto &[client, date] : {std::pair {obrien, "2026-03-04"},
+                                               {obrien, "2026-03-20"},
+                                               {nguyen, "2026-04-02"},
+                                               {adams, "2026-03-15"},
+                                               {chen, "2026-03-31"}})
+                TestDatabase::insert("FoodService",
+                                     {{"ClientID", client}, {"FoodServiceDate", date}, {"FoodServiceTypeID", box}, {"NumberOfBags", 2}});
+            for (const auto &[client, type] : {std::pair {obrien, utilities}, {nguyen, utilities}, {adams, rent}, {chen, utilities}})
+                TestDatabase::insert("Payments",
+                                     {{"ClientID", client}, {"PaymentDate", "2026-03-10"}, {"PaymentsTypeID", type}, {"AmountPaid", 5000}});
         }
     };
 

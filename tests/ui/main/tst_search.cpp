@@ -43,14 +43,6 @@ private:
     Kind m_kind;
 };
 
-QString fieldText(QWidget *window, const QString &column)
-{
-    for (auto *edit : window->findChildren<QLineEdit *>())
-        if (basTendmark::DataField(edit) == column)
-            return edit->text();
-    return QStringLiteral("<no %1>").arg(column);
-}
-
 // What the window puts in front of the user for its current record: the list its chosen row's key, the
 // others the name (a volunteer's first name, as both are Nguyen).
 QString shownRecord(MdiChild *window)
@@ -62,7 +54,7 @@ QString shownRecord(MdiChild *window)
     }
     if (auto *block = window->findChild<QTextEdit *>(QStringLiteral("rtbClientInfo")))
         return block->toPlainText().section(QLatin1Char(','), 0, 0);
-    return fieldText(window, window->kind() == MdiChild::Kind::Volunteer ? QStringLiteral("FirstName") : QStringLiteral("LastName"));
+    return qobject_cast<QLineEdit *>(fieldOf(window, window->kind() == MdiChild::Kind::Volunteer ? "FirstName" : "LastName"))->text();
 }
 
 }   // namespace
@@ -120,13 +112,13 @@ private slots:
         for (const char *name : {"Ávila", "baker", "ångström"})
             TestDatabase::insert("Client", {{"LastName", QString::fromUtf8(name)}});
         // Member ids differ from household ids, so handing over the wrong one shows.
-        TestDatabase::insert("Family", {{"ClientID", m_id["smithers"]}, {"LastName", "Smithers"}, {"FirstName", "Zed"}});
-        TestDatabase::insert("Family",
-                             rowValues(QStringLiteral("ClientID=%1;FirstName=Sean;SocialSecurityNumber=111223333;"
-                                                      "DriversLicenseNumber=OH9990000")
-                                           .arg(m_id["obrien"])));
-        TestDatabase::insert("Family", {{"ClientID", m_id["smith"]}, {"LastName", "Jones"}, {"FirstName", "Mary"}});
-        TestDatabase::insert("Family", {{"ClientID", m_id["smith"]}, {"LastName", "Đặng"}, {"FirstName", "Bảo"}});
+        const std::pair<qint64, const char *> members[]
+            = {{m_id["smithers"], "LastName=Smithers;FirstName=Zed"},
+               {m_id["obrien"], "FirstName=Sean;SocialSecurityNumber=111223333;DriversLicenseNumber=OH9990000"},
+               {m_id["smith"], "LastName=Jones;FirstName=Mary"},
+               {m_id["smith"], "LastName=Đặng;FirstName=Bảo"}};
+        for (const auto &[client, values] : members)
+            TestDatabase::insert("Family", rowValues(QString::fromUtf8(values) + ";ClientID=" + QString::number(client)));
         m_id["linh"] = TestDatabase::insert("Volunteer",
                                             rowValues("LastName=Nguyen;FirstName=Linh;EMailAddress=linh@example.org;"
                                                       "EmergencyContactPhone=9375557777;Comments=Saturdays\r\nonly"));
