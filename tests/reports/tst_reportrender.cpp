@@ -170,13 +170,8 @@ private slots:
         pageBreak.kind = Block::PageBreak;
         Block tall = table(0);
         tall.rows << QStringList {QString(QStringLiteral("word ")).repeated(4000), QStringLiteral("x"), QStringLiteral("1")};
-        struct Case
-        {
-            const char *name;
-            QList<Block> blocks;
-            QList<QList<int>> blocksByPage;
-        };
-        const QList<Case> cases = {
+        // what the case shows, its blocks, the blocks each page holds
+        const QList<std::tuple<const char *, QList<Block>, QList<QList<int>>>> cases = {
             {"empty report", {}, {{}}},
             {"break between tables", {table(2), pageBreak, table(2)}, {{0}, {2}}},
             {"break at the start and twice over", {pageBreak, table(1), pageBreak, pageBreak, table(1)}, {{1}, {4}}},
@@ -186,16 +181,16 @@ private slots:
             {"chart with its table", {table(35), heading(QStringLiteral("Gender")), table(5), chart()}, {{0}, {1, 2, 3}}},
             {"chart after a long table", {table(20), heading(QStringLiteral("Cities")), table(60), chart()}, {{0, 1, 2}, {1, 2}, {3}}},
         };
-        for (const Case &c : cases) {
-            const QList<ReportLayout::Page> pages = layoutOf(document(c.blocks));
+        for (const auto &[name, blocks, expected] : cases) {
+            const QList<ReportLayout::Page> pages = layoutOf(document(blocks));
             QList<QList<int>> blocksByPage;
             for (const ReportLayout::Page &page : pages) {
-                QList<int> blocks;
+                QList<int> onPage;
                 for (const ReportLayout::Piece &piece : page.pieces)
-                    blocks << piece.block;
-                blocksByPage << blocks;
+                    onPage << piece.block;
+                blocksByPage << onPage;
             }
-            QVERIFY2(blocksByPage == c.blocksByPage, c.name);
+            QVERIFY2(blocksByPage == expected, name);
         }
     }
 

@@ -131,16 +131,9 @@ private slots:
     {
         // The option matching the property is selected when the dialog comes up; OK
         // reads the options back; Cancel leaves OKPressed false. A property of -1 is left unset.
-        struct Case
-        {
-            const char *kind;
-            int typeIn, groupIn;
-            const char *checkedAtLoad;   // blank-separated
-            const char *clicks;   // blank-separated
-            bool okPressed;
-            int typeOut, groupOut;
-        };
-        const Case cases[] = {
+        // dialog, type and group given, options checked when it comes up, buttons clicked (blank-separated), OK pressed,
+        // type and group read back
+        const std::tuple<const char *, int, int, const char *, const char *, bool, int, int> cases[] = {
             {"By", 2, -1, "optCurrent", "optCurrentRecordset cmdOK", true, 1, -1},
             {"By", 1, -1, "optCurrentRecordset", "optAll cmdOK", true, 0, -1},
             {"By", 0, -1, "optAll", "optCurrent cmdCancel", false, 0, -1},
@@ -151,25 +144,25 @@ private slots:
             {"ByClientAndDate", 0, -1, "optAllClients", "optCurrentClient cmdOK", true, 2, -1},
             {"ByClientAndDate", 5, -1, "optCurrentRecordset", "optAllClients cmdOK", true, 0, -1},   // other types: the recordset
         };
-        for (const Case &c : cases) {
-            const QString tag = QStringLiteral("%1 %2").arg(QLatin1String(c.kind), QLatin1String(c.clicks));
-            const std::unique_ptr<QDialog> dialog = makeDialog(QLatin1String(c.kind), "Client");
-            if (c.typeIn >= 0)
-                dialog->setProperty("ReportType", c.typeIn);
-            if (c.groupIn >= 0)
-                dialog->setProperty("GroupBy", c.groupIn);
+        for (const auto &[kind, typeIn, groupIn, checkedAtLoad, clicks, okPressed, typeOut, groupOut] : cases) {
+            const QString tag = QStringLiteral("%1 %2").arg(QLatin1String(kind), QLatin1String(clicks));
+            const std::unique_ptr<QDialog> dialog = makeDialog(QLatin1String(kind), "Client");
+            if (typeIn >= 0)
+                dialog->setProperty("ReportType", typeIn);
+            if (groupIn >= 0)
+                dialog->setProperty("GroupBy", groupIn);
             dialog->show();
             QVERIFY(!dialog->property("OKPressed").toBool());
-            for (const QString &name : QString::fromLatin1(c.checkedAtLoad).split(QLatin1Char(' ')))
+            for (const QString &name : QString::fromLatin1(checkedAtLoad).split(QLatin1Char(' ')))
                 QVERIFY2(child(dialog.get(), qPrintable(name))->isChecked(), qPrintable(tag));
-            for (const QString &name : QString::fromLatin1(c.clicks).split(QLatin1Char(' ')))
+            for (const QString &name : QString::fromLatin1(clicks).split(QLatin1Char(' ')))
                 click(dialog.get(), qPrintable(name));
             QVERIFY2(!dialog->isVisible(), qPrintable(tag));
-            QVERIFY2(dialog->property("OKPressed").toBool() == c.okPressed, qPrintable(tag));
-            if (c.okPressed)
-                QVERIFY2(dialog->property("ReportType").toInt() == c.typeOut, qPrintable(tag));
-            if (c.groupOut >= 0)
-                QVERIFY2(dialog->property("GroupBy").toInt() == c.groupOut, qPrintable(tag));
+            QVERIFY2(dialog->property("OKPressed").toBool() == okPressed, qPrintable(tag));
+            if (okPressed)
+                QVERIFY2(dialog->property("ReportType").toInt() == typeOut, qPrintable(tag));
+            if (groupOut >= 0)
+                QVERIFY2(dialog->property("GroupBy").toInt() == groupOut, qPrintable(tag));
         }
         // Not prompted for the clients: the frame is off and OK reports all clients.
         frmReportByClientAndDate unprompted;
