@@ -168,21 +168,16 @@ private slots:
         const auto shown = [](qint64 n, qint64 id) { return QStringLiteral("Record: %1 of 3     ID: %2").arg(n).arg(id); };
         QCOMPARE(statusText(w), shown(1, a));
         QWidget *last = fieldOf(w, "LastName");
-        const struct
-        {
-            QWidget *field;
-            Qt::Key key;
-            Qt::KeyboardModifiers modifiers;
-            qint64 client;
-        } keys[] = {{last, Qt::Key_PageDown, {}, b},
-                    {last, Qt::Key_PageDown, Qt::ControlModifier, c},
-                    {fieldOf(w, "Comments"), Qt::Key_PageDown, {}, c},
-                    {last, Qt::Key_PageUp, Qt::ControlModifier | Qt::ShiftModifier, b},
-                    {last, Qt::Key_PageUp, Qt::ControlModifier, a},
-                    {last, Qt::Key_PageUp, {}, a}};
-        for (const auto &k : keys) {
-            QTest::keyClick(k.field, k.key, k.modifiers);
-            QCOMPARE(w->ClientID(), QString::number(k.client));
+        const std::tuple<QWidget *, Qt::Key, Qt::KeyboardModifiers, qint64> keys[]
+            = {{last, Qt::Key_PageDown, {}, b},
+               {last, Qt::Key_PageDown, Qt::ControlModifier, c},
+               {fieldOf(w, "Comments"), Qt::Key_PageDown, {}, c},
+               {last, Qt::Key_PageUp, Qt::ControlModifier | Qt::ShiftModifier, b},
+               {last, Qt::Key_PageUp, Qt::ControlModifier, a},
+               {last, Qt::Key_PageUp, {}, a}};
+        for (const auto &[field, key, modifiers, client] : keys) {
+            QTest::keyClick(field, key, modifiers);
+            QCOMPARE(w->ClientID(), QString::number(client));
         }
         button(w, "cmdLast")->click();
         typeInto(w, "FirstName", "Cyrus");

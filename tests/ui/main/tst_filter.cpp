@@ -211,29 +211,26 @@ private slots:
         TestDatabase::insert("Volunteer", {{"LastName", "Young"}, {"FirstName", "Al"}, {"NumberInParty", 3}});
         TestDatabase::insert("Volunteer", {{"LastName", "Baker"}, {"FirstName", "Bo"}, {"NumberInParty", 2}});
         TestDatabase::insert("Volunteer", {{"LastName", "Cole"}, {"FirstName", "Cy"}, {"NumberInParty", 1}});
-        const struct
-        {
-            const char *menu;
-            QList<Row> rows;
-            QString lastName, status;
-        } cases[] = {{"mnuDataClientDetails", {{"City", "is equal to", "Pekin"}}, "Nguyễn", "Filtered: 2 of 5 clients"},
-                     {"mnuDataClientSummary", {{"City", "is equal to", "Peoria"}}, "Adams", "Filtered: 2 of 5 clients"},
-                     {"mnuDataVolunteers", {{"Number In Party", "is between", "2", "3"}}, "Baker", "Filtered: 2 of 3 volunteers"}};
-        for (const auto &c : cases) {
-            world.main.findChild<QAction *>(c.menu)->trigger();
+        // window, criteria, the last name of the record shown, the filter's status
+        const std::tuple<const char *, QList<Row>, QString, QString> cases[]
+            = {{"mnuDataClientDetails", {{"City", "is equal to", "Pekin"}}, "Nguyễn", "Filtered: 2 of 5 clients"},
+               {"mnuDataClientSummary", {{"City", "is equal to", "Peoria"}}, "Adams", "Filtered: 2 of 5 clients"},
+               {"mnuDataVolunteers", {{"Number In Party", "is between", "2", "3"}}, "Baker", "Filtered: 2 of 3 volunteers"}};
+        for (const auto &[window, rows, lastName, status] : cases) {
+            world.main.findChild<QAction *>(window)->trigger();
             QCoreApplication::processEvents();
             MdiChild *w = world.main.activeChild();
             const FilterDialog dialog = FilterDialog::open(world);
             QCOMPARE(dialog.w->windowTitle(), QString(w->kind() == MdiChild::Kind::Volunteer ? "Volunteer Filter" : "Client Filter"));
-            dialog.fill(c.rows);
+            dialog.fill(rows);
             dialog.ok();
             QVERIFY2(w->windowTitle().endsWith(" (Filter Applied)"), qPrintable(w->windowTitle()));
             QCOMPARE(w->recordCount(), 2);
             QCOMPARE(world.main.activeChild(), w);
-            QCOMPARE(filterStatus(world), c.status);
+            QCOMPARE(filterStatus(world), status);
             const QString table = w->kind() == MdiChild::Kind::Volunteer ? "Volunteer" : "Client";
             QCOMPARE(TestDatabase::scalar(QString("SELECT LastName FROM %1 WHERE %1ID = ?").arg(table), {w->currentKey()}).toString(),
-                     c.lastName);
+                     lastName);
         }
         QVERIFY(!world.prompts.titles().contains("SQL Error"));
 

@@ -243,7 +243,6 @@ private Q_SLOTS:
                                    Prompt::Icon::Information, Prompt::Ok | Prompt::Cancel}));
         const QString report = s.prompts.messages().at(1).text;
         QVERIFY2(report.startsWith(QStringLiteral("Northside.mdb was copied into %1.\r\n").arg(tmdb)), qPrintable(report));
-        QVERIFY(report.contains("\r\n  FoodService: 33 read, 33 written; NumberOfBags 67\r\n"));
         const QString saved = s.file("access/Northside conversion report.txt");
         const QString note = QStringLiteral("\r\n\r\nThe whole report is saved as %1.").arg(saved);
         QVERIFY(report.endsWith("No value needed changing." + note));

@@ -139,11 +139,7 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("who");   // empty: nobody is found; "?" before it: chosen in the picker
         const auto C = MdiChild::Kind::Client, V = MdiChild::Kind::Volunteer;
-        const struct
-        {
-            MdiChild::Kind kind;
-            const char *name, *on, *text, *who;
-        } rows[] = {
+        const std::tuple<MdiChild::Kind, const char *, const char *, const char *, const char *> rows[] = {
             {C, "last name with a quote", "Last Name", "o'brien", "obrien"},
             {C, "first name, part", "First Name", "athle", "obrien"},
             {C, "ssn typed with dashes", "Social Security Number", "123-45", "obrien"},
@@ -182,8 +178,8 @@ private slots:
             {V, "volunteers, several", "Last Name", "NGUYỄN", "?tam"},
             {V, "volunteer affiliation", "Affiliation", "church", ""},
         };
-        for (const auto &r : rows)
-            QTest::newRow(r.name) << r.kind << QString::fromUtf8(r.on) << QString::fromUtf8(r.text) << QString::fromUtf8(r.who);
+        for (const auto &[kind, name, on, text, who] : rows)
+            QTest::newRow(name) << kind << QString::fromUtf8(on) << QString::fromUtf8(text) << QString::fromUtf8(who);
     }
 
     void eachFieldFindsItsRecord()

@@ -88,25 +88,22 @@ private slots:
         menu(desk.main, "mnuDataClientTable")->trigger();
         menu(desk.main, "mnuDataVolunteers")->trigger();
         const char *clients = "mnuDataExportClients", *missing = "Required Field Missing";
-        const struct
-        {
-            const char *menuName, *fileName, *option;
-            bool fields;
-            const char *title, *text;
-        } cases[] = {{clients, "", nullptr, true, missing, "An export file name is required."},
-                     {clients, "out.csv", nullptr, false, missing, "At least one field must be checked."},
-                     {clients, "out.csv", "optCurrentClient", true, "Export Data", "No client has been selected."},
-                     {"mnuDataExportVolunteers", "out.csv", "optCurrentVolunteer", true, "Export Data", "No volunteer has been selected."}};
-        for (const auto &c : cases) {
-            frmExport *dialog = openExport(desk, c.menuName);
-            const QString path = *c.fileName ? QDir(desk.db.folder()).filePath(QLatin1String(c.fileName)) : QString();
+        // menu, file name, option chosen, fields ticked, refusal
+        const std::tuple<const char *, const char *, const char *, bool, const char *, const char *> cases[]
+            = {{clients, "", nullptr, true, missing, "An export file name is required."},
+               {clients, "out.csv", nullptr, false, missing, "At least one field must be checked."},
+               {clients, "out.csv", "optCurrentClient", true, "Export Data", "No client has been selected."},
+               {"mnuDataExportVolunteers", "out.csv", "optCurrentVolunteer", true, "Export Data", "No volunteer has been selected."}};
+        for (const auto &[menuName, fileName, option, fields, title, text] : cases) {
+            frmExport *dialog = openExport(desk, menuName);
+            const QString path = *fileName ? QDir(desk.db.folder()).filePath(QLatin1String(fileName)) : QString();
             control<QLineEdit>(dialog, "txtFileName")->setText(path);
-            if (c.fields)
+            if (fields)
                 button(dialog, "cmdCheckAll")->click();
-            if (c.option)
-                control(dialog, QLatin1String(c.option))->setChecked(true);
+            if (option)
+                control(dialog, QLatin1String(option))->setChecked(true);
             button(dialog, "cmdOK")->click();
-            QCOMPARE(desk.prompts.last(), (Prompt::Message {c.title, c.text, Prompt::Icon::Exclamation}));
+            QCOMPARE(desk.prompts.last(), (Prompt::Message {title, text, Prompt::Icon::Exclamation}));
             QVERIFY(dialog->isVisible());
             QVERIFY(path.isEmpty() || !QFile::exists(path));
             closeDialog(dialog);

@@ -226,15 +226,10 @@ private slots:
         const qint64 id = TestDatabase::insert("FoodService", {{"ClientID", desk.clientId}, {"NumberOfBags", 2}, {"FoodServiceTypeID", 1}});
         const Prompt::Message question {"Save Record?", "Current record has changed. Do you want to save it?", Prompt::Icon::Question,
                                         Prompt::Yes | Prompt::No | Prompt::Cancel};
-        const struct
-        {
-            const char *typed;
-            Prompt::Button answer;
-            bool told, saved;
-        } closings[] = {{"5", Prompt::Cancel, false, false},
-                        {"", Prompt::Yes, true, false},
-                        {"9", Prompt::No, false, false},
-                        {"4", Prompt::Yes, false, true}};
+        const std::tuple<const char *, Prompt::Button, bool, bool> closings[] = {{"5", Prompt::Cancel, false, false},
+                                                                                 {"", Prompt::Yes, true, false},
+                                                                                 {"9", Prompt::No, false, false},
+                                                                                 {"4", Prompt::Yes, false, true}};
         // menu (none: the food service editor), field, the refusal of it emptied
         const char *const windows[][3]
             = {{nullptr, "NumberOfBags", "Number of bags is required."}, {"mnuDataClientDetails", "FirstName", "First Name is required."}};
@@ -242,21 +237,21 @@ private slots:
             const QString stored = QStringLiteral("SELECT %1 FROM FoodService JOIN Client USING (ClientID)").arg(QLatin1String(field));
             const QString before = TestDatabase::scalar(stored).toString();
             QPointer<MdiChild> w;
-            for (const auto &c : closings) {
+            for (const auto &[typed, answer, told, saved] : closings) {
                 if (!w && !menu)
                     w = openEditor(desk, "FoodService", QString::number(id));
                 else if (!w) {
                     desk.main.findChild<QAction *>(menu)->trigger();
                     w = desk.main.activeChild();
                 }
-                typeInto(w, field, c.typed);
+                typeInto(w, field, typed);
                 desk.prompts.clear();
-                desk.prompts.answer(c.answer);
+                desk.prompts.answer(answer);
                 ClientWorld::closeWindow(w);
                 QCOMPARE(desk.prompts.messages().value(0), question);
-                QCOMPARE(desk.prompts.last().text, c.told ? required : question.text);
-                QCOMPARE(w.isNull(), c.answer != Prompt::Cancel && !c.told);
-                QCOMPARE(TestDatabase::scalar(stored).toString(), c.saved ? QString(c.typed) : before);
+                QCOMPARE(desk.prompts.last().text, told ? required : question.text);
+                QCOMPARE(w.isNull(), answer != Prompt::Cancel && !told);
+                QCOMPARE(TestDatabase::scalar(stored).toString(), saved ? QString(typed) : before);
             }
         }
     }
