@@ -1,6 +1,7 @@
 #include "LabelPictures.h"
 #include "LabelTemplates.h"
 #include "PdfText.h"
+#include "RowValues.h"
 #include "ScriptedPrompts.h"
 #include "TestDatabase.h"
 #include "frmLabelPrint.h"
@@ -40,13 +41,6 @@ QRadioButton *option(QWidget *w, const char *name, int index)
 void click(QWidget *w, const char *button)
 {
     QTest::mouseClick(child<QPushButton>(w, button), Qt::LeftButton);
-}
-
-void type(QWidget *w, const char *box, const QString &text)
-{
-    QLineEdit *edit = child<QLineEdit>(w, box);
-    edit->clear();
-    QTest::keyClicks(edit, text);
 }
 
 qint64 templateId(const char *name)
@@ -106,8 +100,10 @@ private Q_SLOTS:
         if (!setup.isEmpty())
             basDatabase::Execute(setup);
         frmLabelPrint dialog({});
-        type(&dialog, "txtNumberOfCopies", copies);
-        type(&dialog, "txtStartPosition", start);
+        for (const auto &[box, text] : {std::pair {"txtNumberOfCopies", copies}, {"txtStartPosition", start}}) {
+            child<QLineEdit>(&dialog, box)->clear();
+            QTest::keyClicks(child<QLineEdit>(&dialog, box), text);
+        }
         child<QComboBox>(&dialog, "cboPrinter")->setCurrentText("PDF file");
         click(&dialog, "cmdOK");
         QCOMPARE(prompts->titles(), QStringList {"Print Labels"});
@@ -148,48 +144,35 @@ private Q_SLOTS:
     }
 
     // The client options follow the open client window; the labels go to the PDF file chosen.
-    void printsTheChosenClientsToPdf_data()
-    {
-        QTest::addColumn<int>("clientsToPrint");
-        QTest::addColumn<bool>("startingWithCurrent");
-        QTest::addColumn<bool>("namesOnly");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("all") << 0 << false << false << "Adams, Al 1 Oak St Dayton, OH 45402 Baker, Bea Cole, Cy";
-        QTest::newRow("from the current client") << 0 << true << true << "Baker, Bea Cole, Cy";
-        QTest::newRow("recordset") << 1 << false << true << "Adams, Al Cole, Cy";
-        QTest::newRow("current client") << 2 << false << true << "Baker, Bea";
-    }
     void printsTheChosenClientsToPdf()
     {
-        QFETCH(int, clientsToPrint);
-        QFETCH(bool, startingWithCurrent);
-        QFETCH(bool, namesOnly);
-        QFETCH(QString, expected);
         TestDatabase::insert("Client", {{"LastName", "Cole"}, {"FirstName", "Cy"}});
-        TestDatabase::insert("Client",
-                             {{"LastName", "Adams"},
-                              {"FirstName", "Al"},
-                              {"Address", "1 Oak St"},
-                              {"City", "Dayton"},
-                              {"State", "OH"},
-                              {"ZipCode", "45402"}});
+        TestDatabase::insert("Client", rowValues("LastName=Adams;FirstName=Al;Address=1 Oak St;City=Dayton;State=OH;ZipCode=45402"));
         const qint64 baker = TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Bea"}});
         {
             frmLabelPrint closed({});
             QVERIFY(!option(&closed, "optClientsToPrint", 1)->isEnabled());
             QVERIFY(!option(&closed, "optPrintWhat", 1)->isEnabled());
         }
-        frmLabelPrint dialog({RecordScope::Kind::Client, "SELECT * FROM Client WHERE LastName <> 'Baker'", QString::number(baker)});
-        option(&dialog, "optClientsToPrint", clientsToPrint)->setChecked(true);
-        option(&dialog, "optPrintWhat", startingWithCurrent ? 1 : 0)->setChecked(true);
-        child<QCheckBox>(&dialog, "chkPrintNamesOnly")->setChecked(namesOnly);
-        child<QComboBox>(&dialog, "cboPrinter")->setCurrentText("PDF file");
-        const QString pdf = db->folder() + "/labels.pdf";
-        prompts->answerFile(pdf);
-        click(&dialog, "cmdOK");
-        QVERIFY2(prompts->messages().isEmpty(), qPrintable(prompts->last().text));
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        QCOMPARE(pdfText(pdf).simplified(), expected);
+        // clients to print (all, the recordset, the current client), starting with the current one, names only, printed
+        const std::tuple<int, bool, bool, const char *> cases[]
+            = {{0, false, false, "Adams, Al 1 Oak St Dayton, OH 45402 Baker, Bea Cole, Cy"},
+               {0, true, true, "Baker, Bea Cole, Cy"},
+               {1, false, true, "Adams, Al Cole, Cy"},
+               {2, false, true, "Baker, Bea"}};
+        for (const auto &[clientsToPrint, startingWithCurrent, namesOnly, expected] : cases) {
+            frmLabelPrint dialog({RecordScope::Kind::Client, "SELECT * FROM Client WHERE LastName <> 'Baker'", QString::number(baker)});
+            option(&dialog, "optClientsToPrint", clientsToPrint)->setChecked(true);
+            option(&dialog, "optPrintWhat", startingWithCurrent ? 1 : 0)->setChecked(true);
+            child<QCheckBox>(&dialog, "chkPrintNamesOnly")->setChecked(namesOnly);
+            child<QComboBox>(&dialog, "cboPrinter")->setCurrentText("PDF file");
+            const QString pdf = db->folder() + QStringLiteral("/labels%1.pdf").arg(clientsToPrint * 2 + startingWithCurrent);
+            prompts->answerFile(pdf);
+            click(&dialog, "cmdOK");
+            QVERIFY2(prompts->messages().isEmpty(), qPrintable(prompts->last().text));
+            QCOMPARE(dialog.result(), int(QDialog::Accepted));
+            QCOMPARE(pdfText(pdf).simplified(), expected);
+        }
     }
 
     // A printer prints through the preview of the real pages, on the template's paper.
@@ -228,36 +211,31 @@ private Q_SLOTS:
         QVERIFY(word.captured(2).toDouble() > 15.15 / 25.4 * 72 && word.captured(2).toDouble() < (15.15 + 38.1) / 25.4 * 72);
     }
 
-    // OK asks for the name, then each measure in order, titled "Label Setup"; nothing is saved.
-    void setupRequiredFieldsInOrder_data()
-    {
-        QTest::addColumn<int>("firstEmpty");   // 0 the name, 1.. the measures; it and all after it are empty
-        QTest::addColumn<QString>("message");
-        const char *messages[] = {"A template name is required.", "Top Margin is required.",       "Side Margin is required.",
-                                  "Vertical Pitch is required.",  "Horizontal Pitch is required.", "Label Height is required.",
-                                  "Label Width is required.",     "Number Across is required.",    "Number Down is required."};
-        for (int i = 0; i < 9; ++i)
-            QTest::newRow(messages[i]) << i << messages[i];
-    }
+    // OK asks for the name, then each measure in order, titled "Label Setup"; nothing is saved until all are there.
     void setupRequiredFieldsInOrder()
     {
-        QFETCH(int, firstEmpty);
-        QFETCH(QString, message);
         const int before = TestDatabase::count("LabelDetails");
         frmLabelSetup setup(0);
-        QCOMPARE(setup.windowTitle(), "Label Setup");
         click(&setup, "cmdNew");
-        const QStringList values {"Mine", "0.5", "0.19", "1", "2.75", "1", "2.63", "3", "10"};
-        if (firstEmpty > 0)
-            child<QComboBox>(&setup, "cboTemplate")->setEditText(values[0]);
-        for (int i = 1; i < firstEmpty; ++i)
-            child<QLineEdit>(&setup, setupBoxes[i - 1])->setText(values[i]);
+        const char *const steps[][2]
+            = {{"A template name is required.", "Mine"}, {"Top Margin is required.", "0.5"},        {"Side Margin is required.", "0.19"},
+               {"Vertical Pitch is required.", "1"},     {"Horizontal Pitch is required.", "2.75"}, {"Label Height is required.", "1"},
+               {"Label Width is required.", "2.63"},     {"Number Across is required.", "3"},       {"Number Down is required.", "10"}};
+        for (int i = 0; i < 9; ++i) {
+            prompts->clear();
+            click(&setup, "cmdOK");
+            QCOMPARE(prompts->messages(), (QList<Prompt::Message> {{"Label Setup", steps[i][0], Prompt::Icon::Exclamation}}));
+            QCOMPARE(TestDatabase::count("LabelDetails"), before);
+            if (i == 0)
+                child<QComboBox>(&setup, "cboTemplate")->setEditText(steps[i][1]);
+            else
+                child<QLineEdit>(&setup, setupBoxes[i - 1])->setText(steps[i][1]);
+        }
         click(&setup, "cmdOK");
-        QCOMPARE(prompts->messages(), (QList<Prompt::Message> {{"Label Setup", message, Prompt::Icon::Exclamation, Prompt::Ok}}));
-        QCOMPARE(TestDatabase::count("LabelDetails"), before);
+        QCOMPARE(TestDatabase::count("LabelDetails"), before + 1);
     }
 
-    // Leaving a box that holds no number says so and keeps the focus there; the arrows step by 0.05.
+    // Leaving a box that holds no number says so and keeps the focus there; the arrows step by 0.05; OK checks the template.
     void setupBoxesCheckAndStep()
     {
         frmLabelSetup setup(templateId("5160"));
@@ -268,8 +246,7 @@ private Q_SLOTS:
         top->setFocus();
         top->setText("half");
         child<QLineEdit>(&setup, "txtSideMargin")->setFocus();
-        QCOMPARE(prompts->messages(),
-                 (QList<Prompt::Message> {{"Label Setup", "Value must be numeric.", Prompt::Icon::Exclamation, Prompt::Ok}}));
+        QCOMPARE(prompts->messages(), (QList<Prompt::Message> {{"Label Setup", "Value must be numeric.", Prompt::Icon::Exclamation}}));
         QTRY_VERIFY(top->hasFocus());
         top->setText("");
         auto *up = child<UpDown>(&setup, "udnTopMargin")->findChild<QToolButton *>("cmdUp");
@@ -285,24 +262,21 @@ private Q_SLOTS:
         QCOMPARE(prompts->messages().size(), 2);
         QVERIFY(setup.isVisible());
         QCOMPARE(Labels::findTemplate(Labels::loadTemplates(), "5160")->topMargin, 0.5);
-    }
 
-    // A template whose labels run off the paper is refused, naming the measure; the focus goes to its box.
-    void setupRefusesATemplateOffThePaper()
-    {
-        frmLabelSetup setup(templateId("5160"));
-        setup.show();
-        QVERIFY(QTest::qWaitForWindowActive(&setup));
+        // A template whose labels run off the paper is refused, naming the measure; the focus goes to its box.
+        QTRY_VERIFY(top->hasFocus());
+        top->setText("0.50");
         child<QLineEdit>(&setup, "txtHorizontalPitch")->setText("3.00");
         click(&setup, "cmdOK");
-        QCOMPARE(prompts->messages().size(), 1);
+        QCOMPARE(prompts->messages().size(), 3);
         QVERIFY2(prompts->last().text.startsWith("The Horizontal Pitch is too large"), qPrintable(prompts->last().text));
         QVERIFY(child<QLineEdit>(&setup, "txtHorizontalPitch")->hasFocus());
         QCOMPARE(Labels::findTemplate(Labels::loadTemplates(), "5160")->horizontalPitch, 2.75);
     }
 
-    // Saving a changed template keeps the measures left alone at full precision, and only one default.
-    void setupSavesAndKeepsOneDefault()
+    // Saving a changed template keeps the measures left alone at full precision, and only one default;
+    // deleting one asks first.
+    void setupSavesDeletesAndKeepsOneDefault()
     {
         frmLabelSetup setup(templateId("5162"));
         QCOMPARE(child<QLineEdit>(&setup, "txtLabelHeight")->text(), "1.33");
@@ -314,26 +288,23 @@ private Q_SLOTS:
         const Labels::Template saved = *Labels::findTemplate(Labels::loadTemplates(), "5162");
         QVERIFY(saved.topMargin == 0.9 && saved.height == 1.333333 && saved.isDefault);
         QCOMPARE(TestDatabase::count("LabelDetails", "\"Default\" = 1"), 1);
-    }
 
-    // Delete asks first; No keeps the template, Yes deletes it and says so.
-    void setupDeleteAsksAndConfirms()
-    {
+        // Delete asks first; No keeps the template, Yes deletes it and says so.
         const QString name = Labels::findTemplate(Labels::loadTemplates(), "5167")->description;
-        frmLabelSetup setup(templateId("5167"));
+        frmLabelSetup other(templateId("5167"));
         const Prompt::Message question {"Delete Label Template?", "Are you sure you want to delete '" + name + "'?", Prompt::Icon::Question,
                                         Prompt::Yes | Prompt::No};
         prompts->answer(Prompt::No);
-        click(&setup, "cmdDelete");
+        click(&other, "cmdDelete");
         QCOMPARE(prompts->messages(), QList<Prompt::Message> {question});
         QCOMPARE(TestDatabase::count("LabelDetails", "Description = ?", {name}), 1);
         prompts->answer(Prompt::Yes);
-        click(&setup, "cmdDelete");
-        QCOMPARE(prompts->messages(),
-                 (QList<Prompt::Message> {
-                     question, question, {"Label Setup", "Template '" + name + "' deleted.", Prompt::Icon::Information, Prompt::Ok}}));
+        click(&other, "cmdDelete");
+        QCOMPARE(
+            prompts->messages(),
+            (QList<Prompt::Message> {question, question, {"Label Setup", "Template '" + name + "' deleted.", Prompt::Icon::Information}}));
         QCOMPARE(TestDatabase::count("LabelDetails", "Description = ?", {name}), 0);
-        QVERIFY(child<QComboBox>(&setup, "cboTemplate")->findText(name) < 0);
+        QVERIFY(child<QComboBox>(&other, "cboTemplate")->findText(name) < 0);
     }
 };
 

@@ -1,9 +1,11 @@
-// The client list and summary, and the record editors the client windows open,
+// The client list and summary, the record editors the client windows open, and what one
+// window does to the records showing at once in the others,
 // worked through the main window as a user would.
 #include "ClientSubGrid.h"
 #include "FormTesting.h"
 #include "DataBinding.h"
 #include "GridModel.h"
+#include "RowValues.h"
 #include "frmClientDetails.h"
 #include "frmClientGrid.h"
 #include "frmClientSummary.h"
@@ -53,6 +55,10 @@ class tst_ClientRecords : public QObject
     }
     static QTableView *grid(QWidget *w) { return w->findChild<QTableView *>("grdData"); }
     static QString block(QWidget *w) { return w->findChild<QTextEdit *>("rtbClientInfo")->toPlainText(); }
+    static QString shown(int position, int count, qint64 id)
+    {
+        return count ? QStringLiteral("Record: %1 of %2     ID: %3").arg(position).arg(count).arg(id) : QStringLiteral("Record: 0 of 0");
+    }
     static RecordEditor *activeEditor(ClientWorld &world, qint64 clientId)
     {
         auto *editor = qobject_cast<RecordEditor *>(world.main.activeChild());
@@ -73,27 +79,18 @@ private slots:
         QTest::addColumn<QString>("shown");
         using D = frmClientDetails;
         const char *details = "mnuDataClientDetails", *summary = "mnuDataClientSummary";
-        const struct
-        {
-            const char *name, *menu;
-            int list;
-            const char *table, *typed;
-            int column;
-            const char *shown;
-        } rows[] = {
-            {"details, family", details, D::FamilyTab, "Family", "RelationshipID=Son;LastName=O'Brien;FirstName=Sean;BirthDate=05012010", 2,
-             "O'Brien, Sean"},
-            {"details, food", details, D::FoodServiceTab, "FoodService", "FoodServiceTypeID=Holiday basket;NumberOfBags=2", 2,
-             "Holiday basket"},
-            {"details, payments", details, D::PaymentTab, "Payments", "PaymentsTypeID=Rent;AmountPaid=25", 3, "$25.00"},
-            {"details, expenses", details, D::IncomeExpensesTab, "Expenses", "ExpenseCategoryID=Food;Amount=120", 2, "$120.00"},
-            {"details, income", details, D::IncomeExpensesTab, "Income", "IncomeSourceID=Pension;Amount=50", 2, "$50.00"},
-            {"summary, family", summary, 0, "Family", "RelationshipID=Spouse;LastName=Adams;FirstName=Bill", 1, "Spouse"},
-            {"summary, food", summary, 1, "FoodService", "FoodServiceTypeID=Senior box;NumberOfBags=3", 2, "Senior box"},
-            {"summary, payments", summary, 2, "Payments", "PaymentsTypeID=Utilities;AmountPaid=40.5", 3, "$40.50"},
-        };
-        for (const auto &r : rows)
-            QTest::newRow(r.name) << r.menu << r.list << r.table << r.typed << r.column << r.shown;
+        const auto row = [](const char *name, const char *menu, int list, const char *table, const char *typed, int column,
+                            const char *shown) { QTest::newRow(name) << menu << list << table << typed << column << shown; };
+        row("details, family", details, D::FamilyTab, "Family", "RelationshipID=Son;LastName=O'Brien;FirstName=Sean;BirthDate=05012010", 2,
+            "O'Brien, Sean");
+        row("details, food", details, D::FoodServiceTab, "FoodService", "FoodServiceTypeID=Holiday basket;NumberOfBags=2", 2,
+            "Holiday basket");
+        row("details, payments", details, D::PaymentTab, "Payments", "PaymentsTypeID=Rent;AmountPaid=25", 3, "$25.00");
+        row("details, expenses", details, D::IncomeExpensesTab, "Expenses", "ExpenseCategoryID=Food;Amount=120", 2, "$120.00");
+        row("details, income", details, D::IncomeExpensesTab, "Income", "IncomeSourceID=Pension;Amount=50", 2, "$50.00");
+        row("summary, family", summary, 0, "Family", "RelationshipID=Spouse;LastName=Adams;FirstName=Bill", 1, "Spouse");
+        row("summary, food", summary, 1, "FoodService", "FoodServiceTypeID=Senior box;NumberOfBags=3", 2, "Senior box");
+        row("summary, payments", summary, 2, "Payments", "PaymentsTypeID=Utilities;AmountPaid=40.5", 3, "$40.50");
     }
 
     void subGridsOpenTheirEditors()
@@ -115,15 +112,19 @@ private slots:
         QVERIFY2(grid, qPrintable(table));
         if (tabs)
             tabs->setCurrentWidget(lists);
-        grid->setFocus();   // on a page of two lists, the one with the focus takes Add
-
+        // On a page of two lists, Add adds to the one last clicked, which stands out and is named on the button.
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
+        if (const QString item = table == "Income" ? "Income" : "Expense"; table == "Income" || table == "Expenses") {
+            QPushButton *add = button(lists, "cmdGridDataAdd");
+            QCOMPARE(add->text() + '|' + add->toolTip(), "&Add " + item + "...|Click to add a new " + item.toLower() + " entry.");
+            QVERIFY(grid->styleSheet().contains("highlight"));
+        }
         button(lists, "cmdGridDataAdd")->click();
         RecordEditor *editor = activeEditor(world, id);
         QVERIFY(editor);
         QVERIFY(editor->recordId().isEmpty());
         QVERIFY2(editor->boundControl(typed.section(QLatin1Char('='), 0, 0)), "the editor of the other list opened");
-        for (const QString &pair : typed.split(QLatin1Char(';')))
-            typeInto(editor, pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
+        typeFields(editor, typed);
         world.toolbar("Save");
         QCOMPARE(TestDatabase::count(table, "ClientID = ?", {id}), 1);
         ClientWorld::closeWindow(editor);   // the client window comes back to the front by itself
@@ -155,16 +156,115 @@ private slots:
             QVERIFY(!tabs->tabText(list).endsWith(QLatin1Char(' ')));
     }
 
+    // A client deleted in any client window leaves every other one at once: the list drops
+    // the row, and details and summary move to the client after it (before it, when it was
+    // the last), so that nothing is shown, or saved, for a client no longer on file.
+    void deletedClientLeavesEveryWindow_data()
+    {
+        QTest::addColumn<QString>("deleter");
+        QTest::addColumn<int>("clients");
+        QTest::addColumn<int>("deleted");   // its place in the name order
+        QTest::addColumn<bool>("editing");   // the details window holds a change to it
+        QTest::newRow("list, middle") << "list" << 3 << 1 << false;
+        QTest::newRow("list, while edited") << "list" << 3 << 1 << true;
+        QTest::newRow("details, middle") << "details" << 3 << 1 << false;
+        QTest::newRow("summary, last") << "summary" << 3 << 2 << false;
+        QTest::newRow("summary, while edited") << "summary" << 3 << 0 << true;
+        QTest::newRow("list, the only one") << "list" << 1 << 0 << false;
+    }
+
+    void deletedClientLeavesEveryWindow()
+    {
+        QFETCH(QString, deleter);
+        QFETCH(int, clients);
+        QFETCH(int, deleted);
+        QFETCH(bool, editing);
+        ClientWorld world;
+        QMap<QString, qint64> byName;
+        for (const char *name : {"Cole", "Adams", "Baker"})
+            if (byName.size() < clients)
+                byName.insert(QString::fromLatin1(name), ClientWorld::addClient(name, "Pat"));
+        const QList<qint64> ids = byName.values();   // in name order
+        const QString gone = QString::number(ids.at(deleted));
+        auto *list = world.open<frmClientGrid>("mnuDataClientTable");
+        auto *details = world.open<frmClientDetails>("mnuDataClientDetails");
+        auto *summary = world.open<frmClientSummary>("mnuDataClientSummary");
+        details->showRecord(gone);
+        summary->showRecord(gone);
+        list->showRecord(gone);
+        if (editing)
+            typeInto(details, "FirstName", "Changed");
+
+        // No to the question keeps the client; Yes deletes it (the list through its own button).
+        MdiChild *from = deleter == "details" ? static_cast<MdiChild *>(details) : summary;
+        for (const Prompt::Button answer : {Prompt::No, Prompt::Yes}) {
+            QCOMPARE(TestDatabase::count("Client"), clients);
+            world.prompts.answer(answer);
+            if (deleter == "list")
+                button(list, "cmdClientDelete")->click();
+            else
+                from->DeleteCurrentRecord();
+        }
+
+        auto *grid = list->findChild<QTableView *>(QStringLiteral("grdData"));
+        QCOMPARE(basTendmark::Model(grid)->dataRowCount(), clients - 1);
+        QCOMPARE(basTendmark::Model(grid)->findKey(gone.toLongLong()), -1);
+        const int next = deleted < clients - 1 ? deleted + 1 : deleted - 1;
+        const QString neighbour = next >= 0 ? QString::number(ids.at(next)) : QString();
+        const QString expected = shown(qMin(deleted + 1, clients - 1), clients - 1, neighbour.toLongLong());
+        QCOMPARE(details->ClientID(), neighbour);
+        QCOMPARE(statusText(details), expected);
+        QCOMPARE(summary->ClientID(), neighbour);
+        QCOMPARE(statusText(summary), expected);
+        QCOMPARE(world.prompts.titles().contains("Client Deleted"), editing);
+        QVERIFY(!details->DataChanged());   // nothing left to save into a client that is gone
+        QVERIFY(list->ClientID().isEmpty() && !button(list, "cmdClientDelete")->isEnabled());
+    }
+
+    // A new client, or a new record in an editor, takes its place in the order at once; while
+    // a new record is open the navigation buttons lead back to the others.
+    void newRecordTakesItsPlace()
+    {
+        ClientWorld world;
+        const qint64 adams = ClientWorld::addClient("Adams", "Ann");
+        ClientWorld::addClient("Cole", "Cy");
+        auto *summary = world.open<frmClientSummary>("mnuDataClientSummary");
+        auto *details = world.open<frmClientDetails>("mnuDataClientDetails");
+        button(details, "cmdAdd")->click();
+        typeFields(details, "LastName=Baker;FirstName=Bo;SocialSecurityNumber=321654987;Address=9 Elm;City=Peoria;State=IL");
+        QVERIFY(details->SaveCurrentRecord());
+        const qint64 baker = details->ClientID().toLongLong();
+        QCOMPARE(statusText(details), shown(2, 3, baker));
+        button(details, "cmdPrevious")->click();
+        QCOMPARE(details->ClientID(), QString::number(adams));
+        QCOMPARE(statusText(summary), shown(1, 3, adams));
+
+        // A record editor: a new visit dated between two others is shown between them once saved.
+        for (const char *date : {"2025-01-10", "2025-12-01"})
+            TestDatabase::insert("FoodService", {{"ClientID", adams}, {"FoodServiceDate", date}, {"NumberOfBags", 2}});
+        const QString december = TestDatabase::scalar("SELECT MAX(FoodServiceID) FROM FoodService").toString();
+        world.main.openRecordEditor(RecordKind::FoodService, QString::number(adams), december);
+        auto *editor = qobject_cast<RecordEditor *>(world.main.activeChild());
+        button(editor, "cmdAdd")->click();
+        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
+            QVERIFY2(button(editor, name)->isEnabled(), name);
+        button(editor, "cmdLast")->click();
+        QCOMPARE(editor->recordId(), december);
+        button(editor, "cmdAdd")->click();
+        dateEdit(editor, "FoodServiceDate")->setDate(QDate(2025, 6, 1));
+        choose(combo(editor, "FoodServiceTypeID"), "Senior box");
+        typeInto(editor, "NumberOfBags", "3");
+        QVERIFY(editor->SaveCurrentRecord());
+        QCOMPARE(statusText(editor), shown(2, 3, editor->recordId().toLongLong()));
+    }
+
     void listShowsFormattedColumnsAndSortsByAHeading()
     {
         ClientWorld world;
         ClientWorld::addClient("Zeller", "Zoe");
-        const qint64 id = ClientWorld::addClient("Abbot", "Amy", "B",
-                                                 {{"SocialSecurityNumber", "123456789"},
-                                                  {"HomePhone", "2175551234"},
-                                                  {"BirthDate", "1980-03-15"},
-                                                  {"Address", "1 Main\nApt 2"},
-                                                  {"EthnicOriginID", TestDatabase::lookupId("EthnicOrigin", "Asian")}});
+        QVariantMap abbot = rowValues("SocialSecurityNumber=123456789;HomePhone=2175551234;BirthDate=1980-03-15;Address=1 Main\nApt 2");
+        abbot.insert("EthnicOriginID", TestDatabase::lookupId("EthnicOrigin", "Asian"));
+        const qint64 id = ClientWorld::addClient("Abbot", "Amy", "B", abbot);
         auto *w = world.open<frmClientGrid>("mnuDataClientTable");
         QAbstractItemModelTester tester(grid(w)->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
         QCOMPARE(grid(w)->model()->rowCount(), 2);
@@ -188,30 +288,28 @@ private slots:
         QVERIFY(!w->ColumnSelected());
         QVERIFY(world.main.toolbarButton(QStringLiteral("Sort Ascending"))->isEnabled());
         QCOMPARE(w->ClientID(), cell(1, 1));
-        QVERIFY(button(w, "cmdClientEdit")->isEnabled());
+        // Edit hands the chosen client over to the details window.
+        button(w, "cmdClientEdit")->click();
+        auto *details = world.main.findChildWindow<frmClientDetails>();
+        QVERIFY(details);
+        QCOMPARE(details->ClientID(), cell(1, 1));
     }
 
     void listFilterAndEmptyResult()
     {
         ClientWorld world;
         ClientWorld::addClient("Abbot", "Amy", "B", {{"City", "Peoria"}});
-        ClientWorld::addClient("Baker", "Bo", "C", {{"City", "Pekin"}});
         auto *w = world.open<frmClientGrid>("mnuDataClientTable");
-        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Pekin'"));
+        // A statement that finds nobody says so after its notice, and leaves one blank row that Edit does not open.
         NoticeWatch notices;
+        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Nowhere'"));
         w->ExecuteSQL();
         const QString notice = QStringLiteral("Please Wait...|Please wait while the recordset is refreshed...");
         QCOMPARE(notices.shown, QStringList {notice});
-        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
-        QCOMPARE(basTendmark::GridText(grid(w), 0, 2), "Baker");
-        QVERIFY(world.prompts.messages().isEmpty());
-
-        w->setSQL(QStringLiteral("SELECT * FROM Client WHERE City = 'Nowhere'"));
-        w->ExecuteSQL();
-        QCOMPARE(world.prompts.last(),
-                 (Prompt::Message {"No Client Records Found", "No client records were found that matched the specified criteria.",
-                                   Prompt::Icon::Exclamation, Prompt::Ok}));
-        QCOMPARE(grid(w)->model()->rowCount(), 1);   // one blank row
+        QCOMPARE(world.prompts.messages(),
+                 (QList<Prompt::Message> {{"No Client Records Found", "No client records were found that matched the specified criteria.",
+                                           Prompt::Icon::Exclamation}}));
+        QCOMPARE(grid(w)->model()->rowCount(), 1);
         button(w, "cmdClientEdit")->click();
         QVERIFY(!world.main.findChildWindow<frmClientDetails>());
 
@@ -223,36 +321,8 @@ private slots:
         notices.shown.clear();
         button(w, "cmdRefresh")->click();
         QCOMPARE(notices.shown, QStringList {notice});
-        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 3);
+        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 2);
         QVERIFY(!button(w, "cmdClientEdit")->isEnabled());
-    }
-
-    // Edit hands the chosen client over to the details window; Delete asks first, takes the client's rows along
-    // and leaves no client chosen.
-    void listEditAndDelete()
-    {
-        ClientWorld world;
-        ClientWorld::addClient("Abbot", "Amy");
-        const qint64 baker = ClientWorld::addClient("Baker", "Bob", "B");
-        TestDatabase::insert("Payments", {{"ClientID", baker}, {"AmountPaid", 100}});
-        auto *w = world.open<frmClientGrid>("mnuDataClientTable");
-        clickRow(grid(w), 1);
-        button(w, "cmdClientEdit")->click();
-        auto *details = world.main.findChildWindow<frmClientDetails>();
-        QVERIFY(details);
-        QCOMPARE(details->ClientID(), QString::number(baker));
-        world.main.activateChild(w);
-
-        world.prompts.answer(Prompt::No);
-        button(w, "cmdClientDelete")->click();
-        QCOMPARE(TestDatabase::count("Client"), 2);
-        world.prompts.answer(Prompt::Yes);
-        button(w, "cmdClientDelete")->click();
-        QCOMPARE(world.prompts.titles(), (QStringList {"Delete Client?", "Delete Client?"}));
-        QCOMPARE(TestDatabase::count("Client") + TestDatabase::count("Payments"), 1);
-        QCOMPARE(basTendmark::Model(grid(w))->dataRowCount(), 1);
-        QVERIFY(!button(w, "cmdClientDelete")->isEnabled());
-        QVERIFY(w->ClientID().isEmpty());
     }
 
     void toolbarAndSearchBarActOnTheActiveClientWindow()
@@ -267,12 +337,12 @@ private slots:
         QVERIFY(list && details && summary);
 
         // The search bar's choice goes to the window in front, whatever its kind, and to no other: summary, details, list.
-        const auto shown = [&] { return QStringList {summary->ClientID(), details->ClientID(), list->ClientID()}.join('|'); };
+        const auto chosen = [&] { return QStringList {summary->ClientID(), details->ClientID(), list->ClientID()}.join('|'); };
         const std::tuple<MdiChild *, qint64, QString> shows[] = {{summary, b, "b|a|"}, {details, c, "b|c|"}, {list, b, "b|c|b"}};
         for (const auto &[front, id, expected] : shows) {
             bringBack(world, front);
             world.main.showClient(QString::number(id));
-            QCOMPARE(shown(),
+            QCOMPARE(chosen(),
                      QString(expected).replace('a', QString::number(a)).replace('b', QString::number(b)).replace('c', QString::number(c)));
         }
         QCOMPARE(basTendmark::GridText(grid(list), 1, 1), QString::number(b));
@@ -283,22 +353,14 @@ private slots:
         world.toolbar("Save");
         QCOMPARE(TestDatabase::scalar("SELECT FirstName FROM Client WHERE ClientID = ?", {c}).toString(), "Cyrus");
 
-        // Delete acts on the summary in front, takes the client's rows and moves to the next client;
-        // the list drops the client when it comes back.
-        TestDatabase::insert("Family", {{"ClientID", b}, {"FirstName", "Kid"}});
-        TestDatabase::insert("Income", {{"ClientID", b}, {"Amount", 100}});
+        // Delete acts on the summary in front and moves it to the next client.
         bringBack(world, summary);
         world.prompts.answer(Prompt::Yes);
         world.toolbar("Delete");
         QCOMPARE(world.prompts.titles(), (QStringList {"Delete Client?", "Delete Client"}));
         QCOMPARE(world.prompts.last().text, "Client 'Baker, Bo A' deleted.");
         QCOMPARE(TestDatabase::count("Client"), 2);
-        QCOMPARE(TestDatabase::count("Family") + TestDatabase::count("Income"), 0);
-        QCOMPARE(statusText(summary), QStringLiteral("Record: 2 of 2     ID: %1").arg(c));
-        bringBack(world, list);
-        auto *grid = list->findChild<QTableView *>("grdData");
-        QCOMPARE(basTendmark::Model(grid)->dataRowCount(), 2);
-        QCOMPARE(basTendmark::GridText(grid, 1, 2), "Clark");
+        QCOMPARE(statusText(summary), shown(2, 2, c));
     }
 
     // The summary: the client's block of text, an empty table, and a row deleted from its own list.
@@ -312,12 +374,9 @@ private slots:
         QTest::keyClick(w, Qt::Key_PageDown);
         ClientWorld::closeWindow(w);
 
-        const qint64 id = ClientWorld::addClient("Adams", "Ann", "B",
-                                                 {{"SocialSecurityNumber", "123456789"},
-                                                  {"Address", "12 Main St"},
-                                                  {"City", "Peoria"},
-                                                  {"ZipCode", "61602"},
-                                                  {"HomePhone", "3095551212"}});
+        const qint64 id = ClientWorld::addClient(
+            "Adams", "Ann", "B",
+            rowValues("SocialSecurityNumber=123456789;Address=12 Main St;City=Peoria;ZipCode=61602;HomePhone=3095551212"));
         const QString longLast = QStringLiteral("Montgomery-Fitzwilliam-Abernathy");
         const qint64 other = ClientWorld::addClient(longLast, "Alexandra", "C", {{"SocialSecurityNumber", "987654321"}});
         TestDatabase::insert("FoodService",

@@ -5,11 +5,11 @@
 #include "NavigationStrip.h"
 #include "RecordQueries.h"
 #include "Recordset.h"
+#include "RowValues.h"
 #include "SqlText.h"
 #include "TestDatabase.h"
 #include "WidgetPrompts.h"
 #include "basDatabase.h"
-#include "basRegistry.h"
 #include "frmSelect.h"
 
 #include <QAbstractItemModelTester>
@@ -20,8 +20,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
@@ -51,31 +49,20 @@ class TestFormKit : public QObject
             texts << GridText(g, row, c);
         return texts;
     }
-    // The enabled navigation buttons as "FPNL", a blank for each disabled one.
-    static QString enabledButtons(const QWidget &window)
-    {
-        QString s;
-        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
-            s += window.findChild<QPushButton *>(QString::fromLatin1(name))->isEnabled() ? QChar::fromLatin1(name[3]) : QLatin1Char(' ');
-        return s;
-    }
     const QString pickerQuery = "SELECT ClientID, LastName, FirstName, MiddleInitial, SocialSecurityNumber, Address, City, State, ZipCode, "
                                 "HomePhone FROM Client WHERE LastName LIKE ? ORDER BY LastName";
     // Two clients for the picker, Adams with a value in each column shown; returns their keys.
     static std::pair<qint64, qint64> pickerClients()
     {
         return {TestDatabase::insert("Client",
-                                     {{"LastName", "Adams"},
-                                      {"FirstName", "Ruth"},
-                                      {"SocialSecurityNumber", "123456789"},
-                                      {"Address", "12 Elm St\r\nApt 4\nBack door"},
-                                      {"HomePhone", "9375551234"}}),
+                                     rowValues("LastName=Adams;FirstName=Ruth;SocialSecurityNumber=123456789;"
+                                               "Address=12 Elm St\r\nApt 4\nBack door;HomePhone=9375551234")),
                 TestDatabase::insert("Client", {{"LastName", "Baker"}, {"FirstName", "Tom"}})};
     }
 
 private Q_SLOTS:
-    // A grid takes its columns from the layout text (heading, width in twips, alignment mark) and always keeps one
-    // row: a blank one when the query finds nothing or its last row goes.
+    // A grid takes its columns from the layout text (heading, width in twips, alignment mark), always keeps one
+    // row (a blank one when the query finds nothing or its last row goes) and sorts by value.
     void gridsTakeTheirLayoutAndKeepARow()
     {
         TestDatabase db;
@@ -108,6 +95,24 @@ private Q_SLOTS:
             QCOMPARE(GridRowKey(g.get(), 0), key == b ? a : 0);
         }
         QCOMPARE(GridText(g.get(), 0, 1), QString());
+
+        // Shown dates and amounts sort by their value, not their text.
+        const qint64 x = TestDatabase::insert("Client", {{"LastName", "A"}, {"BirthDate", "1990-01-05"}});
+        const qint64 y = TestDatabase::insert("Client", {{"LastName", "B"}, {"BirthDate", "1985-12-31"}});
+        const qint64 z = TestDatabase::insert("Client", {{"LastName", "C"}, {"BirthDate", "2001-06-15"}});
+        for (const auto &[client, amount] : {std::pair {x, 99000}, {y, 120000}, {z, 9500}})
+            TestDatabase::insert("Income", {{"ClientID", client}, {"Amount", amount}});
+        g.reset(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
+        PopulateDataGrid(g.get(),
+                         {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
+                              + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID",
+                          {},
+                          {}});
+        Model(g.get())->sortByColumn(2, Qt::AscendingOrder);
+        QCOMPARE(column(g.get(), 1), (QStringList {"B", "A", "C"}));
+        Model(g.get())->sortByColumn(3, Qt::DescendingOrder);
+        QCOMPARE(column(g.get(), 3), (QStringList {"$1,200.00", "$990.00", "$95.00"}));
+        QCOMPARE(Model(g.get())->findKey(z), 2);
     }
 
     void largeListsAreReadInPages()
@@ -185,41 +190,17 @@ private Q_SLOTS:
         QCOMPARE(model->findKey(-1), -1);
     }
 
-    void shownDatesAndAmountsSortByValue()
-    {
-        TestDatabase db;
-        const qint64 a = TestDatabase::insert("Client", {{"LastName", "A"}, {"BirthDate", "1990-01-05"}});
-        const qint64 b = TestDatabase::insert("Client", {{"LastName", "B"}, {"BirthDate", "1985-12-31"}});
-        const qint64 c = TestDatabase::insert("Client", {{"LastName", "C"}, {"BirthDate", "2001-06-15"}});
-        for (const auto &[client, amount] : {std::pair {a, 99000}, {b, 120000}, {c, 9500}})
-            TestDatabase::insert("Income", {{"ClientID", client}, {"Amount", amount}});
-        std::unique_ptr<QTableView> g(grid("<Name,1400|^Birth Date,1000|^Amount,900"));
-        PopulateDataGrid(g.get(),
-                         {"SELECT Client.ClientID, LastName, " + SqlText::date("BirthDate") + " AS BirthDate, "
-                              + SqlText::currency("Amount") + " AS Amount FROM Client JOIN Income ON Income.ClientID = Client.ClientID",
-                          {},
-                          {}});
-        Model(g.get())->sortByColumn(2, Qt::AscendingOrder);
-        QCOMPARE(column(g.get(), 1), (QStringList {"B", "A", "C"}));
-        Model(g.get())->sortByColumn(3, Qt::DescendingOrder);
-        QCOMPARE(column(g.get(), 3), (QStringList {"$1,200.00", "$990.00", "$95.00"}));
-        QCOMPARE(Model(g.get())->findKey(c), 2);
-    }
-
     // Controls show a record's stored values formatted and give them back as stored; lists find
     // their entry by the stored text (its case kept) or key.
     void controlsShowAndReturnTheStoredValues()
     {
         TestDatabase db;
         const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
-        TestDatabase::insert("Client",
-                             {{"LastName", "O'Brien"},
-                              {"HomePhone", "5551234567"},
-                              {"BirthDate", "1980-12-31"},
-                              {"SocialSecurityNumber", "123456789"},
-                              {"FEMAContacted", 1},
-                              {"State", "TX"},
-                              {"EthnicOriginID", asian}});
+        QVariantMap obrien
+            = rowValues("LastName=O'Brien;HomePhone=5551234567;BirthDate=1980-12-31;SocialSecurityNumber=123456789;State=TX");
+        obrien.insert("FEMAContacted", 1);
+        obrien.insert("EthnicOriginID", asian);
+        TestDatabase::insert("Client", obrien);
         Recordset rs;
         rs.open("Client", "ClientID", "SELECT * FROM Client");
         QLineEdit last, phone, birth, ssn;
@@ -260,51 +241,24 @@ private Q_SLOTS:
         QCOMPARE(date.date(), QDate(1980, 12, 31));
     }
 
-    void childWindowsKeepTheirPlace()
-    {
-        basRegistry::DeleteKey(basRegistry::SettingsKey());
-        QMdiArea area;
-        area.resize(1000, 800);
-        area.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&area));
-        auto *child = new QWidget;
-        child->setObjectName("frmTestChild");
-        QMdiSubWindow *sub = area.addSubWindow(child);
-        sub->move(30, 40);
-        SetMDIChildDimensions(child, &area);
-        // No stored place: the first step of the cascade.
-        QCOMPARE(sub->geometry(), QRect(0, 0, int(area.viewport()->width() * 0.85), int(area.viewport()->height() * 0.75)));
-        sub->setGeometry(50, 60, 400, 300);
-        SaveMDIChildDimensions(child);
-        QCOMPARE(basRegistry::GetString(basRegistry::SettingsKey(), "frmTestChild"), "50,60,400,300");
-        sub->setGeometry(0, 0, 200, 200);
-        SetMDIChildDimensions(child, &area);
-        QCOMPARE(sub->geometry(), QRect(50, 60, 400, 300));
-    }
-
     void stripShowsThePosition_data()
     {
         QTest::addColumn<int>("position");
         QTest::addColumn<int>("count");
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("buttons");
-        QTest::newRow("first of three") << 1 << 3 << "Record: 1 of 3     ID: 42"
-                                        << "  NL";
-        QTest::newRow("middle") << 2 << 3 << "Record: 2 of 3     ID: 42"
-                                << "FPNL";
-        QTest::newRow("last") << 3 << 3 << "Record: 3 of 3     ID: 42"
-                              << "FP  ";
-        QTest::newRow("the only one") << 1 << 1 << "Record: 1 of 1     ID: 42"
-                                      << "    ";
-        QTest::newRow("none") << 0 << 0 << "Record: 0 of 0"
-                              << "    ";
-        // A new record keeps the text and buttons shown before it.
-        QTest::newRow("new beside others") << 0 << 3 << "Record: 1 of 3     ID: 7"
-                                           << "  NL";
-        QTest::newRow("new, none saved") << -1 << 0 << "Record: 0 of 0"
-                                         << "    ";
-        QTest::newRow("adding beside others") << -1 << 3 << "Record: 1 of 3     ID: 7"
-                                              << "FPNL";
+        // A new record (position 0, or -1 while it is being added) keeps the text and buttons shown before it.
+        const auto row = [](const char *name, int position, int count, const char *label, const char *buttons) {
+            QTest::newRow(name) << position << count << label << buttons;
+        };
+        row("first of three", 1, 3, "Record: 1 of 3     ID: 42", "  NL");
+        row("middle", 2, 3, "Record: 2 of 3     ID: 42", "FPNL");
+        row("last", 3, 3, "Record: 3 of 3     ID: 42", "FP  ");
+        row("the only one", 1, 1, "Record: 1 of 1     ID: 42", "    ");
+        row("none", 0, 0, "Record: 0 of 0", "    ");
+        row("new beside others", 0, 3, "Record: 1 of 3     ID: 7", "  NL");
+        row("new, none saved", -1, 0, "Record: 0 of 0", "    ");
+        row("adding beside others", -1, 3, "Record: 1 of 3     ID: 7", "FPNL");
     }
 
     void stripShowsThePosition()
@@ -318,7 +272,10 @@ private Q_SLOTS:
         strip.showPosition(1, 3, "7");
         strip.showPosition(position, count, "42");
         QCOMPARE(window.findChild<QLabel *>("lblStatus")->text(), label);
-        QCOMPARE(enabledButtons(window), buttons);
+        QString enabled;   // "FPNL", a blank for each button disabled
+        for (const char *name : {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
+            enabled += window.findChild<QPushButton *>(QLatin1String(name))->isEnabled() ? QChar::fromLatin1(name[3]) : QLatin1Char(' ');
+        QCOMPARE(enabled, buttons);
         QVERIFY(!window.findChild<QPushButton *>("cmdAdd"));
     }
 
@@ -327,16 +284,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("value");
-        QTest::newRow("whole") << "1234"
-                               << "$1,234.00"
-                               << "1234.00";
-        QTest::newRow("one point only") << "12.5.7"
-                                        << "$12.57"
-                                        << "12.57";
-        QTest::newRow("letters and signs dropped") << "a1-b2,c"
-                                                   << "$12.00"
-                                                   << "12.00";
-        QTest::newRow("empty") << QString() << QString() << QString();
+        const char *const rows[][4] = {{"whole", "1234", "$1,234.00", "1234.00"},
+                                       {"one point only", "12.5.7", "$12.57", "12.57"},
+                                       {"letters and signs dropped", "a1-b2,c", "$12.00", "12.00"},
+                                       {"empty", "", "", ""}};
+        for (const auto &r : rows)
+            QTest::newRow(r[0]) << QString(r[1]) << QString(r[2]) << QString(r[3]);
     }
 
     void amountBoxTakesMoneyOnly()
@@ -364,43 +317,30 @@ private Q_SLOTS:
     }
 
     // A double-click chooses its row; an empty result shows one blank row that cannot be chosen, OK stays off.
-    void pickerDoubleClickChoosesTheRow_data()
-    {
-        QTest::addColumn<QString>("names");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<bool>("chosen");
-        QTest::newRow("second row") << "%" << 1 << true;
-        QTest::newRow("blank row of an empty result") << "Nobody" << 0 << false;
-    }
-
     void pickerDoubleClickChoosesTheRow()
     {
-        QFETCH(QString, names);
-        QFETCH(int, row);
-        QFETCH(bool, chosen);
         TestDatabase db;
         const qint64 second = pickerClients().second;
-        frmSelect form;
-        form.setRecordset({pickerQuery, {names}, {}});
-        form.show();
-        auto *grid = form.findChild<QTableView *>("grdData");
-        auto *ok = form.findChild<QPushButton *>("cmdOK");
-        QCOMPARE(grid->model()->rowCount(), chosen ? 2 : 1);
-        QCOMPARE(ok->isEnabled(), chosen);   // the first row starts current
-        const QPoint at = grid->visualRect(grid->model()->index(row, 2)).center();
-        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
-        QCOMPARE(form.OKClicked(), chosen);
-        QCOMPARE(form.isVisible(), !chosen);
-        if (chosen) {
-            QCOMPARE(form.RecordID(), QString::number(second));
-            QCOMPARE(form.result(), int(QDialog::Accepted));
-            return;
+        for (const bool chosen : {true, false}) {   // the second row, or the blank row of an empty result
+            frmSelect form;
+            form.setRecordset({pickerQuery, {chosen ? "%" : "Nobody"}, {}});
+            form.show();
+            auto *grid = form.findChild<QTableView *>("grdData");
+            auto *ok = form.findChild<QPushButton *>("cmdOK");
+            QCOMPARE(grid->model()->rowCount(), chosen ? 2 : 1);
+            QCOMPARE(ok->isEnabled(), chosen);   // the first row starts current
+            const QPoint at = grid->visualRect(grid->model()->index(chosen ? 1 : 0, 2)).center();
+            QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+            QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
+            QCOMPARE(form.OKClicked(), chosen);
+            QCOMPARE(form.isVisible(), !chosen);
+            QCOMPARE(form.RecordID(), chosen ? QString::number(second) : QString());
+            QVERIFY(!ok->isEnabled() || chosen);
+            if (!chosen)
+                form.findChild<QPushButton *>("cmdCancel")->click();
+            QVERIFY(!form.isVisible());
+            QCOMPARE(form.result(), int(chosen ? QDialog::Accepted : QDialog::Rejected));
         }
-        QVERIFY(!ok->isEnabled());
-        form.findChild<QPushButton *>("cmdCancel")->click();
-        QVERIFY(!form.isVisible() && !form.OKClicked());
-        QCOMPARE(form.result(), int(QDialog::Rejected));
     }
 
     // The real prompt shows the picker with its caption, the values formatted on one line each.

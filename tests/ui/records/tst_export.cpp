@@ -34,55 +34,23 @@ private:
 
     static QList<QCheckBox *> fieldBoxes(QWidget *dialog) { return dialog->findChildren<QCheckBox *>("chkFields"); }
 
-    static void tick(QWidget *dialog, const QStringList &captions)
-    {
-        button(dialog, "cmdClearAll")->click();
-        for (QCheckBox *box : fieldBoxes(dialog))
-            if (captions.contains(box->text()))
-                box->setChecked(true);
-    }
-
-    static QByteArray contents(const QString &path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(missing)");
-    }
-
 private slots:
     // Each dialog offers its records (the current ones only while a list of its kind is open), its fields and its file.
-    void dialogsOfferTheirRecordsFieldsAndFile_data()
-    {
-        QTest::addColumn<QString>("menuName");
-        QTest::addColumn<QString>("window");
-        QTest::addColumn<QStringList>("records");   // all, current recordset, current record
-        QTest::addColumn<QStringList>("fields");   // count, first and last
-        QTest::addColumn<QString>("browseTitle");
-        QTest::newRow("clients") << "mnuDataExportClients"
-                                 << "mnuDataClientTable" << QStringList {"optAllClients", "optCurrentRecordset", "optCurrentClient"}
-                                 << QStringList {"36", "Client ID", "Relatives Searching For"} << "Export Client Data To ...";
-        QTest::newRow("volunteers") << "mnuDataExportVolunteers"
-                                    << "mnuDataVolunteers" << QStringList {"optAllVolunteers", "optCurrentRecordset", "optCurrentVolunteer"}
-                                    << QStringList {"18", "Volunteer ID", "Comments"} << "Export Volunteer Data To ...";
-    }
-
     void dialogsOfferTheirRecordsFieldsAndFile()
     {
-        QFETCH(QString, menuName);
-        QFETCH(QString, window);
-        QFETCH(QStringList, records);
-        QFETCH(QStringList, fields);
-        QFETCH(QString, browseTitle);
         ClientWorld desk;
-        for (const bool listOpen : {false, true}) {
-            if (listOpen)
-                menu(desk.main, qPrintable(window))->trigger();
-            frmExport *dialog = openExport(desk, qPrintable(menuName));
+        // menu, list window, records (all, current recordset, current record), fields (count, first, last), browse title
+        const char *const kinds[][9] = {{"mnuDataExportClients", "mnuDataClientTable", "optAllClients", "optCurrentRecordset",
+                                         "optCurrentClient", "36", "Client ID", "Relatives Searching For", "Export Client Data To ..."},
+                                        {"mnuDataExportVolunteers", "mnuDataVolunteers", "optAllVolunteers", "optCurrentRecordset",
+                                         "optCurrentVolunteer", "18", "Volunteer ID", "Comments", "Export Volunteer Data To ..."}};
+        for (const auto &kind : kinds) {
+            const char *menuName = kind[0], *window = kind[1];
+            const QStringList records {kind[2], kind[3], kind[4]}, fields {kind[5], kind[6], kind[7]};
+            const QString browseTitle = QLatin1String(kind[8]);
+            frmExport *dialog = openExport(desk, menuName);
             QVERIFY(control(dialog, records.at(0))->isChecked());
-            QVERIFY(control(dialog, records.at(1))->isEnabled() == listOpen && control(dialog, records.at(2))->isEnabled() == listOpen);
-            if (listOpen) {
-                closeDialog(dialog);
-                break;
-            }
+            QVERIFY(!control(dialog, records.at(1))->isEnabled() && !control(dialog, records.at(2))->isEnabled());
             const QList<QCheckBox *> boxes = fieldBoxes(dialog);
             QCOMPARE(QStringList({QString::number(boxes.size()), boxes.first()->text(), boxes.last()->text()}), fields);
             button(dialog, "cmdCheckAll")->click();
@@ -103,53 +71,43 @@ private slots:
             control(dialog, "optTabDelimited")->setChecked(true);
             QCOMPARE(control<QLineEdit>(dialog, "txtFileName")->text(), "/tmp/people.txt");
             closeDialog(dialog);
+
+            // With a list of its kind open, the current records are offered too.
+            menu(desk.main, window)->trigger();
+            dialog = openExport(desk, menuName);
+            QVERIFY(control(dialog, records.at(1))->isEnabled() && control(dialog, records.at(2))->isEnabled());
+            closeDialog(dialog);
         }
     }
 
-    void refusalsWriteNothing_data()
-    {
-        QTest::addColumn<QString>("menuName");
-        QTest::addColumn<QString>("fileName");
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<bool>("fields");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        const QString clients = "mnuDataExportClients", missing = "Required Field Missing";
-        QTest::newRow("no file name") << clients << "" << QString() << true << missing << "An export file name is required.";
-        QTest::newRow("no field") << clients << "out.csv" << QString() << false << missing << "At least one field must be checked.";
-        QTest::newRow("no client shown") << clients << "out.csv"
-                                         << "optCurrentClient" << true << "Export Data"
-                                         << "No client has been selected.";
-        QTest::newRow("no volunteer shown") << "mnuDataExportVolunteers"
-                                            << "out.csv"
-                                            << "optCurrentVolunteer" << true << "Export Data"
-                                            << "No volunteer has been selected.";
-    }
-
+    // What the dialog refuses, it says, the dialog staying open, and no file is written.
     void refusalsWriteNothing()
     {
-        QFETCH(QString, menuName);
-        QFETCH(QString, fileName);
-        QFETCH(QString, option);
-        QFETCH(bool, fields);
-        QFETCH(QString, title);
-        QFETCH(QString, text);
         ClientWorld desk;
         // The lists are open, on no record: an empty client table, a new volunteer.
         menu(desk.main, "mnuDataClientTable")->trigger();
         menu(desk.main, "mnuDataVolunteers")->trigger();
-        frmExport *dialog = openExport(desk, qPrintable(menuName));
-        const QString path = fileName.isEmpty() ? QString() : QDir(desk.db.folder()).filePath(fileName);
-        control<QLineEdit>(dialog, "txtFileName")->setText(path);
-        if (fields)
-            button(dialog, "cmdCheckAll")->click();
-        if (!option.isEmpty())
-            control(dialog, option)->setChecked(true);
-        button(dialog, "cmdOK")->click();
-        QCOMPARE(desk.prompts.last(), (Prompt::Message {title, text, Prompt::Icon::Exclamation, Prompt::Ok}));
-        QVERIFY(dialog->isVisible());
-        QVERIFY(path.isEmpty() || !QFile::exists(path));
-        closeDialog(dialog);
+        const char *clients = "mnuDataExportClients", *missing = "Required Field Missing";
+        // menu, file name, option chosen, fields ticked, refusal
+        const std::tuple<const char *, const char *, const char *, bool, const char *, const char *> cases[]
+            = {{clients, "", nullptr, true, missing, "An export file name is required."},
+               {clients, "out.csv", nullptr, false, missing, "At least one field must be checked."},
+               {clients, "out.csv", "optCurrentClient", true, "Export Data", "No client has been selected."},
+               {"mnuDataExportVolunteers", "out.csv", "optCurrentVolunteer", true, "Export Data", "No volunteer has been selected."}};
+        for (const auto &[menuName, fileName, option, fields, title, text] : cases) {
+            frmExport *dialog = openExport(desk, menuName);
+            const QString path = *fileName ? QDir(desk.db.folder()).filePath(QLatin1String(fileName)) : QString();
+            control<QLineEdit>(dialog, "txtFileName")->setText(path);
+            if (fields)
+                button(dialog, "cmdCheckAll")->click();
+            if (option)
+                control(dialog, QLatin1String(option))->setChecked(true);
+            button(dialog, "cmdOK")->click();
+            QCOMPARE(desk.prompts.last(), (Prompt::Message {title, text, Prompt::Icon::Exclamation}));
+            QVERIFY(dialog->isVisible());
+            QVERIFY(path.isEmpty() || !QFile::exists(path));
+            closeDialog(dialog);
+        }
     }
 
     // The filtered list's records, re-sorted by last name; then the list's current client alone.
@@ -175,10 +133,10 @@ private slots:
             QPointer<frmExport> dialog = openExport(desk, "mnuDataExportClients");
             control<QLineEdit>(dialog, "txtFileName")->setText(path);
             control(dialog, option)->setChecked(true);
-            tick(dialog, {"Last Name", "First Name", "City"});
+            for (QCheckBox *box : fieldBoxes(dialog))
+                box->setChecked(rows.first().contains(box->text()));
             button(dialog, "cmdOK")->click();
-            QCOMPARE(desk.prompts.last(),
-                     (Prompt::Message {"Export Client Data", "Export file created.", Prompt::Icon::Information, Prompt::Ok}));
+            QCOMPARE(desk.prompts.last(), (Prompt::Message {"Export Client Data", "Export file created.", Prompt::Icon::Information}));
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QVERIFY(!dialog);
             QString error;
@@ -195,15 +153,14 @@ private slots:
         QTest::addColumn<QString>("listSql");
         QTest::addColumn<QString>("title");   // empty: cancelled while its progress shows
         QTest::addColumn<QString>("text");
-        const QString unwritable = QStringLiteral("could not be written");
-        QTest::newRow("missing folder, workbook") << "missing/new.xlsx" << QString() << "Export Client Data" << unwritable;
-        QTest::newRow("statement fails") << "old.csv"
-                                         << "SELECT * FROM Client WHERE NoSuchColumn = 1"
-                                         << "SQL Error"
-                                         << "no such column: NoSuchColumn";
-        QTest::newRow("cancelled") << "old.csv" << QString() << QString() << QString();
+        const auto row = [](const char *name, const char *fileName, const char *listSql, const char *title, const char *text) {
+            QTest::newRow(name) << fileName << listSql << title << text;
+        };
+        row("missing folder, workbook", "missing/new.xlsx", "", "Export Client Data", "could not be written");
+        row("statement fails", "old.csv", "SELECT * FROM Client WHERE NoSuchColumn = 1", "SQL Error", "no such column: NoSuchColumn");
+        row("cancelled", "old.csv", "", "", "");
         if (geteuid() != 0)
-            QTest::newRow("read-only folder") << "locked/old.csv" << QString() << "Export Client Data" << unwritable;
+            row("read-only folder", "locked/old.csv", "", "Export Client Data", "could not be written");
     }
 
     void failedWritesKeepTheOldFile()
@@ -251,8 +208,9 @@ private slots:
             QVERIFY2(desk.prompts.last().text.contains(text), qPrintable(desk.prompts.last().text));
         }
         QVERIFY(dialog->isVisible());
-        QCOMPARE(contents(folder.filePath(QStringLiteral("old.csv"))), QByteArray("old export\r\n"));
-        QCOMPARE(contents(folder.filePath(QStringLiteral("locked/old.csv"))), QByteArray("old export\r\n"));
+        for (const char *old : {"old.csv", "locked/old.csv"})
+            QCOMPARE(TestDatabase::fileHash(folder.filePath(QLatin1String(old))),
+                     QCryptographicHash::hash("old export\r\n", QCryptographicHash::Sha256));
         QCOMPARE(folder.entryList({"*.tmp", "*.xlsx", "new*", "*.csv?*"}, QDir::Files | QDir::Hidden), QStringList {});
         QFile::setPermissions(folder.filePath(QStringLiteral("locked")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         closeDialog(dialog);

@@ -3,6 +3,7 @@
 // Save and Delete, and closing.
 #include "FormTesting.h"
 #include "basDatabase.h"
+#include "frmFamilyMember.h"
 
 #include <QPointer>
 
@@ -57,55 +58,53 @@ private slots:
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QStringList>("steps");   // "typing => the refusal's title|text", the last one saved
         QTest::addColumn<QString>("stored");   // "a query of the saved row => its answer"
-        QTest::newRow("food service")
-            << "FoodService"
-            << QStringList {"NumberOfBags=0 => Required Field Empty|Food Service Type is required.",
-                            "FoodServiceTypeID=Holiday basket => Data Entry Error|Number of bags cannot be zero.",
-                            "NumberOfBags= => Required Field Empty|Number of bags is required.",
-                            "NumberOfBags=3;FoodServiceDate={+1} => Data Entry Error|Future date not allowed.", "FoodServiceDate={+0}"}
-            << "SELECT ClientID || '|' || FoodServiceDate || '|' || FoodServiceTypeDescription || '|' || NumberOfBags"
-               " || '|' || ifnull(Comments, 'null') FROM FoodService JOIN FoodServiceTypes USING (FoodServiceTypeID)"
-               " => {client}|{today}|Holiday basket|3|null";
+        const auto row = [](const char *name, const char *kind, const QStringList &steps, const char *stored) {
+            QTest::newRow(name) << kind << steps << stored;
+        };
+        row("food service", "FoodService",
+            {"NumberOfBags=0 => Required Field Empty|Food Service Type is required.",
+             "FoodServiceTypeID=Holiday basket => Data Entry Error|Number of bags cannot be zero.",
+             "NumberOfBags= => Required Field Empty|Number of bags is required.",
+             "NumberOfBags=3;FoodServiceDate={+1} => Data Entry Error|Future date not allowed.", "FoodServiceDate={+0}"},
+            "SELECT ClientID || '|' || FoodServiceDate || '|' || FoodServiceTypeDescription || '|' || NumberOfBags"
+            " || '|' || ifnull(Comments, 'null') FROM FoodService JOIN FoodServiceTypes USING (FoodServiceTypeID)"
+            " => {client}|{today}|Holiday basket|3|null");
         // Amounts are rounded half to even before the zero check; an empty Amount Requested is none.
-        QTest::newRow("payment") << "Payment"
-                                 << QStringList {"PaymentsTypeID=Utilities => Required Field Empty|Amount Paid is required.",
-                                                 "AmountPaid=0.40 => Data Entry Error|Amount Paid cannot be zero.",
-                                                 "AmountPaid=0.50 => Data Entry Error|Amount Paid cannot be zero.",
-                                                 "AmountRequested=0.2;AmountPaid=0.60 => Data Entry Error|Amount Requested cannot be zero.",
-                                                 "AmountRequested=;AmountPaid=1234.5"}
-                                 << "SELECT ClientID || '|' || PaymentDate || '|' || PaymentTypeDescription || '|' || AmountPaid || '|'"
-                                    " || ifnull(AmountRequested, 'null') FROM Payments JOIN PaymentTypes ON PaymentTypeID = PaymentsTypeID"
-                                    " => {client}|{today}|Utilities|123450|null";
+        row("payment", "Payment",
+            {"PaymentsTypeID=Utilities => Required Field Empty|Amount Paid is required.",
+             "AmountPaid=0.40 => Data Entry Error|Amount Paid cannot be zero.",
+             "AmountPaid=0.50 => Data Entry Error|Amount Paid cannot be zero.",
+             "AmountRequested=0.2;AmountPaid=0.60 => Data Entry Error|Amount Requested cannot be zero.",
+             "AmountRequested=;AmountPaid=1234.5"},
+            "SELECT ClientID || '|' || PaymentDate || '|' || PaymentTypeDescription || '|' || AmountPaid || '|'"
+            " || ifnull(AmountRequested, 'null') FROM Payments JOIN PaymentTypes ON PaymentTypeID = PaymentsTypeID"
+            " => {client}|{today}|Utilities|123450|null");
         // Income offers the income sources, not the expense categories.
-        QTest::newRow("income") << "Income"
-                                << QStringList {"IncomeSourceID=Utilities;Amount=5 => Required Field Empty|Income Source is required.",
-                                                "IncomeSourceID=Pension;Amount=0 => Data Entry Error|Amount cannot be zero.",
-                                                "Amount=812.25"}
-                                << "SELECT ClientID || '|' || IncomeSourceDescription || '|' || Amount FROM Income JOIN IncomeSources"
-                                   " USING (IncomeSourceID) => {client}|Pension|81225";
-        QTest::newRow("expenses") << "Expenses"
-                                  << QStringList {"ExpenseCategoryID=Utilities => Required Field Empty|Amount is required.", "Amount=95"}
-                                  << "SELECT ClientID || '|' || ExpenseCategoryDescription || '|' || Amount FROM Expenses"
-                                     " JOIN ExpenseCategories USING (ExpenseCategoryID) => {client}|Utilities|9500";
+        row("income", "Income",
+            {"IncomeSourceID=Utilities;Amount=5 => Required Field Empty|Income Source is required.",
+             "IncomeSourceID=Pension;Amount=0 => Data Entry Error|Amount cannot be zero.", "Amount=812.25"},
+            "SELECT ClientID || '|' || IncomeSourceDescription || '|' || Amount FROM Income JOIN IncomeSources"
+            " USING (IncomeSourceID) => {client}|Pension|81225");
+        row("expenses", "Expenses", {"ExpenseCategoryID=Utilities => Required Field Empty|Amount is required.", "Amount=95"},
+            "SELECT ClientID || '|' || ExpenseCategoryDescription || '|' || Amount FROM Expenses"
+            " JOIN ExpenseCategories USING (ExpenseCategoryID) => {client}|Utilities|9500");
         // A known employer zip code fills the employer's city and state.
-        QTest::newRow("family member")
-            << "FamilyMember"
-            << QStringList {"Comments=new member => Required Field Empty|Relationship is required.",
-                            "RelationshipID=Daughter => Required Field Empty|Last Name is required.",
-                            "LastName=Adams => Required Field Empty|First Name is required.",
-                            "FirstName=Beth;MobilePhone=5551234 => Data Entry Error|Mobile Phone must have all ten digits, area code first.",
-                            "MobilePhone=3095551234;BirthDate={+1} => Data Entry Error|Birth Date cannot be in the future.",
-                            "BirthDate=13452001 => Data Entry Error|Birth Date is not a valid date.",
-                            "BirthDate=02292012;SocialSecurityNumber=987654321;EmployerZip=61602"}
-            << "SELECT ClientID || '|' || RelationshipDescription || '|' || LastName || '|' || FirstName || '|' || MobilePhone || '|'"
-               " || BirthDate || '|' || SocialSecurityNumber || '|' || EmployerCity || EmployerState || '|' || Comments FROM Family"
-               " JOIN Relationships USING (RelationshipID)"
-               " => {client}|Daughter|Adams|Beth|3095551234|2012-02-29|987654321|PeoriaIL|new member";
-        QTest::newRow("volunteer") << "Volunteer"
-                                   << QStringList {"LastName=O'Neil => Required Field Empty|First Name is required.",
-                                                   "FirstName=Pat;ZipCode=97201;HomePhone=5035551212"}
-                                   << "SELECT LastName || '|' || City || State || ZipCode || '|' || HomePhone FROM Volunteer"
-                                      " => O'Neil|PortlandOR97201|5035551212";
+        row("family member", "FamilyMember",
+            {"Comments=new member => Required Field Empty|Relationship is required.",
+             "RelationshipID=Daughter => Required Field Empty|Last Name is required.",
+             "LastName=Adams => Required Field Empty|First Name is required.",
+             "FirstName=Beth;MobilePhone=5551234 => Data Entry Error|Mobile Phone must have all ten digits, area code first.",
+             "MobilePhone=3095551234;BirthDate={+1} => Data Entry Error|Birth Date cannot be in the future.",
+             "BirthDate=13452001 => Data Entry Error|Birth Date is not a valid date.",
+             "BirthDate=02292012;SocialSecurityNumber=987654321;EmployerZip=61602"},
+            "SELECT ClientID || '|' || RelationshipDescription || '|' || LastName || '|' || FirstName || '|' || MobilePhone || '|'"
+            " || BirthDate || '|' || SocialSecurityNumber || '|' || EmployerCity || EmployerState || '|' || Comments FROM Family"
+            " JOIN Relationships USING (RelationshipID)"
+            " => {client}|Daughter|Adams|Beth|3095551234|2012-02-29|987654321|PeoriaIL|new member");
+        row("volunteer", "Volunteer",
+            {"LastName=O'Neil => Required Field Empty|First Name is required.", "FirstName=Pat;ZipCode=97201;HomePhone=5035551212"},
+            "SELECT LastName || '|' || City || State || ZipCode || '|' || HomePhone FROM Volunteer"
+            " => O'Neil|PortlandOR97201|5035551212");
     }
 
     void saveChecksEachFieldThenStoresTheRecord()
@@ -130,7 +129,7 @@ private slots:
             const QString refusal = step.section(" => ", 1);
             if (refusal.isEmpty())
                 break;
-            const Prompt::Message refused {refusal.section('|', 0, 0), refusal.section('|', 1), Prompt::Icon::Exclamation, Prompt::Ok};
+            const Prompt::Message refused {refusal.section('|', 0, 0), refusal.section('|', 1), Prompt::Icon::Exclamation};
             QCOMPARE(desk.prompts.messages(), QList<Prompt::Message> {refused});
             QVERIFY(w->DataChanged());
             QVERIFY(TestDatabase::scalar(query).isNull());
@@ -194,7 +193,7 @@ private slots:
         QVERIFY(w);
         QCOMPARE(w->recordId(), second);
         const Prompt::Message asked {"Delete " + item + "?", question, Prompt::Icon::Question, Prompt::Yes | Prompt::No};
-        const Prompt::Message done {"Delete " + item, answer, Prompt::Icon::None, Prompt::Ok};
+        const Prompt::Message done {"Delete " + item, answer};
 
         desk.prompts.answer(Prompt::No);
         desk.toolbar("Delete");
@@ -215,61 +214,45 @@ private slots:
             return;
         ClientWorld::closeWindow(w);
         QVERIFY(!openEditor(desk, kind, first));
-        QCOMPARE(desk.prompts.last(),
-                 (Prompt::Message {"Application Error", "Error retrieving record.", Prompt::Icon::Exclamation, Prompt::Ok}));
+        QCOMPARE(desk.prompts.last(), (Prompt::Message {"Application Error", "Error retrieving record.", Prompt::Icon::Exclamation}));
         QCOMPARE(desk.main.openChildCount(), 0);
     }
 
     // Closing a changed record asks, in a record editor as in the client details (each its own code); Cancel, or
     // Yes with a required field emptied, keeps the window; No drops the change; Yes saves it.
-    void closingAChangedRecordAsks_data()
-    {
-        QTest::addColumn<QString>("menu");   // empty: the food service editor
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("required");
-        QTest::newRow("record editor") << QString() << "NumberOfBags"
-                                       << "Number of bags is required.";
-        QTest::newRow("client details") << "mnuDataClientDetails"
-                                        << "FirstName"
-                                        << "First Name is required.";
-    }
-
     void closingAChangedRecordAsks()
     {
-        QFETCH(QString, menu);
-        QFETCH(QString, field);
-        QFETCH(QString, required);
         EditorDesk desk;
         const qint64 id = TestDatabase::insert("FoodService", {{"ClientID", desk.clientId}, {"NumberOfBags", 2}, {"FoodServiceTypeID", 1}});
-        const QString stored = QStringLiteral("SELECT %1 FROM FoodService JOIN Client USING (ClientID)").arg(field);
-        const QString before = TestDatabase::scalar(stored).toString();
         const Prompt::Message question {"Save Record?", "Current record has changed. Do you want to save it?", Prompt::Icon::Question,
                                         Prompt::Yes | Prompt::No | Prompt::Cancel};
-        const struct
-        {
-            const char *typed;
-            Prompt::Button answer;
-            bool told, saved;
-        } closings[] = {{"5", Prompt::Cancel, false, false},
-                        {"", Prompt::Yes, true, false},
-                        {"9", Prompt::No, false, false},
-                        {"4", Prompt::Yes, false, true}};
-        QPointer<MdiChild> w;
-        for (const auto &c : closings) {
-            if (!w && menu.isEmpty())
-                w = openEditor(desk, "FoodService", QString::number(id));
-            else if (!w) {
-                desk.main.findChild<QAction *>(menu)->trigger();
-                w = desk.main.activeChild();
+        const std::tuple<const char *, Prompt::Button, bool, bool> closings[] = {{"5", Prompt::Cancel, false, false},
+                                                                                 {"", Prompt::Yes, true, false},
+                                                                                 {"9", Prompt::No, false, false},
+                                                                                 {"4", Prompt::Yes, false, true}};
+        // menu (none: the food service editor), field, the refusal of it emptied
+        const char *const windows[][3]
+            = {{nullptr, "NumberOfBags", "Number of bags is required."}, {"mnuDataClientDetails", "FirstName", "First Name is required."}};
+        for (const auto &[menu, field, required] : windows) {
+            const QString stored = QStringLiteral("SELECT %1 FROM FoodService JOIN Client USING (ClientID)").arg(QLatin1String(field));
+            const QString before = TestDatabase::scalar(stored).toString();
+            QPointer<MdiChild> w;
+            for (const auto &[typed, answer, told, saved] : closings) {
+                if (!w && !menu)
+                    w = openEditor(desk, "FoodService", QString::number(id));
+                else if (!w) {
+                    desk.main.findChild<QAction *>(menu)->trigger();
+                    w = desk.main.activeChild();
+                }
+                typeInto(w, field, typed);
+                desk.prompts.clear();
+                desk.prompts.answer(answer);
+                ClientWorld::closeWindow(w);
+                QCOMPARE(desk.prompts.messages().value(0), question);
+                QCOMPARE(desk.prompts.last().text, told ? required : question.text);
+                QCOMPARE(w.isNull(), answer != Prompt::Cancel && !told);
+                QCOMPARE(TestDatabase::scalar(stored).toString(), saved ? QString(typed) : before);
             }
-            typeInto(w, field, c.typed);
-            desk.prompts.clear();
-            desk.prompts.answer(c.answer);
-            ClientWorld::closeWindow(w);
-            QCOMPARE(desk.prompts.messages().value(0), question);
-            QCOMPARE(desk.prompts.last().text, c.told ? required : question.text);
-            QCOMPARE(w.isNull(), c.answer != Prompt::Cancel && !c.told);
-            QCOMPARE(TestDatabase::scalar(stored).toString(), c.saved ? QString(c.typed) : before);
         }
     }
 
@@ -292,7 +275,7 @@ private slots:
         fieldOf(w, "FoodServiceDate")->setFocus();
         fieldOf(w, "Comments")->setFocus();
         QCOMPARE(desk.prompts.messages(),
-                 (QList<Prompt::Message> {{"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation, Prompt::Ok}}));
+                 (QList<Prompt::Message> {{"Data Entry Error", "Future date not allowed.", Prompt::Icon::Exclamation}}));
         QCoreApplication::processEvents();
         QCOMPARE(QApplication::focusWidget(), fieldOf(w, "FoodServiceDate"));
         fill(w, "FoodServiceDate={+0}");
@@ -335,28 +318,20 @@ private slots:
         QCOMPARE(desk.prompts.messages().size(), 3);
     }
 
-    // A volunteer filter that matches nobody says so and leaves a blank form; clearing it brings the volunteers back.
-    void volunteerFilterWithoutMatches()
+    // The family member's time with the employer reads "[ ] yrs [ ] months" on one line.
+    void employerDurationIsLabelledAfterEachBox()
     {
         EditorDesk desk;
-        TestDatabase::insert("Volunteer", {{"LastName", "Zimmer"}, {"FirstName", "Ann"}});
-        TestDatabase::insert("Volunteer", {{"LastName", "Abbott"}, {"FirstName", "Bo"}});
-        auto *w = qobject_cast<MdiChild *>(openEditor(desk, "Volunteer"));
-        w->setSQL(QStringLiteral("SELECT * FROM Volunteer WHERE LastName = 'Nobody' ORDER BY LastName"));
-        w->ExecuteSQL();
-        QCOMPARE(desk.prompts.messages(),
-                 (QList<Prompt::Message> {{"No Volunteer Records Found", "No records were found that matched the specified criteria.",
-                                           Prompt::Icon::Exclamation, Prompt::Ok}}));
-        QVERIFY(typedText(w, "LastName").isEmpty());
-        QVERIFY(!w->DataChanged());
-        w->setSQL({});
-        w->ExecuteSQL();
-        QCOMPARE(typedText(w, "LastName"), "Abbott");
-        QCOMPARE(desk.prompts.messages().size(), 1);
+        auto *w = desk.open<frmFamilyMember>(RecordKind::FamilyMember);
+        for (const auto &[field, unit] : {std::pair {"EmployerDurationYears", "yrs"}, std::pair {"EmployerDurationMonths", "months"}}) {
+            QWidget *box = w->boundControl(QLatin1String(field));
+            QLabel *label = w->label(box->property("Index").toInt());
+            QCOMPARE(label->text(), QString::fromLatin1(unit));
+            QVERIFY(label->x() >= box->x() + box->width());
+            QVERIFY(qAbs(label->geometry().center().y() - box->geometry().center().y()) <= 2);
+        }
+        QCOMPARE(w->boundControl("EmployerDurationYears")->y(), w->boundControl("EmployerDurationMonths")->y());
     }
-
-private:
-    static QString typedText(QWidget *w, const char *field) { return qobject_cast<QLineEdit *>(fieldOf(w, field))->text(); }
 };
 
 QTEST_MAIN(tst_RecordEditors)
