@@ -76,7 +76,7 @@ bool indexClientListOrders(QSqlDatabase db, QString *error)
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
     AuditLog::Install, widenFoodServiceDateIndex, addLabelPaperSizes, addAgeBrackets, FoldedText::AddKeyColumns,
-    indexPhones,       indexClientListOrders,
+    indexPhones,       indexClientListOrders, FoldedText::AddLookupKeys,
 };
 
 // A private read-only connection for looking at a file.

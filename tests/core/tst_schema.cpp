@@ -110,7 +110,8 @@ private Q_SLOTS:
             QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
             for (const QString &sql :
                  {QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId), QStringLiteral("PRAGMA user_version = 1"),
-                  QStringLiteral("INSERT INTO Client (LastName) VALUES ('Óld')"),
+                  QStringLiteral("INSERT INTO EthnicOrigin (EthnicOriginDescription) VALUES ('Ótra')"),
+                  QStringLiteral("INSERT INTO Client (LastName, EthnicOriginID) VALUES ('Óld', last_insert_rowid())"),
                   QStringLiteral("INSERT INTO LabelDetails (Description, Height, Width, TopMargin, SideMargin, VerticalPitch, "
                                  "HorizontalPitch, NumberAcross, NumberDown, \"Default\") VALUES "
                                  "('Avery 5160 Address (1 x 2 5/8 in, 30 per sheet)', 1, 2.625, 0.52, 0.19, 1, 2.75, 3, 10, 0), "
@@ -123,7 +124,8 @@ private Q_SLOTS:
         QString error;
         QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
         const QList<Labels::Template> templates = Labels::loadTemplates();
-        QCOMPARE(basDatabase::ScalarValue(QStringLiteral("SELECT LastNameKey FROM Client")).toString(), QStringLiteral("old"));
+        QCOMPARE(basDatabase::ScalarValue(QStringLiteral("SELECT LastNameKey || '/' || EthnicOriginKey FROM Client")).toString(),
+                 QStringLiteral("old/otra"));
         basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
         const int logged = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM AuditLog WHERE Operation = 'delete'")).toInt();
         basDatabase::CloseConnection();
@@ -188,6 +190,28 @@ private Q_SLOTS:
         TestDatabase::insert(table, row);
         QVERIFY(LookupTables::inUse(t, item));
         QVERIFY(!LookupTables::inUse(t, item + 1));
+    }
+
+    // The client list sorts by a client's ethnic origin and marital status as the lookups describe them now.
+    void lookupSortKeysFollowTheClientAndTheLookup()
+    {
+        TestDatabase db;
+        const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
+        const qint64 married = TestDatabase::lookupId("MaritalStatus", "Married");
+        const qint64 a = TestDatabase::insert("Client", {{"LastName", "A"}, {"EthnicOriginID", asian}, {"MaritalStatusID", married}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "B"}});
+        auto keys = [](qint64 client) {
+            return TestDatabase::scalar("SELECT quote(EthnicOriginKey) || ' ' || quote(MaritalStatusKey) FROM Client WHERE ClientID = ?",
+                                        {client})
+                .toString();
+        };
+        QCOMPARE(keys(a), QStringLiteral("'asian' 'married'"));
+        QCOMPARE(keys(b), QStringLiteral("NULL NULL"));
+        basDatabase::Execute("UPDATE Client SET EthnicOriginID = ?, MaritalStatusID = NULL WHERE ClientID = ?", {asian, b});
+        basDatabase::Execute("UPDATE EthnicOrigin SET EthnicOriginDescription = 'ÁSIAN Pacific' WHERE EthnicOriginID = ?", {asian});
+        QCOMPARE(keys(b), QStringLiteral("'asian pacific' NULL"));
+        basDatabase::Execute("UPDATE Client SET EthnicOriginID = NULL WHERE ClientID = ?", {a});
+        QCOMPARE(keys(a), QStringLiteral("NULL 'married'"));
     }
 };
 
