@@ -1,6 +1,7 @@
 #include "SearchQueries.h"
 
 #include "FoldedText.h"
+#include "SearchIndex.h"
 #include "SqlText.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
@@ -63,7 +64,12 @@ Query familyQuery(const QString &column, Match match, Fold fold, const QString &
     const QString extra = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
         ? QString()
         : QStringLiteral("Family.") + column + QStringLiteral(", ");
-    const QString condition = QStringLiteral("Family.") + foldedColumn(QStringLiteral("Family"), column, fold) + kLike;
+    const QString typed = folded(fold, text);
+    const SearchIndex::Condition indexed = match == Match::Contains
+        ? SearchIndex::holding(QStringLiteral("Family"), foldedColumn(QStringLiteral("Family"), column, fold), typed)
+        : SearchIndex::Condition {};
+    const QString condition
+        = indexed.sql.isEmpty() ? QStringLiteral("Family.") + foldedColumn(QStringLiteral("Family"), column, fold) + kLike : indexed.sql;
     const QString sql = QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
         + QStringLiteral("Relationships.RelationshipDescription, "
                          "CASE WHEN Client.ClientID IS NULL THEN '' ELSE RTRIM(IFNULL(Client.LastName,'') || ', ' || "
@@ -72,7 +78,9 @@ Query familyQuery(const QString &column, Match match, Fold fold, const QString &
                          "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ")
         + condition + QStringLiteral(" ORDER BY Family.LastNameKey, Family.FirstNameKey, Family.FamilyMemberID");
     // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
-    return {{sql, {pattern(match, folded(fold, text))}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
+    return {{sql,
+             {indexed.sql.isEmpty() ? pattern(match, typed) : indexed.bind},
+             countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
             QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"),
             {}};
 }
@@ -179,6 +187,16 @@ Query client(const QString &field, const QString &text)
             return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}};
         }
         const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : folded(e.fold, text);
+        const SearchIndex::Condition indexed = e.match == Match::Contains
+            ? SearchIndex::holding(QStringLiteral("Client"), foldedColumn(QStringLiteral("Client"), column, e.fold), typed)
+            : SearchIndex::Condition {};
+        if (!indexed.sql.isEmpty())
+            return {{names + (nameSearch ? QStringLiteral("DriversLicenseNumber") : column) + QStringLiteral(" FROM Client WHERE ")
+                         + indexed.sql + order,
+                     {indexed.bind},
+                     countQuery(QStringLiteral("ClientID"), QStringLiteral("Client"), indexed.sql)},
+                    {},
+                    {}};
         return {{sql, {pattern(e.match, typed)}, count}, {}, {}};
     }
     if (field == QLatin1String("Family Member Last Name"))

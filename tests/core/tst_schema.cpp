@@ -4,6 +4,7 @@
 #include "OptionsStore.h"
 #include "Schema.h"
 #include "ScriptedPrompts.h"
+#include "SearchQueries.h"
 #include "TestDatabase.h"
 #include "TmError.h"
 #include "basDatabase.h"
@@ -212,6 +213,42 @@ private Q_SLOTS:
         QCOMPARE(keys(b), QStringLiteral("'asian pacific' NULL"));
         basDatabase::Execute("UPDATE Client SET EthnicOriginID = NULL WHERE ClientID = ?", {a});
         QCOMPARE(keys(a), QStringLiteral("NULL 'married'"));
+    }
+
+    // A search for three characters or more finds on the trigram indexes what LIKE finds, through edits and deletes.
+    void searchIndexesFollowTheRows()
+    {
+        TestDatabase db;
+        const qint64 a = TestDatabase::insert(
+            "Client", {{"LastName", "Nguyễn"}, {"HomePhone", "9375551234"}, {"MobilePhone", "9375559876"}, {"Address", "12 Main Street"}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "Anguyen \"Jr\""}, {"HomePhone", "5551239999"}});
+        const qint64 kid = TestDatabase::insert("Family", {{"ClientID", b}, {"LastName", "O'Nguyen"}});
+        auto found = [](const QString &field, const QString &text) {
+            const SearchQueries::Query search = SearchQueries::client(field, text);
+            QList<qint64> ids;
+            for (QSqlQuery q = basDatabase::Execute(search.sql, search.binds); q.next();)
+                ids << q.value(0).toLongLong();
+            return ids;
+        };
+        QCOMPARE(found("Home Phone", "1234"), QList<qint64>({a}));
+        QCOMPARE(found("Home Phone", "(555) 1239"), QList<qint64>({b}));
+        QCOMPARE(found("Home Phone", "99"), QList<qint64>({b}));   // too short for the index: read with LIKE
+        QCOMPARE(found("Mobile Phone", "1234"), QList<qint64>());
+        QCOMPARE(found("Last Name", "NGUY"), QList<qint64>({b, a}));
+        QCOMPARE(found("Last Name", "n \"jr"), QList<qint64>({b}));
+        QCOMPARE(found("Last Name", "n_y"), QList<qint64>());   // what LIKE would take for a wildcard is a letter
+        QCOMPARE(found("Address", "main st"), QList<qint64>({a}));
+        QCOMPARE(found("Family Member Last Name", "o'ng"), QList<qint64>({b}));
+        basDatabase::Execute("UPDATE Client SET HomePhone = '9375550000', LastName = 'Tran' WHERE ClientID = ?", {a});
+        basDatabase::Execute("UPDATE Family SET LastName = 'Tran' WHERE FamilyMemberID = ?", {kid});
+        QCOMPARE(found("Home Phone", "1234"), QList<qint64>());
+        QCOMPARE(found("Home Phone", "0000"), QList<qint64>({a}));
+        QCOMPARE(found("Last Name", "nguy"), QList<qint64>({b}));
+        QCOMPARE(found("Family Member Last Name", "tran"), QList<qint64>({b}));
+        QVERIFY(basDatabase::DeleteItemFromTable("Client", "ClientID", QString::number(a)));
+        QCOMPARE(found("Mobile Phone", "9876"), QList<qint64>());
+        for (const char *index : {"ClientText", "FamilyText"})
+            basDatabase::Execute(QStringLiteral("INSERT INTO %1 (%1, rank) VALUES ('integrity-check', 1)").arg(QLatin1String(index)));
     }
 };
 
