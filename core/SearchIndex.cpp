@@ -63,9 +63,11 @@ Condition holding(const QString &table, const QString &column, const QString &te
         for (const Column &c : t.columns) {
             if (column != QLatin1String(c.name))
                 continue;
+            const QString matching = QStringLiteral("SELECT rowid FROM %1 WHERE %1 MATCH ?").arg(QLatin1String(t.index));
+            const QString key = QLatin1String(t.table) + QLatin1Char('.') + QLatin1String(t.key);
             // A phrase in double quotes is matched as written, its own quotes doubled.
-            return {QStringLiteral("%1.%2 IN (SELECT rowid FROM %3 WHERE %3 MATCH ?)")
-                        .arg(QLatin1String(t.table), QLatin1String(t.key), QLatin1String(t.index)),
+            return {QStringLiteral("%1 IN (%2)").arg(key, matching), QStringLiteral("+%1 IN (%2)").arg(key, matching),
+                    QStringLiteral("SELECT rowid AS RowKey FROM %1 WHERE %1 MATCH ?").arg(QLatin1String(t.index)),
                     QStringLiteral("%1 : \"%2\"").arg(column, QString(text).replace(QLatin1Char('"'), QStringLiteral("\"\"")))};
         }
     }

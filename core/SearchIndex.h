@@ -10,11 +10,13 @@ class QSqlDatabase;
 // and finds the same rows as LIKE '%text%' on the same values. Triggers keep them.
 namespace SearchIndex {
 
-// The condition on table's key that picks the rows whose column holds text, with its bind;
-// empty when the column is not indexed or the text is too short for a trigram.
+// How to find the rows of table whose column holds text on its index, with the one bind they all
+// take; empty when the column is not indexed or the text is too short for a trigram.
 struct Condition
 {
-    QString sql;
+    QString sql;   // a condition that seeks the rows by their key
+    QString alongOrder;   // the same condition, for a statement that reads the table in an index's order
+    QString keys;   // a statement of the rows' keys (as RowKey), from the index alone
     QString bind;
 };
 Condition holding(const QString &table, const QString &column, const QString &text);
