@@ -61,7 +61,9 @@ bool CopyReadable(const QString &damaged, const QString &newFile, CopyReport *re
         Transaction transaction(target);
         QSqlDatabase from = QSqlDatabase::database(source, false);
         QSqlQuery tables(target);
-        tables.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite_%' ORDER BY rowid"));
+        // Search indexes (virtual tables and the tables behind them) are built afresh from the rows copied.
+        tables.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite_%' "
+                                   "AND name IN (SELECT name FROM pragma_table_list WHERE type = 'table') ORDER BY rowid"));
         QStringList names;
         while (tables.next())
             names << tables.value(0).toString();
@@ -109,6 +111,16 @@ bool CopyReadable(const QString &damaged, const QString &newFile, CopyReport *re
             }
             if (copied == 0 && failures > 0)
                 report->lostTables << table;
+        }
+        QStringList indexes;
+        for (QSqlQuery q(QStringLiteral("SELECT name FROM pragma_table_list WHERE type = 'virtual'"), target); q.next();)
+            indexes << q.value(0).toString();
+        for (const QString &index : std::as_const(indexes)) {
+            QSqlQuery rebuild(target);
+            if (!rebuild.exec(QStringLiteral("INSERT INTO \"%1\" (\"%1\") VALUES ('rebuild')").arg(index))) {
+                *fillError = rebuild.lastError().text();
+                return false;
+            }
         }
         if (!transaction.commit()) {
             *fillError = transaction.error();

@@ -133,6 +133,9 @@ const QList<KeyedTable> &keyedTables()
     return tables;
 }
 
+// The lookups whose description the client list sorts by: Client.<lookup>Key holds the folded description.
+const char *const sortedLookups[] = {"EthnicOrigin", "MaritalStatus"};
+
 }   // namespace
 
 QString name(const QString &text)
@@ -178,6 +181,9 @@ QStringList keyColumns(const QString &table)
         if (table.compare(QLatin1String(t.table), Qt::CaseInsensitive) == 0)
             for (const Key &key : t.keys)
                 columns << QLatin1String(key.column);
+    if (table.compare(QLatin1String("Client"), Qt::CaseInsensitive) == 0)
+        for (const char *lookup : sortedLookups)
+            columns << QLatin1String(lookup) + QStringLiteral("Key");
     return columns;
 }
 
@@ -230,6 +236,38 @@ bool AddKeyColumns(QSqlDatabase db, QString *error)
     }
     return Schema::Exec(db, QStringLiteral("DROP INDEX IF EXISTS ClientByAddress"), error)
         && Schema::Exec(db, QStringLiteral("CREATE INDEX ClientByAddressKey ON Client (AddressKey, CityKey, State)"), error);
+}
+
+bool AddLookupKeys(QSqlDatabase db, QString *error)
+{
+    RegisterSqlFunctions(db);
+    for (const char *name : sortedLookups) {
+        const QString lookup = QLatin1String(name);
+        const QString description = QStringLiteral("(SELECT tendmark_fold(%1Description) FROM %1 WHERE %1ID = %2.%1ID)");
+        const QString follow = QStringLiteral("UPDATE Client SET %1Key = %2 WHERE ClientID = NEW.ClientID;")
+                                   .arg(lookup, description.arg(lookup, QStringLiteral("NEW")));
+        if (!Schema::Exec(db, QStringLiteral("ALTER TABLE Client ADD COLUMN %1Key TEXT").arg(lookup), error)
+            || !Schema::Exec(db,
+                             QStringLiteral("CREATE TRIGGER Client%1KeyInsert AFTER INSERT ON Client WHEN NEW.%1ID IS NOT NULL "
+                                            "BEGIN %2 END")
+                                 .arg(lookup, follow),
+                             error)
+            || !Schema::Exec(
+                db, QStringLiteral("CREATE TRIGGER Client%1KeyUpdate AFTER UPDATE OF %1ID ON Client BEGIN %2 END").arg(lookup, follow),
+                error)
+            || !Schema::Exec(db,
+                             QStringLiteral("CREATE TRIGGER %1KeyUpdate AFTER UPDATE OF %1Description ON %1 BEGIN "
+                                            "UPDATE Client SET %1Key = tendmark_fold(NEW.%1Description) WHERE %1ID = NEW.%1ID; END")
+                                 .arg(lookup),
+                             error)
+            || !Schema::Exec(db,
+                             QStringLiteral("UPDATE Client SET %1Key = %2 WHERE %1ID IS NOT NULL")
+                                 .arg(lookup, description.arg(lookup, QStringLiteral("Client"))),
+                             error)
+            || !Schema::Exec(db, QStringLiteral("CREATE INDEX ClientBy%1Key ON Client (%1Key)").arg(lookup), error))
+            return false;
+    }
+    return true;
 }
 
 }   // namespace FoldedText

@@ -8,7 +8,8 @@ class QSqlDatabase;
 // Names and addresses as people read them: "NGUYỄN", "Nguyen" and "nguyen" are the
 // same name; "12 Calle Peña Street, Apt 4" is the same address as "12 CALLE PENA ST #4".
 // The database keeps each name and address folded in a key column beside it
-// (LastNameKey, AddressKey, ...), filled by triggers through the SQL functions below,
+// (LastNameKey, AddressKey, ...), and a client's ethnic origin and marital status by their
+// folded descriptions (EthnicOriginKey, MaritalStatusKey), filled by triggers through the SQL functions below,
 // so that searches, duplicate checks and the lists' name order use an index.
 namespace FoldedText {
 
@@ -29,5 +30,8 @@ void RegisterSqlFunctions(const QSqlDatabase &db);
 
 // Adds the key columns, their triggers and indexes, and fills them (a schema upgrade step).
 bool AddKeyColumns(QSqlDatabase db, QString *error);
+// Adds Client's folded copies of its ethnic origin's and marital status's descriptions, which the
+// client list sorts by on an index, and the triggers that keep them (a schema upgrade step).
+bool AddLookupKeys(QSqlDatabase db, QString *error);
 
 }   // namespace FoldedText

@@ -34,16 +34,13 @@ QString volunteersByName(const QString &filter)
 }
 
 // What each field of the client list sorts by, each on an index of Client: the stored value (or the
-// name's and address's folded keys), then the client's ID for ties. Shown dates and SSNs sort alike
-// stored. Ethnic origin and marital status sort by their description, which no index of Client can
-// hold: each page of those orders sorts the list anew.
+// folded keys of the name, the address and the ethnic origin's and marital status's descriptions),
+// then the client's ID for ties. Shown dates and SSNs sort alike stored.
 QList<QStringList> clientListOrders()
 {
     const QString id = QStringLiteral("ClientID");
     const QStringList name {QStringLiteral("LastNameKey"), QStringLiteral("FirstNameKey"), id};
     auto by = [&](const QString &column) { return QStringList {column, id}; };
-    auto description
-        = [&](const QString &table) { return by(QStringLiteral("(SELECT %1Description FROM %1 WHERE %1ID = Client.%1ID)").arg(table)); };
     return {name,
             {id},
             name,
@@ -53,8 +50,8 @@ QList<QStringList> clientListOrders()
             by(QStringLiteral("DriversLicenseNumber")),
             by(QStringLiteral("BirthDate")),
             by(QStringLiteral("Gender")),
-            description(QStringLiteral("EthnicOrigin")),
-            description(QStringLiteral("MaritalStatus")),
+            by(QStringLiteral("EthnicOriginKey")),
+            by(QStringLiteral("MaritalStatusKey")),
             {QStringLiteral("AddressKey"), QStringLiteral("CityKey"), QStringLiteral("State"), id},
             by(QStringLiteral("City")),
             by(QStringLiteral("State")),

@@ -4,6 +4,7 @@
 #include "FileHealth.h"
 #include "FoldedText.h"
 #include "PrivateFiles.h"
+#include "SearchIndex.h"
 #include "Transaction.h"
 
 #include <QCoreApplication>
@@ -75,8 +76,8 @@ bool indexClientListOrders(QSqlDatabase db, QString *error)
 
 // Each step brings the database from version (index + 1) to (index + 2).
 const QList<std::function<bool(QSqlDatabase, QString *)>> upgradeSteps = {
-    AuditLog::Install, widenFoodServiceDateIndex, addLabelPaperSizes, addAgeBrackets, FoldedText::AddKeyColumns,
-    indexPhones,       indexClientListOrders,
+    AuditLog::Install, widenFoodServiceDateIndex, addLabelPaperSizes,        addAgeBrackets,       FoldedText::AddKeyColumns,
+    indexPhones,       indexClientListOrders,     FoldedText::AddLookupKeys, SearchIndex::Install,
 };
 
 // A private read-only connection for looking at a file.

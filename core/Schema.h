@@ -9,7 +9,7 @@
 // TendMark file, and bringing an older one up to the current version.
 namespace Schema {
 
-constexpr int CurrentVersion = 8;
+constexpr int CurrentVersion = 10;
 constexpr int ApplicationId = 0x544D4B31;   // "TMK1"
 inline constexpr const char *FileSuffix = "tmdb";
 

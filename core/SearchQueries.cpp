@@ -1,6 +1,7 @@
 #include "SearchQueries.h"
 
 #include "FoldedText.h"
+#include "SearchIndex.h"
 #include "SqlText.h"
 #include "basDatabase.h"
 #include "basTendmark.h"
@@ -63,17 +64,25 @@ Query familyQuery(const QString &column, Match match, Fold fold, const QString &
     const QString extra = column == QLatin1String("LastName") || column == QLatin1String("FirstName")
         ? QString()
         : QStringLiteral("Family.") + column + QStringLiteral(", ");
-    const QString condition = QStringLiteral("Family.") + foldedColumn(QStringLiteral("Family"), column, fold) + kLike;
-    const QString sql = QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
+    const QString typed = folded(fold, text);
+    const SearchIndex::Condition indexed = match == Match::Contains
+        ? SearchIndex::holding(QStringLiteral("Family"), foldedColumn(QStringLiteral("Family"), column, fold), typed)
+        : SearchIndex::Condition {};
+    const QString like = QStringLiteral("Family.") + foldedColumn(QStringLiteral("Family"), column, fold) + kLike;
+    const QString select = QStringLiteral("SELECT Family.ClientID, Family.LastName, Family.FirstName, Family.MiddleInitial, ") + extra
         + QStringLiteral("Relationships.RelationshipDescription, "
                          "CASE WHEN Client.ClientID IS NULL THEN '' ELSE RTRIM(IFNULL(Client.LastName,'') || ', ' || "
                          "IFNULL(Client.FirstName,'') || ' ' || IFNULL(Client.MiddleInitial,'')) END AS ClientName "
                          "FROM Family LEFT JOIN Relationships ON Family.RelationshipID = Relationships.RelationshipID "
-                         "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ")
-        + condition + QStringLiteral(" ORDER BY Family.LastNameKey, Family.FirstNameKey, Family.FamilyMemberID");
+                         "LEFT JOIN Client ON Family.ClientID = Client.ClientID WHERE ");
+    const QString order = QStringLiteral(" ORDER BY Family.LastNameKey, Family.FirstNameKey, Family.FamilyMemberID");
+    const QString keySql = QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?");
+    if (!indexed.sql.isEmpty())
+        return {{select + indexed.sql + order, {indexed.bind}, indexed.keys}, keySql, {}, select + indexed.alongOrder + order};
     // Counted on the name, number and licence indexes, which hold the member's id but not the household's.
-    return {{sql, {pattern(match, folded(fold, text))}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), condition)},
-            QStringLiteral("SELECT ClientID FROM Family WHERE FamilyMemberID = ?"),
+    return {{select + like + order, {pattern(match, typed)}, countQuery(QStringLiteral("FamilyMemberID"), QStringLiteral("Family"), like)},
+            keySql,
+            {},
             {}};
 }
 
@@ -176,10 +185,18 @@ Query client(const QString &field, const QString &text)
             if (!date.isValid())
                 return problem(
                     QCoreApplication::translate("SearchQueries", "Please type the birth date as mm/dd/yyyy, for example 04/23/1961."));
-            return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}};
+            return {{sql, {date.toString(Qt::ISODate)}, count}, {}, {}, {}};
         }
         const QString typed = e.phone ? basTendmark::StripPhoneNumber(text) : e.ssn ? withoutDashes(text) : folded(e.fold, text);
-        return {{sql, {pattern(e.match, typed)}, count}, {}, {}};
+        const SearchIndex::Condition indexed = e.match == Match::Contains
+            ? SearchIndex::holding(QStringLiteral("Client"), foldedColumn(QStringLiteral("Client"), column, e.fold), typed)
+            : SearchIndex::Condition {};
+        if (!indexed.sql.isEmpty()) {
+            const QString select
+                = names + (nameSearch ? QStringLiteral("DriversLicenseNumber") : column) + QStringLiteral(" FROM Client WHERE ");
+            return {{select + indexed.sql + order, {indexed.bind}, indexed.keys}, {}, {}, select + indexed.alongOrder + order};
+        }
+        return {{sql, {pattern(e.match, typed)}, count}, {}, {}, {}};
     }
     if (field == QLatin1String("Family Member Last Name"))
         return familyQuery(QStringLiteral("LastName"), Match::Contains, Fold::Name, text);
@@ -227,6 +244,7 @@ Query volunteer(const QString &field, const QString &text)
                  {SqlText::likeContains(e.phone ? basTendmark::StripPhoneNumber(text) : folded(e.fold, text))},
                  countQuery(QStringLiteral("VolunteerID"), QStringLiteral("Volunteer"), condition)},
                 {},
+                {},
                 {}};
     }
     return problem(QCoreApplication::translate("SearchQueries", "Choose a field to search on."));
@@ -244,6 +262,13 @@ Outcome run(const Query &query)
     }
     if (!outcome.onlyKey.isEmpty() && !query.keySql.isEmpty())
         outcome.onlyKey = basDatabase::ScalarValue(query.keySql, {outcome.onlyKey}).toString();
+    // Seeking the rows by key and sorting them costs by their number; past some thousands, walking the
+    // order's index and keeping the rows that match fills a page sooner.
+    constexpr int kMany = 20000;
+    outcome.shown = query;
+    if (outcome.count > kMany && !query.manySql.isEmpty())
+        outcome.shown.sql = query.manySql;
+    outcome.shown.rows = outcome.count;
     return outcome;
 }
 

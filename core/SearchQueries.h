@@ -14,6 +14,7 @@ struct Query : ::Query
 {
     QString keySql;   // turns a RowKey into the key handed over; empty when they are the same
     QString problem;   // set when the typed text cannot be searched for (a bad date)
+    QString manySql;   // sql reading along the order's index, for when the rows are many; empty: sql
 };
 
 // The "Search on" names, untranslated: the search bar shows them translated in the "SearchQueries" context.
@@ -26,6 +27,7 @@ struct Outcome
 {
     int count = 0;
     QString onlyKey;   // the key, when exactly one row matches
+    ::Query shown;   // the rows for the picker, counted, read the way that suits their number
 };
 // Counts the matches in one pass and tells the key when there is exactly one; throws TmError on failure.
 Outcome run(const Query &query);

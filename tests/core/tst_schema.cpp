@@ -4,6 +4,7 @@
 #include "OptionsStore.h"
 #include "Schema.h"
 #include "ScriptedPrompts.h"
+#include "SearchQueries.h"
 #include "TestDatabase.h"
 #include "TmError.h"
 #include "basDatabase.h"
@@ -89,7 +90,8 @@ private Q_SLOTS:
             QVERIFY2(Schema::RunScript(db, QString::fromUtf8(schema.readAll()), &error), qPrintable(error));
             for (const QString &sql :
                  {QStringLiteral("PRAGMA application_id = %1").arg(Schema::ApplicationId), QStringLiteral("PRAGMA user_version = 1"),
-                  QStringLiteral("INSERT INTO Client (LastName) VALUES ('Óld')"),
+                  QStringLiteral("INSERT INTO EthnicOrigin (EthnicOriginDescription) VALUES ('Ótra')"),
+                  QStringLiteral("INSERT INTO Client (LastName, EthnicOriginID) VALUES ('Óld', last_insert_rowid())"),
                   QStringLiteral("INSERT INTO LabelDetails (Description, Height, Width, TopMargin, SideMargin, VerticalPitch, "
                                  "HorizontalPitch, NumberAcross, NumberDown, \"Default\") VALUES "
                                  "('Avery 5160 Address (1 x 2 5/8 in, 30 per sheet)', 1, 2.625, 0.52, 0.19, 1, 2.75, 3, 10, 0), "
@@ -102,7 +104,8 @@ private Q_SLOTS:
         QString error;
         QVERIFY2(basDatabase::OpenConnection(path, &error), qPrintable(error));
         const QList<Labels::Template> templates = Labels::loadTemplates();
-        QCOMPARE(basDatabase::ScalarValue(QStringLiteral("SELECT LastNameKey FROM Client")).toString(), QStringLiteral("old"));
+        QCOMPARE(basDatabase::ScalarValue(QStringLiteral("SELECT LastNameKey || '/' || EthnicOriginKey FROM Client")).toString(),
+                 QStringLiteral("old/otra"));
         basDatabase::Execute(QStringLiteral("DELETE FROM Client"));
         const int logged = basDatabase::ScalarValue(QStringLiteral("SELECT count(*) FROM AuditLog WHERE Operation = 'delete'")).toInt();
         basDatabase::CloseConnection();
@@ -167,6 +170,69 @@ private Q_SLOTS:
         TestDatabase::insert(table, row);
         QVERIFY(LookupTables::inUse(t, item));
         QVERIFY(!LookupTables::inUse(t, item + 1));
+    }
+
+    // The client list sorts by a client's ethnic origin and marital status as the lookups describe them now.
+    void lookupSortKeysFollowTheClientAndTheLookup()
+    {
+        TestDatabase db;
+        const qint64 asian = TestDatabase::lookupId("EthnicOrigin", "Asian");
+        const qint64 married = TestDatabase::lookupId("MaritalStatus", "Married");
+        const qint64 a = TestDatabase::insert("Client", {{"LastName", "A"}, {"EthnicOriginID", asian}, {"MaritalStatusID", married}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "B"}});
+        auto keys = [](qint64 client) {
+            return TestDatabase::scalar("SELECT quote(EthnicOriginKey) || ' ' || quote(MaritalStatusKey) FROM Client WHERE ClientID = ?",
+                                        {client})
+                .toString();
+        };
+        QCOMPARE(keys(a), QStringLiteral("'asian' 'married'"));
+        QCOMPARE(keys(b), QStringLiteral("NULL NULL"));
+        basDatabase::Execute("UPDATE Client SET EthnicOriginID = ?, MaritalStatusID = NULL WHERE ClientID = ?", {asian, b});
+        basDatabase::Execute("UPDATE EthnicOrigin SET EthnicOriginDescription = 'ÁSIAN Pacific' WHERE EthnicOriginID = ?", {asian});
+        QCOMPARE(keys(b), QStringLiteral("'asian pacific' NULL"));
+        basDatabase::Execute("UPDATE Client SET EthnicOriginID = NULL WHERE ClientID = ?", {a});
+        QCOMPARE(keys(a), QStringLiteral("NULL 'married'"));
+    }
+
+    // A search for three characters or more finds on the trigram indexes what LIKE finds, through edits and deletes.
+    void searchIndexesFollowTheRows()
+    {
+        TestDatabase db;
+        const qint64 a = TestDatabase::insert(
+            "Client", {{"LastName", "Nguyễn"}, {"HomePhone", "9375551234"}, {"MobilePhone", "9375559876"}, {"Address", "12 Main Street"}});
+        const qint64 b = TestDatabase::insert("Client", {{"LastName", "Anguyen \"Jr\""}, {"HomePhone", "5551239999"}});
+        const qint64 kid = TestDatabase::insert("Family", {{"ClientID", b}, {"LastName", "O'Nguyen"}});
+        // What the search finds, read either way the picker may read it (-1 when they differ).
+        auto found = [](const QString &field, const QString &text) {
+            const SearchQueries::Query search = SearchQueries::client(field, text);
+            auto read = [&](const QString &sql) {
+                QList<qint64> ids;
+                for (QSqlQuery q = basDatabase::Execute(sql, search.binds); q.next();)
+                    ids << q.value(0).toLongLong();
+                return ids;
+            };
+            const QList<qint64> ids = read(search.sql);
+            return search.manySql.isEmpty() || read(search.manySql) == ids ? ids : QList<qint64> {-1};
+        };
+        QCOMPARE(found("Home Phone", "1234"), QList<qint64>({a}));
+        QCOMPARE(found("Home Phone", "(555) 1239"), QList<qint64>({b}));
+        QCOMPARE(found("Home Phone", "99"), QList<qint64>({b}));   // too short for the index: read with LIKE
+        QCOMPARE(found("Mobile Phone", "1234"), QList<qint64>());
+        QCOMPARE(found("Last Name", "NGUY"), QList<qint64>({b, a}));
+        QCOMPARE(found("Last Name", "n \"jr"), QList<qint64>({b}));
+        QCOMPARE(found("Last Name", "n_y"), QList<qint64>());   // what LIKE would take for a wildcard is a letter
+        QCOMPARE(found("Address", "main st"), QList<qint64>({a}));
+        QCOMPARE(found("Family Member Last Name", "o'ng"), QList<qint64>({b}));
+        basDatabase::Execute("UPDATE Client SET HomePhone = '9375550000', LastName = 'Tran' WHERE ClientID = ?", {a});
+        basDatabase::Execute("UPDATE Family SET LastName = 'Tran' WHERE FamilyMemberID = ?", {kid});
+        QCOMPARE(found("Home Phone", "1234"), QList<qint64>());
+        QCOMPARE(found("Home Phone", "0000"), QList<qint64>({a}));
+        QCOMPARE(found("Last Name", "nguy"), QList<qint64>({b}));
+        QCOMPARE(found("Family Member Last Name", "tran"), QList<qint64>({b}));
+        QVERIFY(basDatabase::DeleteItemFromTable("Client", "ClientID", QString::number(a)));
+        QCOMPARE(found("Mobile Phone", "9876"), QList<qint64>());
+        for (const char *index : {"ClientText", "FamilyText"})
+            basDatabase::Execute(QStringLiteral("INSERT INTO %1 (%1, rank) VALUES ('integrity-check', 1)").arg(QLatin1String(index)));
     }
 };
 

@@ -136,7 +136,7 @@ QString TestDatabase::filledFile(const QString &path)
     basDatabase::Execute(QStringLiteral("BEGIN"));
     for (int i = 0; i < 300; ++i)
         basDatabase::Execute(QStringLiteral("INSERT INTO Client (LastName, FirstName, Comments) VALUES (?, 'Ann', ?)"),
-                             {QStringLiteral("Row%1").arg(i), QString(300, QLatin1Char('c'))});
+                             {QStringLiteral("Row%1").arg(i), QString(1500, QLatin1Char('c'))});
     basDatabase::Execute(QStringLiteral("COMMIT"));
     basDatabase::CloseConnection();
     return path;

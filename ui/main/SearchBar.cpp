@@ -126,8 +126,7 @@ void SearchBar::runSearch(const SearchQueries::Query &query, MdiChild::Kind kind
         request.caption = kind == MdiChild::Kind::Volunteer ? tr("Select Volunteer") : tr("Select Client");
         request.label = tr("%1 entries were found that match the specified criteria. \r\nSelect an entry from the list, then click 'OK'.")
                             .arg(outcome.count);
-        request.query = query;
-        request.query.rows = outcome.count;   // the picker need not count them again
+        request.query = outcome.shown;
         const std::optional<QString> chosen = Prompt::pick(request);
         if (!chosen)
             return;
