@@ -106,22 +106,27 @@ double RssMb()
     return statusMb("VmRSS:");
 }
 
-double ShellMs(const QString &path, const QString &sql)
+QList<ShellTime> ShellTimes(const QString &path, const QString &script, const QString &setup)
 {
     QProcess shell;
     shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
-    if (!shell.waitForStarted())
-        return -1;
-    // Five runs, the best kept: the shell's page cache is as warm as the program's.
-    shell.write(QStringLiteral(".timer on\n%1").arg(QStringLiteral("SELECT COUNT(*) FROM (%1);\n").arg(sql).repeated(5)).toUtf8());
+    shell.write((setup + QStringLiteral(".output /dev/null\n.timer on\n") + script).toUtf8());
     shell.closeWriteChannel();
-    shell.waitForFinished(-1);
-    const QString out = QString::fromUtf8(shell.readAllStandardOutput() + shell.readAllStandardError());
+    if (!shell.waitForFinished(600000) || shell.exitCode() != 0)
+        qFatal("the sqlite3 shell failed: %s", shell.readAllStandardError().constData());
+    QList<ShellTime> times;
+    const QRegularExpression timer(QStringLiteral("Run Time: real ([0-9.]+) user ([0-9.]+) sys ([0-9.]+)"));
+    for (const QRegularExpressionMatch &m : timer.globalMatch(QString::fromUtf8(shell.readAllStandardOutput())))
+        times.append({m.captured(1).toDouble() * 1000, (m.captured(2).toDouble() + m.captured(3).toDouble()) * 1000});
+    return times;
+}
+
+double ShellMs(const QString &path, const QString &sql)
+{
+    // Five runs, the best kept: the shell's page cache is as warm as the program's.
     double best = -1;
-    for (const QRegularExpressionMatch &m : QRegularExpression(QStringLiteral("Run Time: real ([0-9.]+)")).globalMatch(out)) {
-        const double ms = m.captured(1).toDouble() * 1000;
-        best = best < 0 ? ms : qMin(best, ms);
-    }
+    for (const ShellTime &t : ShellTimes(path, QStringLiteral("SELECT COUNT(*) FROM (%1);\n").arg(sql).repeated(5)))
+        best = best < 0 ? t.wallMs : qMin(best, t.wallMs);
     return best;
 }
 

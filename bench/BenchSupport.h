@@ -2,6 +2,7 @@
 
 #include "DemoData.h"
 
+#include <QList>
 #include <QString>
 #include <functional>
 
@@ -24,7 +25,15 @@ double MedianMs(int runs, const std::function<void()> &body);
 void Print(const char *name, double value, const char *unit);
 double PeakRssMb();
 double RssMb();   // the memory in use now
-// The sqlite3 shell's own time for counting the statement's rows (the best of five); -1 when the shell is missing.
+// What the sqlite3 shell's timer says of each statement of a script, run read-only on the file with its
+// output thrown away (setup runs first, untimed); stops the program when the shell fails.
+struct ShellTime
+{
+    double wallMs = 0;
+    double cpuMs = 0;   // user and system
+};
+QList<ShellTime> ShellTimes(const QString &path, const QString &script, const QString &setup = {});
+// The sqlite3 shell's own time for counting the statement's rows (the best of five).
 double ShellMs(const QString &path, const QString &sql);
 
 }   // namespace Bench

@@ -10,8 +10,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <ctime>
@@ -38,21 +36,14 @@ QString inlined(const Query &query)
 // median of five runs.
 double shellMs(const QString &path, const QList<Query> &queries)
 {
-    QString script = QStringLiteral(".timer on\n.output /dev/null\n");
+    QString script;
     for (const Query &q : queries)
         script += inlined(q) + QStringLiteral(";\n");
-    const QRegularExpression time(QStringLiteral("Run Time: real ([0-9.]+)"));
     std::vector<double> runs;
     for (int i = 0; i < 5; ++i) {
-        QProcess shell;
-        shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
-        shell.write(script.toUtf8());
-        shell.closeWriteChannel();
-        if (!shell.waitForFinished(120000) || shell.exitCode() != 0)
-            qFatal("bench_agency: the sqlite3 shell failed: %s", shell.readAllStandardError().constData());
         double total = 0;
-        for (auto it = time.globalMatch(QString::fromUtf8(shell.readAllStandardOutput())); it.hasNext();)
-            total += it.next().captured(1).toDouble() * 1000.0;
+        for (const Bench::ShellTime &t : Bench::ShellTimes(path, script))
+            total += t.wallMs;
         runs.push_back(total);
     }
     std::sort(runs.begin(), runs.end());

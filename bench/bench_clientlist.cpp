@@ -13,8 +13,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTableView>
 #include <sqlite3.h>
@@ -45,24 +43,15 @@ QString orderBy(const QStringList &terms, bool descending)
 // after one that warms the cache.
 QList<double> shellMs(const QString &path, const QStringList &statements)
 {
-    QString script = QStringLiteral("PRAGMA cache_size = -65536;\n.output /dev/null\n.timer on\n");
+    QString script;
     for (const QString &s : statements)
         script += (s + QStringLiteral(";\n")).repeated(kShellRuns + 1);
-    QProcess shell;
-    shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
-    shell.write(script.toUtf8());
-    shell.closeWriteChannel();
-    if (!shell.waitForFinished(600000) || shell.exitCode() != 0)
-        qFatal("bench_clientlist: the sqlite3 shell failed: %s", shell.readAllStandardError().constData());
-    QList<double> runs;
-    const QRegularExpression time(QStringLiteral("Run Time: real ([0-9.]+)"));
-    for (auto it = time.globalMatch(QString::fromUtf8(shell.readAllStandardOutput())); it.hasNext();)
-        runs << it.next().captured(1).toDouble() * 1000.0;
+    const QList<Bench::ShellTime> runs = Bench::ShellTimes(path, script, QStringLiteral("PRAGMA cache_size = -65536;\n"));
     QList<double> result;
     for (qsizetype i = 0; i < statements.size(); ++i) {
         double total = 0;
         for (int r = 1; r <= kShellRuns; ++r)
-            total += runs.value(i * (kShellRuns + 1) + r);
+            total += runs.value(i * (kShellRuns + 1) + r).wallMs;
         result << total / kShellRuns;
     }
     return result;

@@ -10,8 +10,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <ctime>
@@ -43,23 +41,15 @@ struct Times
 // What the sqlite3 shell takes for the statements, by its own timer (medians of five runs).
 Times shellTimes(const QString &path, const QList<Query> &queries)
 {
-    QString script = QStringLiteral(".timer on\n");
+    QString script;
     for (const Query &q : queries)
         script += inlined(q) + QStringLiteral(";\n");
-    const QRegularExpression time(QStringLiteral("Run Time: real ([0-9.]+) user ([0-9.]+) sys ([0-9.]+)"));
     std::vector<double> wall, cpu;
     for (int i = 0; i < 5; ++i) {
-        QProcess shell;
-        shell.start(QStringLiteral("sqlite3"), {QStringLiteral("-readonly"), path});
-        shell.write(script.toUtf8());
-        shell.closeWriteChannel();
-        if (!shell.waitForFinished(120000) || shell.exitCode() != 0)
-            qFatal("bench_reports: the sqlite3 shell failed: %s", shell.readAllStandardError().constData());
         double w = 0, c = 0;
-        for (auto it = time.globalMatch(QString::fromUtf8(shell.readAllStandardOutput())); it.hasNext();) {
-            const QRegularExpressionMatch m = it.next();
-            w += m.captured(1).toDouble() * 1000.0;
-            c += (m.captured(2).toDouble() + m.captured(3).toDouble()) * 1000.0;
+        for (const Bench::ShellTime &t : Bench::ShellTimes(path, script)) {
+            w += t.wallMs;
+            c += t.cpuMs;
         }
         wall.push_back(w);
         cpu.push_back(c);
