@@ -164,6 +164,7 @@ private Q_SLOTS:
         QCOMPARE(CsvWriter::field("Dayton, OH", {}), "\"Dayton, OH\"");
         QCOMPARE(CsvWriter::field("Bob \"Bo\"", {}), "\"Bob \"\"Bo\"\"\"");
         QCOMPARE(CsvWriter::field("a\r\nb", {}), "\"a\r\nb\"");
+        QCOMPARE(CsvWriter::field("a\rb", {}), "\"a\rb\"");   // a lone carriage return ends a line to some readers
         QCOMPARE(CsvWriter::field("Dayton", everything), "\"Dayton\"");
         QCOMPARE(CsvWriter::field("", everything), "\"\"");
     }
