@@ -665,7 +665,7 @@ TendMark will not change this file.<byte value="xd"/>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+77"/>
+        <location line="+89"/>
         <source>The file &apos;%1&apos; cannot be read at all.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1705,7 +1705,7 @@ Table</source>
     </message>
     <message>
         <location line="+2"/>
-        <source>Save the report as a PDF file</source>
+        <source>Save these pages as a PDF file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2060,7 +2060,7 @@ Table</source>
 <context>
     <name>Schema</name>
     <message>
-        <location filename="../core/Schema.cpp" line="+130"/>
+        <location filename="../core/Schema.cpp" line="+131"/>
         <source>The file &apos;%1&apos; is damaged: %2</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2228,7 +2228,7 @@ Select an entry from the list, then click &apos;OK&apos;.</source>
 <context>
     <name>SearchQueries</name>
     <message>
-        <location filename="../core/SearchQueries.cpp" line="+85"/>
+        <location filename="../core/SearchQueries.cpp" line="+94"/>
         <location line="+18"/>
         <source>Last Name</source>
         <translation type="unfinished"></translation>
@@ -2339,8 +2339,8 @@ Select an entry from the list, then click &apos;OK&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+14"/>
-        <location line="+40"/>
+        <location line="+22"/>
+        <location line="+41"/>
         <source>Choose a field to search on.</source>
         <translation type="unfinished"></translation>
     </message>

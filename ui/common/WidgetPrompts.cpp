@@ -108,7 +108,7 @@ void WidgetPrompts::preview(const Prompt::PreviewRequest &r)
         bar->addSeparator();
         QAction *save = bar->addAction(QObject::tr("Save as PDF..."));
         save->setObjectName(QStringLiteral("actSaveAsPdf"));
-        save->setToolTip(QObject::tr("Save the report as a PDF file"));
+        save->setToolTip(QObject::tr("Save these pages as a PDF file"));
         QObject::connect(save, &QAction::triggered, &dialog, [&r] {
             const QString path
                 = Prompt::saveFileName(QObject::tr("Save as PDF"), QObject::tr("PDF Files (*.pdf)"), QStringLiteral("pdf"), r.pdfName);
