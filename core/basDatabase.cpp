@@ -100,8 +100,11 @@ bool OpenConnection(const QString &path, QString *reason)
             error = QCoreApplication::translate("basDatabase", "The database could not be upgraded.");
         // A 64 MB page cache (taken only as pages are read) keeps the indexes of half a million
         // clients in memory: counting the list misses the default 2 MB cache and reads the disk.
+        // Temporary data stays in memory too: each insert of an import would otherwise copy the
+        // pages it touches into a temporary file (client data on disk outside the database).
         if (error.isEmpty())
-            Schema::Exec(db, QStringLiteral("PRAGMA cache_size = -65536"), &error);
+            Schema::Exec(db, QStringLiteral("PRAGMA cache_size = -65536"), &error)
+                && Schema::Exec(db, QStringLiteral("PRAGMA temp_store = MEMORY"), &error);
     }
     if (!error.isEmpty()) {
         CloseConnection();
