@@ -372,8 +372,13 @@ bool CreateDatabase(const QString &path, bool overwrite, QString *error, const s
                 *error = db.lastError().text();
         } else {
             PrivateFiles::MakePrivate(building);
+            // The rows are filled in with temporary data (each insert's statement journal) in memory;
+            // VACUUM's copy of the whole file goes to disk.
             ok = Exec(db, QStringLiteral("PRAGMA foreign_keys = ON"), error) && ApplyNewSchema(db, error)
-                && (!fill || (fill(db, error) && AuditLog::StartAfresh(db, error) && Exec(db, QStringLiteral("VACUUM"), error)))
+                && (!fill
+                    || (Exec(db, QStringLiteral("PRAGMA temp_store = MEMORY"), error) && fill(db, error)
+                        && Exec(db, QStringLiteral("PRAGMA temp_store = DEFAULT"), error) && AuditLog::StartAfresh(db, error)
+                        && Exec(db, QStringLiteral("VACUUM"), error)))
                 && PrepareForWriting(db, error);
             db.close();
         }
