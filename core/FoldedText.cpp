@@ -187,6 +187,19 @@ QStringList keyColumns(const QString &table)
     return columns;
 }
 
+QString valueOver(const QString &table, const QString &column, const QString &row, QString *source)
+{
+    for (const KeyedTable &t : keyedTables())
+        if (table.compare(QLatin1String(t.table), Qt::CaseInsensitive) == 0)
+            for (const Key &key : t.keys)
+                if (column == QLatin1String(key.column)) {
+                    *source = QLatin1String(key.source);
+                    return QStringLiteral("%1(%2.%3)").arg(QLatin1String(key.function), row, *source);
+                }
+    *source = column;
+    return row + QLatin1Char('.') + column;
+}
+
 void RegisterSqlFunctions()
 {
     static const bool registered = sqlite3_auto_extension(reinterpret_cast<void (*)()>(registerOnConnection)) == SQLITE_OK;

@@ -22,6 +22,10 @@ QString address(const QString &text);
 
 // The derived key columns of each table, which hold no data of their own.
 QStringList keyColumns(const QString &table);
+// What a trigger computes a table's column from, over the row (NEW or OLD): a name or address
+// key folds its source column ("tendmark_fold(NEW.LastName)"); any other column is read as it is.
+// source is the column it is read from.
+QString valueOver(const QString &table, const QString &column, const QString &row, QString *source);
 
 // tendmark_fold(text) and tendmark_fold_address(text) on every connection opened from now on,
 // and on db when it is already open.

@@ -9,46 +9,21 @@
 namespace SearchIndex {
 namespace {
 
-struct Column
-{
-    const char *name;   // the indexed column, as Client or Family names it
-    const char *function;   // folds the source into it (the key column's own function); empty: as it is
-    const char *source;
-};
-
 struct Indexed
 {
     const char *table;
     const char *key;
     const char *index;
-    QList<Column> columns;
+    QList<const char *> columns;   // as the table names them: a name's or address's folded key
 };
 
 const QList<Indexed> &indexed()
 {
     static const QList<Indexed> tables = {
-        {"Client",
-         "ClientID",
-         "ClientText",
-         {{"LastNameKey", "tendmark_fold", "LastName"},
-          {"FirstNameKey", "tendmark_fold", "FirstName"},
-          {"AddressKey", "tendmark_fold_address", "Address"},
-          {"HomePhone", "", "HomePhone"},
-          {"WorkPhone", "", "WorkPhone"},
-          {"MobilePhone", "", "MobilePhone"}}},
-        {"Family",
-         "FamilyMemberID",
-         "FamilyText",
-         {{"LastNameKey", "tendmark_fold", "LastName"}, {"FirstNameKey", "tendmark_fold", "FirstName"}}},
+        {"Client", "ClientID", "ClientText", {"LastNameKey", "FirstNameKey", "AddressKey", "HomePhone", "WorkPhone", "MobilePhone"}},
+        {"Family", "FamilyMemberID", "FamilyText", {"LastNameKey", "FirstNameKey"}},
     };
     return tables;
-}
-
-// What a trigger indexes for the row (NEW or OLD): the same as the column holds.
-QString value(const Column &c, const QString &row)
-{
-    const QString read = row + QLatin1Char('.') + QLatin1String(c.source);
-    return *c.function ? QLatin1String(c.function) + QLatin1Char('(') + read + QLatin1Char(')') : read;
 }
 
 }   // namespace
@@ -60,8 +35,8 @@ Condition holding(const QString &table, const QString &column, const QString &te
     for (const Indexed &t : indexed()) {
         if (table != QLatin1String(t.table))
             continue;
-        for (const Column &c : t.columns) {
-            if (column != QLatin1String(c.name))
+        for (const char *c : t.columns) {
+            if (column != QLatin1String(c))
                 continue;
             const QString matching = QStringLiteral("SELECT rowid FROM %1 WHERE %1 MATCH ?").arg(QLatin1String(t.index));
             const QString key = QLatin1String(t.table) + QLatin1Char('.') + QLatin1String(t.key);
@@ -81,11 +56,13 @@ bool Install(QSqlDatabase db, QString *error)
         const QString table = QLatin1String(t.table);
         const QString index = QLatin1String(t.index);
         QStringList names, sources, oldValues, newValues;
-        for (const Column &c : t.columns) {
-            names << QLatin1String(c.name);
-            sources << QLatin1String(c.source);
-            oldValues << value(c, QStringLiteral("OLD"));
-            newValues << value(c, QStringLiteral("NEW"));
+        for (const char *c : t.columns) {
+            // The index holds what the column holds, computed from the row as its key trigger does.
+            QString source;
+            names << QLatin1String(c);
+            oldValues << FoldedText::valueOver(table, names.last(), QStringLiteral("OLD"), &source);
+            newValues << FoldedText::valueOver(table, names.last(), QStringLiteral("NEW"), &source);
+            sources << source;
         }
         const QString key = QLatin1String(t.key);
         const QString removed = QStringLiteral("INSERT INTO %1 (%1, rowid, %2) VALUES ('delete', OLD.%3, %4);")
